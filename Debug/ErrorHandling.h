@@ -1,0 +1,21 @@
+/// \file
+/// The host's switch that turns error handling off.
+#pragma once
+
+#include <Module/Export.h>
+
+namespace mezzo::debug {
+
+/// Tells whether error handling is switched off.
+///
+/// The answer is the entry "mezzo.debug.DisableErrorHandling" of the host's debug database. It is
+/// kept and read again only when the database's generation has changed; an unchanged database costs
+/// one atomic load and one comparison, without lock or allocation.
+///
+/// \return true exactly when the entry's text is "true"; any other text, and no entry, give false.
+/// \exception std::bad_alloc and what the database throws, on a call that has to read it.
+/// \par Thread safety
+/// Any thread may call it at any time.
+MEZZO_EXPORT bool DisableErrorHandling();
+
+}  // namespace mezzo::debug

@@ -1,0 +1,60 @@
+/// \file
+/// The application's native media handlers: their identifiers and the names they are stored under.
+#pragma once
+
+#include <Module/Export.h>
+
+#include <plinth/string/UTF16String.h>
+#include <plinth/utility/Guid.h>
+
+#include <cstdint>
+
+namespace mezzo::utility {
+
+/// The application's native media handlers.
+enum NativePluginIndex : std::int32_t {
+  kNativePluginIndex_Invalid = -1,
+  kNativePluginIndex_RuvoAiff = 0,
+  kNativePluginIndex_RuvoApe = 1,
+  kNativePluginIndex_RuvoAT = 2,
+  kNativePluginIndex_DLMS = 3,
+  kNativePluginIndex_Dolby = 4,
+  kNativePluginIndex_ImporterHost = 5,
+  kNativePluginIndex_RuvoLSF = 6,
+  kNativePluginIndex_RuvoMF = 7,
+  kNativePluginIndex_RuvoMP2 = 8,
+  kNativePluginIndex_RuvoMP3 = 9,
+  kNativePluginIndex_RuvoQT = 10,
+  kNativePluginIndex_RuvoTwoLame = 11,
+  kNativePluginIndex_RuvoWav = 12,
+  kNativePluginIndex_FinalCutXML = 13,
+  kNativePluginIndex_LegacyXML = 14,
+  kNativePluginIndex_OmfSession = 15,
+  kNativePluginIndex_KinoraInterchange = 16,
+  kNativePluginIndex_KinodocNative = 17,
+  kNativePluginIndex_DocketNative = 18,
+};
+
+/// Gives the identifier of a native media handler.
+/// \param inIndex the handler, 0 to 18.
+/// \return its identifier, a random UUID (RFC 9562, version 4); the empty identifier for any value
+///     outside 0 to 18.
+MEZZO_EXPORT plinth::utility::Guid GetNativeHandlerID(NativePluginIndex inIndex);
+
+/// Translates the identifier of a native media handler into the name it is stored under.
+/// \param inHandlerID the identifier as text, in any form that `plinth::utility::Guid` reads.
+/// \param[out] outName receives the name, such as "RuvoWav"; untouched when the result is false.
+/// \return true on success; false for text that is no identifier, for an identifier that is not a
+///     native handler's, and when memory runs out. Nothing is thrown.
+MEZZO_EXPORT bool TranslateToHumanReadableMediaHandler(plinth::UTF16String inHandlerID,
+                                                       plinth::UTF16String& outName);
+
+/// Translates the stored name of a native media handler into its identifier.
+/// \param inName the name, compared code unit by code unit.
+/// \param[out] outHandlerID receives the identifier as `plinth::utility::Guid` writes it; untouched
+///     when the result is false.
+/// \return true on success; false for any other name and when memory runs out. Nothing is thrown.
+MEZZO_EXPORT bool TranslateFromHumanReadableMediaHandler(plinth::UTF16String inName,
+                                                         plinth::UTF16String& outHandlerID);
+
+}  // namespace mezzo::utility
