@@ -1,0 +1,15 @@
+/// \file
+/// The string type of every text.
+#pragma once
+
+#include <plinth/allocator/STLAllocator.h>
+
+#include <string>
+
+namespace plinth {
+
+/// Text in UTF-16 code units, in memory of `allocator::MemoryRecycler`.
+using UTF16String =
+    std::basic_string<char16_t, std::char_traits<char16_t>, allocator::STLAllocator<char16_t>>;
+
+}  // namespace plinth

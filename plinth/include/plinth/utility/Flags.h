@@ -1,0 +1,20 @@
+/// \file
+/// A set of option bits.
+#pragma once
+
+namespace plinth::utility {
+
+/// Option bits in an integer of type `T`, from which it converts implicitly.
+template <class T>
+class Flags {
+ public:
+  constexpr Flags(T inValue) noexcept : fValue(inValue) {}
+
+  /// \return the bits.
+  constexpr T Value() const noexcept { return fValue; }
+
+ private:
+  T fValue;
+};
+
+}  // namespace plinth::utility

@@ -1,0 +1,51 @@
+/// \file
+/// Universally unique identifiers (RFC 9562).
+#pragma once
+
+#include <plinth/Export.h>
+#include <plinth/string/UTF16String.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace plinth::utility {
+
+/// An identifier of 16 bytes, in the order in which the text form writes them.
+///
+/// Three text forms are read, in any letter case: hyphenated,
+/// "01234567-89ab-cdef-0123-456789abcdef"; the same in braces; and the 32 digits alone.
+class PLINTH_EXPORT Guid {
+ public:
+  /// The empty identifier: all bytes are zero.
+  Guid() noexcept = default;
+
+  /// Reads an identifier.
+  /// \param inText the text.
+  /// \param inLength its length in bytes.
+  /// \exception std::runtime_error for text that is none of the three forms.
+  Guid(const char* inText, std::size_t inLength);
+
+  /// Reads an identifier.
+  /// \param inText the text.
+  /// \exception std::runtime_error for text that is none of the three forms.
+  explicit Guid(const UTF16String& inText);
+
+  /// \return the hyphenated form in lower case, 36 code units.
+  /// \exception std::bad_alloc when memory runs out.
+  UTF16String AsString() const;
+
+  friend bool operator==(const Guid& inLeft, const Guid& inRight) noexcept = default;
+
+  /// Orders by the first byte that differs.
+  friend bool operator<(const Guid& inLeft, const Guid& inRight) noexcept {
+    return inLeft.fBytes < inRight.fBytes;
+  }
+
+ private:
+  std::array<std::uint8_t, 16> fBytes{};
+};
+
+static_assert(sizeof(Guid) == 16);
+
+}  // namespace plinth::utility

@@ -1,0 +1,77 @@
+#include <plinth/config/InitializerRegistrar.h>
+
+#include <algorithm>
+#include <atomic>
+#include <mutex>
+
+namespace plinth::config {
+
+namespace {
+
+struct Registry {
+  std::mutex mutex;
+  std::vector<const InitializerRegistrar*> registrars;
+};
+
+/// Built by the first module that registers, and never destroyed: the last one leaves at exit.
+Registry& TheRegistry() {
+  static Registry& sRegistry = *new Registry;
+  return sRegistry;
+}
+
+constinit std::atomic<InitializerRegistrar::Observer> sObserver{nullptr};
+
+/// Called without the lock, so that an observer may list the registrations.
+void NotifyObserver(const char* inName, bool inRegistered) noexcept {
+  if (const auto observer = sObserver.load()) observer(inName, inRegistered);
+}
+
+std::size_t CountModules(const std::array<DependencyNamePacket, 16>& inDependencies) {
+  const auto namesModule = [](const DependencyNamePacket& packet) {
+    return packet.name != nullptr && *packet.name != '\0';
+  };
+  return static_cast<std::size_t>(
+      std::count_if(inDependencies.begin(), inDependencies.end(), namesModule));
+}
+
+}  // namespace
+
+InitializerRegistrar::InitializerRegistrar(
+    const char* inName, EInitializerContextFlags inFlags, const std::function<bool()>& inInitialize,
+    const std::function<void()>& inPrepareTermination, const std::function<void()>& inTerminate,
+    const std::array<DependencyNamePacket, 16>& inDependencies)
+    : fRegistration{inName,
+                    inFlags,
+                    static_cast<bool>(inInitialize),
+                    static_cast<bool>(inPrepareTermination),
+                    static_cast<bool>(inTerminate),
+                    CountModules(inDependencies)} {
+  Registry& registry = TheRegistry();
+  {
+    const std::lock_guard lock(registry.mutex);
+    registry.registrars.push_back(this);
+  }
+  NotifyObserver(fRegistration.name.c_str(), true);
+}
+
+InitializerRegistrar::~InitializerRegistrar() {
+  NotifyObserver(fRegistration.name.c_str(), false);
+  Registry& registry = TheRegistry();
+  const std::lock_guard lock(registry.mutex);
+  std::erase(registry.registrars, this);
+}
+
+std::vector<InitializerRegistrar::Registration> InitializerRegistrar::Registrations() {
+  std::vector<Registration> registrations;
+  Registry& registry = TheRegistry();
+  const std::lock_guard lock(registry.mutex);
+  for (const auto* registrar : registry.registrars)
+    registrations.push_back(registrar->fRegistration);
+  return registrations;
+}
+
+InitializerRegistrar::Observer InitializerRegistrar::SetObserver(Observer inObserver) noexcept {
+  return sObserver.exchange(inObserver);
+}
+
+}  // namespace plinth::config

@@ -1,0 +1,198 @@
+#include <plinth/string/StringConversion.h>
+
+#include <locale.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <string_view>
+#include <system_error>
+#include <type_traits>
+#ifdef __APPLE__
+#include <xlocale.h>
+#endif
+
+namespace plinth::string {
+
+namespace {
+
+bool IsDigit(char16_t inUnit) {
+  return inUnit >= u'0' && inUnit <= u'9';
+}
+
+/// Walks through the code units of a text; past its end it sees NUL, which belongs to no number.
+class Cursor {
+ public:
+  explicit Cursor(std::u16string_view inText) : fNext(inText.data()), fEnd(fNext + inText.size()) {}
+
+  char16_t Unit() const { return fNext == fEnd ? u'\0' : *fNext; }
+  void Advance() { ++fNext; }
+
+  bool Skip(char16_t inUnit) {
+    const bool found = Unit() == inUnit;
+    if (found) Advance();
+    return found;
+  }
+
+  void SkipBlanks() {
+    while (Skip(u' ') || Skip(u'\t')) {
+    }
+  }
+
+  /// \return true for a minus sign.
+  bool SkipSign() {
+    const bool negative = Skip(u'-');
+    if (!negative) Skip(u'+');
+    return negative;
+  }
+
+ private:
+  const char16_t* fNext;
+  const char16_t* fEnd;
+};
+
+/// Reads digits where the cursor stands; a number that does not fit becomes the nearest.
+/// \return true when there were digits and their number fits.
+template <class Int>
+bool ReadInteger(Int& outNumber, Cursor& ioCursor, bool inNegative) {
+  using Magnitude = std::make_unsigned_t<Int>;
+  const Magnitude limit =
+      static_cast<Magnitude>(std::numeric_limits<Int>::max()) + (inNegative ? 1U : 0U);
+  const bool found = IsDigit(ioCursor.Unit());
+  bool fits = true;
+  Magnitude magnitude = 0;
+  for (; IsDigit(ioCursor.Unit()); ioCursor.Advance()) {
+    const auto digit = static_cast<Magnitude>(ioCursor.Unit() - u'0');
+    fits = fits && magnitude <= (limit - digit) / 10;
+    magnitude = fits ? magnitude * 10 + digit : limit;
+  }
+  outNumber = static_cast<Int>(inNegative ? Magnitude{0} - magnitude : magnitude);
+  return found && fits;
+}
+
+template <class Int>
+bool ReadSignedInteger(Int& outNumber, Cursor& ioCursor) {
+  const bool negative = ioCursor.SkipSign();
+  return ReadInteger(outNumber, ioCursor, negative);
+}
+
+/// The digits of a number as one integer with an exponent of ten.
+///
+/// A double and the points halfway between two of them have at most 767 significant digits. Of the
+/// digits behind those only one thing matters: whether any is not zero. So a buffer of fixed size
+/// does for every text.
+class Significand {
+ public:
+  explicit Significand(bool inNegative) {
+    if (inNegative) *fEnd++ = '-';
+    fDigits = fEnd;
+  }
+
+  /// \return true when there was a digit.
+  bool ReadDigits(Cursor& ioCursor, bool inFraction) {
+    const bool found = IsDigit(ioCursor.Unit());
+    for (; IsDigit(ioCursor.Unit()); ioCursor.Advance()) {
+      const bool kept = Keep(static_cast<char>(ioCursor.Unit()));
+      fExponent += (kept ? 0 : 1) - (inFraction ? 1 : 0);
+    }
+    return found;
+  }
+
+  void AddExponent(std::int64_t inExponent) { fExponent += inExponent; }
+
+  double Value() {
+    if (fEnd == fDigits) *fEnd++ = '0';
+    if (fTruncated) {
+      *fEnd++ = '1';
+      --fExponent;
+    }
+    *fEnd++ = 'e';
+    const auto exponent = std::clamp<std::int64_t>(fExponent, -kExponentLimit, kExponentLimit);
+    char* const end = std::to_chars(fEnd, std::end(fText) - 1, exponent).ptr;
+    *end = '\0';
+    return Parse(end);
+  }
+
+ private:
+  static constexpr int kMaxDigits = 770;
+  static constexpr std::int64_t kExponentLimit = 99999;
+
+  /// \return false for a digit that counts by its place only.
+  bool Keep(char inDigit) {
+    if (fEnd == fDigits && inDigit == '0') return true;  // a leading zero
+    if (fEnd - fDigits == kMaxDigits) {
+      fTruncated = fTruncated || inDigit != '0';
+      return false;
+    }
+    *fEnd++ = inDigit;
+    return true;
+  }
+
+  double Parse([[maybe_unused]] const char* inEnd) const {
+    // Where std::from_chars finds a number out of range, it does not tell at which end; strtod_l
+    // does.
+#ifdef __cpp_lib_to_chars
+    double value = 0.0;
+    if (std::from_chars(fText, inEnd, value).ec == std::errc()) return value;
+#endif
+    static const locale_t sLocale = newlocale(LC_ALL_MASK, "C", nullptr);
+    return strtod_l(fText, nullptr, sLocale);
+  }
+
+  char fText[kMaxDigits + 16];  // a sign, the digits, '1', "e-99999", NUL
+  char* fEnd = fText;
+  const char* fDigits;
+  bool fTruncated = false;
+  std::int64_t fExponent = 0;
+};
+
+/// Reads an exponent, if there is one: a lone "e" belongs to what follows the number.
+std::int64_t ReadExponent(Cursor inCursor) {
+  long long exponent = 0;
+  if (inCursor.Skip(u'e') || inCursor.Skip(u'E')) ReadSignedInteger(exponent, inCursor);
+  // No text is so long that its digits could outweigh this; sums with their number stay in range.
+  constexpr long long kLimit = 1LL << 62;
+  return std::clamp(exponent, -kLimit, kLimit);
+}
+
+template <class Int>
+bool TextToInteger(Int& outNumber, const UTF16String& inText) {
+  Cursor cursor(inText);
+  cursor.SkipBlanks();
+  return ReadSignedInteger(outNumber, cursor);
+}
+
+}  // namespace
+
+UTF16String AsciiToUTF16(const char* inText, std::size_t inLength) {
+  const auto* bytes = reinterpret_cast<const unsigned char*>(inText);
+  return UTF16String(bytes, bytes + inLength);
+}
+
+bool StringToNumber(int& outNumber, const UTF16String& inText,
+                    utility::Flags<unsigned short>) noexcept {
+  return TextToInteger(outNumber, inText);
+}
+
+bool StringToNumber(long long& outNumber, const UTF16String& inText,
+                    utility::Flags<unsigned short>) noexcept {
+  return TextToInteger(outNumber, inText);
+}
+
+bool StringToNumber(double& outNumber, const UTF16String& inText,
+                    utility::Flags<unsigned short>) noexcept {
+  Cursor cursor(inText);
+  cursor.SkipBlanks();
+  Significand significand(cursor.SkipSign());
+  const bool hasWhole = significand.ReadDigits(cursor, false);
+  const bool hasFraction = cursor.Skip(u'.') && significand.ReadDigits(cursor, true);
+  const bool found = hasWhole || hasFraction;
+  if (found) significand.AddExponent(ReadExponent(cursor));
+  outNumber = found ? significand.Value() : 0.0;
+  return found && std::isfinite(outNumber);
+}
+
+}  // namespace plinth::string
