@@ -23,6 +23,11 @@ bool IsDigit(char16_t inUnit) {
   return inUnit >= u'0' && inUnit <= u'9';
 }
 
+template <class Magnitude>
+Magnitude Digit(char16_t inUnit) {
+  return static_cast<Magnitude>(inUnit - u'0');
+}
+
 /// Walks through the code units of a text; past its end it sees NUL, which belongs to no number.
 class Cursor {
  public:
@@ -42,6 +47,12 @@ class Cursor {
     }
   }
 
+  std::u16string_view TakeDigits() {
+    const char16_t* const begin = fNext;
+    while (fNext != fEnd && IsDigit(*fNext)) ++fNext;
+    return {begin, static_cast<std::size_t>(fNext - begin)};
+  }
+
   /// \return true for a minus sign.
   bool SkipSign() {
     const bool negative = Skip(u'-');
@@ -59,18 +70,20 @@ class Cursor {
 template <class Int>
 bool ReadInteger(Int& outNumber, Cursor& ioCursor, bool inNegative) {
   using Magnitude = std::make_unsigned_t<Int>;
+  constexpr std::size_t kAlwaysFit = std::numeric_limits<Int>::digits10;
   const Magnitude limit =
       static_cast<Magnitude>(std::numeric_limits<Int>::max()) + (inNegative ? 1U : 0U);
-  const bool found = IsDigit(ioCursor.Unit());
-  bool fits = true;
+  const std::u16string_view digits = ioCursor.TakeDigits();
+  const std::u16string_view fitting = digits.substr(0, kAlwaysFit);
   Magnitude magnitude = 0;
-  for (; IsDigit(ioCursor.Unit()); ioCursor.Advance()) {
-    const auto digit = static_cast<Magnitude>(ioCursor.Unit() - u'0');
-    fits = fits && magnitude <= (limit - digit) / 10;
-    magnitude = fits ? magnitude * 10 + digit : limit;
+  for (const char16_t unit : fitting) magnitude = magnitude * 10 + Digit<Magnitude>(unit);
+  bool fits = true;
+  for (const char16_t unit : digits.substr(fitting.size())) {
+    fits = fits && magnitude <= (limit - Digit<Magnitude>(unit)) / 10;
+    magnitude = fits ? magnitude * 10 + Digit<Magnitude>(unit) : limit;
   }
   outNumber = static_cast<Int>(inNegative ? Magnitude{0} - magnitude : magnitude);
-  return found && fits;
+  return !digits.empty() && fits;
 }
 
 template <class Int>

@@ -14,10 +14,11 @@ namespace plinth::allocator {
 template <class T>
 class STLAllocator {
  public:
-  using value_type = T;
+  using value_type = T;  ///< the type of the objects
 
   STLAllocator() noexcept = default;
 
+  /// Turns an allocator of other objects into one of these.
   template <class U>
   STLAllocator(const STLAllocator<U>&) noexcept {}
 
@@ -32,9 +33,11 @@ class STLAllocator {
     return static_cast<T*>(MemoryRecycler::Allocate(inCount * sizeof(T)));
   }
 
+  /// Takes back what `allocate` gave.
   void deallocate(T* inObjects, std::size_t) noexcept { MemoryRecycler::Free(inObjects); }
 };
 
+/// \return true: what one allocator gave, any other takes back.
 template <class T, class U>
 bool operator==(const STLAllocator<T>&, const STLAllocator<U>&) noexcept {
   return true;

@@ -31,10 +31,10 @@ class PLINTH_EXPORT InitializerRegistrar {
   struct Registration {
     std::string name;                ///< the module's name
     EInitializerContextFlags flags;  ///< its contexts
-    bool hasInitialize;              ///< whether each function is there
-    bool hasPrepareTermination;
-    bool hasTerminate;
-    std::size_t dependencyCount;  ///< number of dependencies that name a module
+    bool hasInitialize;              ///< whether there is a function to bring it up
+    bool hasPrepareTermination;      ///< whether there is one to tell of the end ahead
+    bool hasTerminate;               ///< whether there is one to take it down
+    std::size_t dependencyCount;     ///< number of dependencies that name a module
   };
 
   /// Learns of a module: with true when its registration is complete, with false when its removal

@@ -30,8 +30,7 @@ PLINTH_EXPORT AssertDialogHandler SetAssertDialogHandler(AssertDialogHandler inH
 /// so that one site may fail on several threads at once.
 ///
 /// \param[in,out] ioDisabled the flag of the assertion's site; set to true when the handler
-/// silences
-///     the site, otherwise left alone.
+///     silences the site, otherwise left alone.
 /// \param inCondition the condition as it stands in the source.
 /// \param inMessage what went wrong, UTF-8, ending in a line feed; or the empty text.
 /// \param inFile the source file.

@@ -30,7 +30,7 @@ PLINTH_EXPORT UTF16String AsciiToUTF16(const char* inText, std::size_t inLength)
 PLINTH_EXPORT bool StringToNumber(int& outNumber, const UTF16String& inText,
                                   utility::Flags<unsigned short> inOptions) noexcept;
 
-/// \copydoc StringToNumber(int&, const UTF16String&, utility::Flags<unsigned short>)
+/// Reads a decimal integer as the function for `int` does.
 PLINTH_EXPORT bool StringToNumber(long long& outNumber, const UTF16String& inText,
                                   utility::Flags<unsigned short> inOptions) noexcept;
 

@@ -8,6 +8,7 @@ namespace plinth::utility {
 template <class T>
 class Flags {
  public:
+  /// \param inValue the bits.
   constexpr Flags(T inValue) noexcept : fValue(inValue) {}
 
   /// \return the bits.

@@ -35,6 +35,7 @@ class PLINTH_EXPORT Guid {
   /// \exception std::bad_alloc when memory runs out.
   UTF16String AsString() const;
 
+  /// Tells whether all bytes are equal.
   friend bool operator==(const Guid& inLeft, const Guid& inRight) noexcept = default;
 
   /// Orders by the first byte that differs.
