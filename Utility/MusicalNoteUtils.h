@@ -46,9 +46,8 @@ MEZZO_EXPORT bool SupportsSharpSymbol();
 ///     give note index 0 in octave -1; 28160 Hz and more give note index 0 in octave 10.
 /// \param[out] outOctave receives the octave of the A at or below the frequency, -1 to 10; may be
 ///     null.
-/// \return the note index, 0 to 12; 12 is the A that closes the octave, for frequencies nearer to
-/// it
-///     than to the note below.
+/// \return the note index, 0 to 12; 12 is the A that closes the octave, for frequencies nearer
+///     to it than to the note below.
 MEZZO_EXPORT int GetNoteFromFrequency(float inFrequency, int* outOctave);
 
 }  // namespace mezzo::utility

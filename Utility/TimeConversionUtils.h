@@ -95,9 +95,8 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// \param[out] outString replaced by the text; untouched where no text is written.
 /// \param inSamples the position in samples.
 /// \param inSampleRate samples per second.
-/// \param inFormat the format. `kTimecodeFormat_Reserved` writes nothing; a value outside 0 to 14
-/// is
-///     reported and writes nothing.
+/// \param inFormat the format. `kTimecodeFormat_Reserved` writes nothing; a value outside 0 to
+///     14 is reported and writes nothing.
 /// \param inTimecodeFPS nominal frames per second, for the SMPTE and frame-count formats.
 /// \param inBeatInfo tempo and meter, for beats and for bars and beats; may be null otherwise.
 /// \param inIsDuration for bars and beats: the value is a length, counted from 0 without offset.
@@ -156,8 +155,7 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 ///
 /// \param inFrameCount frames from zero; only the magnitude counts.
 /// \param inTimecodeFPS 30 or 60. Any other rate is reported and counted as the multiple of 30
-/// below
-///     it; a rate below 30 leaves the outputs as they are.
+///     below it; a rate below 30 leaves the outputs as they are.
 /// \param[out] outHours hours, written from one full hour on.
 /// \param[in,out] outMinutes minutes, 0 to 59.
 /// \param[out] outSeconds seconds, 0 to 59, written from one full second on.
