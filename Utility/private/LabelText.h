@@ -1,0 +1,192 @@
+// Writes a label straight into the caller's string.
+//
+// A stream or a buffer in between would cost more than the conversion itself. So a label is
+// composed twice by the same code: once to count its code units, once in place, in a string that
+// has exactly their number. Where the string cannot grow, it keeps its text.
+
+#pragma once
+
+#include <plinth/string/UTF16String.h>
+
+#include <array>
+#include <bit>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+namespace mezzo::utility::label {
+
+template <class Int>
+using Magnitude = std::conditional_t<(sizeof(Int) > 4), std::uint64_t, std::uint32_t>;
+
+/// The number without its sign; also that of the smallest integer, which only an unsigned type
+/// holds.
+template <std::signed_integral Int>
+constexpr Magnitude<Int> MagnitudeOf(Int inValue) {
+  const auto bits = static_cast<Magnitude<Int>>(inValue);
+  return inValue < 0 ? Magnitude<Int>{0} - bits : bits;
+}
+
+inline constexpr auto kPowersOfTen = [] {
+  std::array<std::uint64_t, 20> powers{1};
+  for (std::size_t power = 1; power < powers.size(); ++power)
+    powers[power] = 10 * powers[power - 1];
+  return powers;
+}();
+
+constexpr std::uint64_t PowerOfTen(int inExponent) {
+  return kPowersOfTen[static_cast<std::size_t>(inExponent)];
+}
+
+template <std::unsigned_integral Int>
+constexpr int DigitCount(Int inValue) {
+  // 1233 / 4096 is the decimal logarithm of 2: the estimate is right or one too high.
+  const int estimate = static_cast<int>(std::bit_width(inValue | Int{1})) * 1233 >> 12;
+  return estimate + ((inValue | Int{1}) >= PowerOfTen(estimate) ? 1 : 0);
+}
+
+/// The two digits of every number below 100.
+inline constexpr auto kDigitPairs = [] {
+  std::array<char16_t, 200> pairs{};
+  for (std::size_t value = 0; value < 100; ++value) {
+    pairs[2 * value] = static_cast<char16_t>(u'0' + value / 10);
+    pairs[2 * value + 1] = static_cast<char16_t>(u'0' + value % 10);
+  }
+  return pairs;
+}();
+
+/// Counts the code units of a label.
+class Counter {
+ public:
+  constexpr void Unit(char16_t) { ++fCount; }
+  constexpr void Pair(std::uint32_t) { fCount += 2; }
+  template <std::unsigned_integral Int>
+  constexpr void Digits(Int, int inCount) {
+    fCount += inCount;
+  }
+  constexpr std::size_t Count() const { return static_cast<std::size_t>(fCount); }
+
+ private:
+  int fCount = 0;
+};
+
+/// Writes the code units of a label.
+class Writer {
+ public:
+  explicit Writer(char16_t* outUnits) : fNext(outUnits) {}
+
+  void Unit(char16_t inUnit) { *fNext++ = inUnit; }
+
+  /// \param inValue 0 to 99.
+  void Pair(std::uint32_t inValue) {
+    PutPair(fNext, inValue);
+    fNext += 2;
+  }
+
+  /// Writes the last digits of a number, zeros where it has fewer.
+  template <std::unsigned_integral Int>
+  void Digits(Int inValue, int inCount) {
+    char16_t* end = fNext += inCount;
+    int left = inCount;
+    const auto putFour = [&] {
+      const auto four = static_cast<std::uint32_t>(inValue % 10000);
+      PutPair(end -= 2, four % 100);
+      PutPair(end -= 2, four / 100);
+      inValue /= 10000;
+      left -= 4;
+    };
+    while (left > 8) putFour();
+    if (left > 4) putFour();
+    const auto rest = static_cast<std::uint32_t>(inValue);
+    if (left == 1) {
+      PutDigit(end - 1, rest);
+    } else if (left == 2) {
+      PutPair(end - 2, rest);
+    } else {
+      PutPair(end - 2, rest % 100);
+      if (left == 3) {
+        PutDigit(end - 3, rest / 100);
+      } else {
+        PutPair(end - 4, rest / 100);
+      }
+    }
+  }
+
+ private:
+  static void PutDigit(char16_t* outUnit, std::uint32_t inValue) {
+    *outUnit = static_cast<char16_t>(u'0' + inValue);
+  }
+  static void PutPair(char16_t* outUnits, std::uint32_t inValue) {
+    std::memcpy(outUnits, &kDigitPairs[2 * std::size_t{inValue}], 2 * sizeof(char16_t));
+  }
+
+  char16_t* fNext;
+};
+
+/// An integer in decimal, measured once for both passes over its label.
+template <std::signed_integral Int>
+class Number {
+ public:
+  /// \param inWidth fills a shorter number up with zeros, which stand before the sign of a negative
+  ///     one, as a stream with that fill writes it.
+  constexpr explicit Number(Int inValue, int inWidth = 1)
+      : fMagnitude(MagnitudeOf(inValue)), fIsNegative(inValue < 0) {
+    if (fIsNegative) [[unlikely]] {
+      fDigits = DigitCount(fMagnitude);
+      fFill = inWidth - fDigits - 1;
+    } else {
+      fDigits = fMagnitude < PowerOfTen(inWidth) ? inWidth : DigitCount(fMagnitude);
+    }
+  }
+
+  /// A number that is known to have no more than so many digits.
+  static constexpr Number OfDigits(Magnitude<Int> inValue, int inDigits) {
+    return Number(inValue, inDigits, std::true_type());
+  }
+
+  template <class Sink>
+  constexpr void Write(Sink& ioSink) const {
+    if (fIsNegative) [[unlikely]] {
+      for (int unit = 0; unit < fFill; ++unit) ioSink.Unit(u'0');
+      ioSink.Unit(u'-');
+    }
+    ioSink.Digits(fMagnitude, fDigits);
+  }
+
+ private:
+  constexpr Number(Magnitude<Int> inMagnitude, int inDigits, std::true_type)
+      : fMagnitude(inMagnitude), fDigits(inDigits) {}
+
+  Magnitude<Int> fMagnitude;
+  int fDigits = 0;
+  int fFill = 0;
+  bool fIsNegative = false;
+};
+
+/// Out of line: the label of a running display rarely changes its length.
+[[gnu::noinline]] inline void Resize(plinth::UTF16String& outString, std::size_t inSize) {
+  outString.resize(inSize);
+}
+
+/// Replaces a text by the label that `inCompose` writes into the sink it is given.
+template <class Compose>
+[[gnu::always_inline]] inline void Replace(plinth::UTF16String& outString,
+                                           const Compose& inCompose) {
+  Counter counter;
+  inCompose(counter);
+  if (outString.size() != counter.Count()) [[unlikely]] {
+    Resize(outString, counter.Count());
+  }
+  Writer writer(outString.data());
+  inCompose(writer);
+}
+
+/// Replaces a text by a number.
+template <std::signed_integral Int>
+void Replace(plinth::UTF16String& outString, const Number<Int>& inNumber) {
+  Replace(outString, [=](auto& sink) { inNumber.Write(sink); });
+}
+
+}  // namespace mezzo::utility::label

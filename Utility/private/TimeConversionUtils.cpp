@@ -1,0 +1,1049 @@
+// Positions on an audio timeline, to and from the texts of the time displays.
+//
+// Each display's rule stands here, in reading order: what every display shares, then the displays
+// that write, then those that read. The order of evaluation, the type each step is computed in and
+// the places of `std::fma` decide the last digit of the results and are part of the contract.
+
+#include "../../Debug/private/Assertion.h"
+#include "DefinedArithmetic.h"
+#include "DropFrame.h"
+#include "LabelText.h"
+#include "NumberText.h"
+#include <Utility/TimeConversionUtils.h>
+
+#include <plinth/string/StringConversion.h>
+#include <plinth/string/UTF16StringStream.h>
+#include <plinth/utility/Cast.h>
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string_view>
+#include <type_traits>
+
+namespace mezzo::utility {
+
+using namespace arithmetic;
+using plinth::UTF16String;
+
+namespace {
+
+// ------------------------------------------------------------------------------ Shared by displays
+
+/// The width in digits of a field that counts up to, and not including, a number of divisions of
+/// the next larger unit: the frames of a second, the ticks of a beat.
+constexpr int DivisionWidth(std::int32_t inDivisions) {
+  return inDivisions <= 10 ? 1 : inDivisions <= 100 ? 2 : inDivisions <= 1000 ? 3 : 4;
+}
+
+void WriteZero(UTF16String& outString) {
+  label::Replace(outString, [](auto& sink) { sink.Unit(u'0'); });
+}
+
+// ------------------------------------------------------------------------------------------- SMPTE
+
+/// A position in frames: `numerator / denominator`, before truncation.
+struct FrameRatio {
+  std::int64_t numerator;
+  std::int64_t denominator;
+
+  FrameRatio(std::int64_t inMagnitude, std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
+             bool inIsPulledDown)
+      : numerator(Multiply<std::int64_t>(
+            inMagnitude, inIsPulledDown ? Multiply(inTimecodeFPS, 1000) : inTimecodeFPS)),
+        denominator((inIsPulledDown ? 1001 : 1) * std::int64_t{inSampleRate}) {}
+
+  std::int64_t WholeFrames() const { return Divide(numerator, denominator); }
+
+  std::int32_t HundredthsOfFrame() const {
+    return static_cast<std::int32_t>(
+        Divide<std::int64_t>(Multiply<std::int64_t>(numerator, 100), denominator) % 100);
+  }
+};
+
+struct TimecodeFields {
+  std::int32_t hours = 0;
+  std::int32_t minutes = 0;
+  std::int32_t seconds = 0;
+  std::int32_t frames = 0;
+};
+
+/// Splits a frame count by the products of the frame rate; a field holds the low 32 bits of its
+/// value.
+TimecodeFields SplitFrames(std::int64_t inFrames, std::int32_t inTimecodeFPS) {
+  const std::int64_t framesPerHour = Multiply(inTimecodeFPS, 3600);
+  const std::int64_t framesPerMinute = Multiply(inTimecodeFPS, 60);
+  const std::int64_t pastHour = Remainder(inFrames, framesPerHour);
+  const std::int64_t pastMinute = Remainder(pastHour, framesPerMinute);
+  const auto low = [](std::int64_t value) { return static_cast<std::int32_t>(value); };
+  return {low(Divide(inFrames, framesPerHour)), low(Divide(pastHour, framesPerMinute)),
+          low(Divide<std::int64_t>(pastMinute, inTimecodeFPS)),
+          low(Remainder<std::int64_t>(pastMinute, inTimecodeFPS))};
+}
+
+/// Writes all four fields, zero-padded.
+void WriteLabel(UTF16String& outString, bool inIsNegative, const TimecodeFields& inFields,
+                char16_t inSeparator, int inFramesWidth) {
+  label::Replace(outString, [=](auto& sink) {
+    if (inIsNegative) sink.Unit(u'-');
+    for (const std::int32_t field : {inFields.hours, inFields.minutes, inFields.seconds}) {
+      label::Number(field, 2).Write(sink);
+      sink.Unit(inSeparator);
+    }
+    label::Number(inFields.frames, inFramesWidth).Write(sink);
+  });
+}
+
+/// What a display shows: the flags of the exported function in one word.
+enum SMPTEDisplay : unsigned {
+  kFullLabel = 0,
+  kDropFrame = 1u << 0,
+  kPulldown = 1u << 1,
+  kFramesOnly = 1u << 2,
+  kNoFrames = 1u << 3,
+  kTrimLeadingZeros = 1u << 4,
+  kShowSubframes = 1u << 5,
+  kNoHours = 1u << 6,
+};
+
+/// Writes the fields that a display shows. The sign stands before the first that is written.
+template <class Sink>
+void ComposeFields(Sink& ioSink, const TimecodeFields& inFields, unsigned inDisplay,
+                   bool inIsNegative, int inFramesWidth, std::int32_t inHundredths) {
+  bool isFirst = true;
+  bool isLeading = (inDisplay & kTrimLeadingZeros) != 0;  // trimming, and only zeros so far
+  const auto writeValue = [&](std::int32_t value, int width) {
+    if (isFirst && inIsNegative) ioSink.Unit(u'-');
+    isFirst = false;
+    label::Number(value, width).Write(ioSink);
+  };
+  const auto writeField = [&](std::int32_t value) {
+    if (isLeading && value == 0) return;
+    writeValue(value, isLeading ? 1 : 2);
+    ioSink.Unit(u':');
+    isLeading = false;
+  };
+
+  if ((inDisplay & kNoHours) != 0) {
+    writeField(Add(inFields.minutes, Multiply(60, inFields.hours)));
+  } else {
+    if (inFields.hours != 0) isLeading = false;  // hours are padded even where they lead
+    writeField(inFields.hours);
+    writeField(inFields.minutes);
+  }
+  if ((inDisplay & kNoFrames) != 0) return writeValue(inFields.seconds, 2);
+  writeField(inFields.seconds);
+  writeValue(inFields.frames, isLeading ? 1 : inFramesWidth);
+  if ((inDisplay & kShowSubframes) != 0) {
+    ioSink.Unit(u'.');
+    label::Number(inHundredths, 2).Write(ioSink);
+  }
+}
+
+/// The count of pulled-down frames as the frame-count display shows it: in double precision, which
+/// is not always the integer count.
+std::int32_t PulledDownFrameCount(std::int64_t inMagnitude, std::int32_t inSampleRate,
+                                  std::int32_t inTimecodeFPS) {
+  const double fps = inTimecodeFPS;
+  return TruncateTo<std::int32_t>(
+      ((fps * fps) * 598.8011988011989 * static_cast<double>(inMagnitude)) /
+      ((inSampleRate * 599.4) * fps));
+}
+
+}  // namespace
+
+bool operator==(const BeatInfo& inLeft, const BeatInfo& inRight) {
+  return inLeft.iTicksPerBeat == inRight.iTicksPerBeat && inLeft.dTempo == inRight.dTempo &&
+         inLeft.iBeatsPerBar == inRight.iBeatsPerBar && inLeft.iBeatUnit == inRight.iBeatUnit &&
+         inLeft.dOffsetMs == inRight.dOffsetMs;
+}
+
+bool operator!=(const BeatInfo& inLeft, const BeatInfo& inRight) {
+  return !(inLeft == inRight);
+}
+
+namespace {
+
+/// The drop-frame label of a frame count; none below the lowest rate that has drop-frame labels.
+std::optional<dropframe::Label<std::int64_t>> DropFrameLabel(std::int64_t inFrameCount,
+                                                             std::int32_t inTimecodeFPS) {
+  MEZZO_ASSERT((inTimecodeFPS == 30) || (inTimecodeFPS == 60), "",
+               "void mezzo::utility::DropFrameToHMSF(std::int64_t, std::int32_t, std::uint32_t &, "
+               "std::uint32_t &, std::uint32_t &, std::uint32_t &)");
+  if (inTimecodeFPS < 30) return std::nullopt;
+  return dropframe::Split<std::int64_t>(Magnitude(inFrameCount), inTimecodeFPS / 30);
+}
+
+TimecodeFields FieldsOf(const dropframe::Label<std::int64_t>& inLabel) {
+  const auto low = [](std::int64_t field) { return static_cast<std::int32_t>(field); };
+  return {low(inLabel.hours), low(10 * inLabel.tensOfMinutes + inLabel.minuteOfTen),
+          low(inLabel.seconds), low(inLabel.frames)};
+}
+
+}  // namespace
+
+void DropFrameToHMSF(std::int64_t inFrameCount, std::int32_t inTimecodeFPS, std::uint32_t& outHours,
+                     std::uint32_t& outMinutes, std::uint32_t& outSeconds,
+                     std::uint32_t& outFrames) {
+  const auto label = DropFrameLabel(inFrameCount, inTimecodeFPS);
+  if (!label) return;
+  const auto low = [](std::int64_t field) { return static_cast<std::uint32_t>(field); };
+  if (label->hours > 0) outHours = low(label->hours);
+  if (label->tensOfMinutes > 0) outMinutes = low(10 * label->tensOfMinutes);
+  outMinutes += low(label->minuteOfTen);
+  if (label->seconds > 0) outSeconds = low(label->seconds);
+  outFrames = low(label->frames);
+}
+
+namespace {
+
+/// Writes what a position without a frame count shows.
+[[gnu::cold]] bool WriteWithoutFrames(UTF16String& outString, std::int32_t inSampleRate,
+                                      unsigned inDisplay) {
+  if ((inDisplay & kDropFrame) != 0 && (inDisplay & kPulldown) != 0) {
+    MEZZO_REPORT("false", "ConvertSamplesToTimecode programmer error!\n",
+                 "bool mezzo::utility::ConvertSamplesToTimecode(plinth::UTF16String &, "
+                 "std::int64_t, std::int32_t, std::int32_t, bool, bool, bool, bool, bool, bool, "
+                 "bool)");
+    return false;
+  }
+  if (inSampleRate == 0) {
+    WriteZero(outString);
+    return true;
+  }
+  outString.clear();
+  return false;
+}
+
+bool WriteFrameCount(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate,
+                     std::int32_t inTimecodeFPS, unsigned inDisplay) {
+  if (inSampleRate == 0 || inTimecodeFPS == 0) [[unlikely]] {
+    return WriteWithoutFrames(outString, inSampleRate, inDisplay);
+  }
+  const std::int64_t magnitude = Magnitude(inSamples);
+  const bool isPulledDown = (inDisplay & kPulldown) != 0;
+  const std::int32_t count =
+      (inDisplay & kDropFrame) != 0
+          ? PulledDownFrameCount(magnitude, inSampleRate, inTimecodeFPS)
+          : static_cast<std::int32_t>(
+                FrameRatio(magnitude, inSampleRate, inTimecodeFPS, isPulledDown).WholeFrames());
+  label::Replace(outString, label::Number(count));
+  return true;
+}
+
+/// Writes any display of any position.
+[[gnu::noinline]] bool WriteAnySMPTE(UTF16String& outString, std::int64_t inSamples,
+                                     std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
+                                     unsigned inDisplay) {
+  const bool isDropFrame = (inDisplay & kDropFrame) != 0;
+  const bool isPulledDown = (inDisplay & kPulldown) != 0;
+  if (inSampleRate == 0 || inTimecodeFPS == 0 || (isDropFrame && isPulledDown)) {
+    return WriteWithoutFrames(outString, inSampleRate, inDisplay);
+  }
+  if ((inDisplay & kFramesOnly) != 0) {
+    return WriteFrameCount(outString, inSamples, inSampleRate, inTimecodeFPS, inDisplay);
+  }
+
+  const bool isNegative = inSamples < 0;
+  const std::int64_t magnitude = Magnitude(inSamples);
+  const FrameRatio ratio(magnitude, inSampleRate, inTimecodeFPS, isDropFrame || isPulledDown);
+  if (isDropFrame) {
+    const auto label = DropFrameLabel(ratio.WholeFrames(), inTimecodeFPS);
+    WriteLabel(outString, isNegative, label ? FieldsOf(*label) : TimecodeFields(), u';', 2);
+  } else {
+    const TimecodeFields fields = SplitFrames(ratio.WholeFrames(), inTimecodeFPS);
+    const int framesWidth = DivisionWidth(inTimecodeFPS);
+    const std::int32_t hundredths =
+        (inDisplay & kShowSubframes) != 0 ? ratio.HundredthsOfFrame() : 0;
+    label::Replace(outString, [=](auto& sink) {
+      ComposeFields(sink, fields, inDisplay, isNegative, framesWidth, hundredths);
+    });
+  }
+  return true;
+}
+
+/// The fields of a label in which nothing wraps and every field but the hours has two digits.
+struct UsualFields {
+  std::uint32_t hours;
+  std::uint32_t minutes;
+  std::uint32_t seconds;
+  std::uint32_t frames;
+};
+
+/// Divided by the frame rate first, a frame count is left with divisions by constants. The rates of
+/// film and video are such constants too: to divide by a variable costs as much as half a label.
+UsualFields SplitUsualFrames(std::uint32_t inFrames, std::uint32_t inTimecodeFPS) {
+  const std::uint32_t seconds = inTimecodeFPS == 30   ? inFrames / 30
+                                : inTimecodeFPS == 25 ? inFrames / 25
+                                : inTimecodeFPS == 24 ? inFrames / 24
+                                : inTimecodeFPS == 60 ? inFrames / 60
+                                                      : inFrames / inTimecodeFPS;
+  const std::uint32_t minutes = seconds / 60;
+  const std::uint32_t hours = seconds / 3600;
+  return {hours, minutes - hours * 60, seconds - minutes * 60, inFrames - seconds * inTimecodeFPS};
+}
+
+/// \param inTimecodeFPS 30 or 60.
+UsualFields SplitUsualDropFrames(std::uint32_t inFrames, std::uint32_t inTimecodeFPS) {
+  const auto label = inTimecodeFPS == 30 ? dropframe::Split<std::uint32_t>(inFrames, 1)
+                                         : dropframe::Split<std::uint32_t>(inFrames, 2);
+  return {label.hours, 10 * label.tensOfMinutes + label.minuteOfTen, label.seconds, label.frames};
+}
+
+/// Writes a full label, which is what displays show nearly always. That of a usual position and
+/// rate has a way of its own here; whatever is out of the ordinary goes the general way.
+template <SMPTEDisplay kDisplay>
+bool WriteFullLabel(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate,
+                    std::int32_t inTimecodeFPS) {
+  constexpr bool kIsDropFrame = kDisplay == kDropFrame;
+  const auto writeAny = [&] {
+    return WriteAnySMPTE(outString, inSamples, inSampleRate, inTimecodeFPS, kDisplay);
+  };
+  const bool isUsualRate =
+      kIsDropFrame ? inTimecodeFPS == 30 || inTimecodeFPS == 60 : DivisionWidth(inTimecodeFPS) == 2;
+  if (!isUsualRate || inSampleRate <= 0) return writeAny();
+  const FrameRatio ratio(Magnitude(inSamples), inSampleRate, inTimecodeFPS, kDisplay != kFullLabel);
+  if (ratio.numerator < 0) return writeAny();
+  const std::int64_t wholeFrames = ratio.numerator / ratio.denominator;
+  const auto frames = static_cast<std::uint32_t>(wholeFrames);
+  if (frames != wholeFrames) return writeAny();
+  const auto fps = static_cast<std::uint32_t>(inTimecodeFPS);
+  const UsualFields fields =
+      kIsDropFrame ? SplitUsualDropFrames(frames, fps) : SplitUsualFrames(frames, fps);
+  if (fields.hours >= 1000) return writeAny();
+
+  label::Replace(outString, [=](auto& sink) {
+    constexpr char16_t kSeparator = kIsDropFrame ? u';' : u':';
+    if (inSamples < 0) sink.Unit(u'-');
+    if (fields.hours < 100) [[likely]] {
+      sink.Pair(fields.hours);
+    } else {
+      sink.Digits(fields.hours, 3);
+    }
+    sink.Unit(kSeparator);
+    sink.Pair(fields.minutes);
+    sink.Unit(kSeparator);
+    sink.Pair(fields.seconds);
+    sink.Unit(kSeparator);
+    sink.Pair(fields.frames);
+  });
+  return true;
+}
+
+}  // namespace
+
+bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
+                              std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
+                              bool inDropFrame, bool inPulldown, bool inFramesOnly, bool inNoFrames,
+                              bool inTrimLeadingZeros, bool inShowSubframes, bool inNoHours) {
+  const bool isFullLabel =
+      !(inFramesOnly | inNoFrames | inTrimLeadingZeros | inShowSubframes | inNoHours);
+  if (isFullLabel && !(inDropFrame && inPulldown)) [[likely]] {
+    const auto writeFullLabel = [&](auto write) {
+      return write(outString, inSamples, inSampleRate, inTimecodeFPS);
+    };
+    if (inDropFrame) return writeFullLabel(&WriteFullLabel<kDropFrame>);
+    if (inPulldown) return writeFullLabel(&WriteFullLabel<kPulldown>);
+    return writeFullLabel(&WriteFullLabel<kFullLabel>);
+  }
+  const auto flag = [](bool isSet, SMPTEDisplay display) { return isSet ? display : kFullLabel; };
+  return WriteAnySMPTE(outString, inSamples, inSampleRate, inTimecodeFPS,
+                       flag(inDropFrame, kDropFrame) | flag(inPulldown, kPulldown) |
+                           flag(inFramesOnly, kFramesOnly) | flag(inNoFrames, kNoFrames) |
+                           flag(inTrimLeadingZeros, kTrimLeadingZeros) |
+                           flag(inShowSubframes, kShowSubframes) | flag(inNoHours, kNoHours));
+}
+
+// -------------------------------------------------------------------------------------- Clock time
+
+namespace {
+
+/// What follows the whole seconds.
+enum class SecondsFraction { kNone, kHundredths, kMilliseconds };
+
+/// The milliseconds past the whole second, half a millisecond per unit of the rate added before the
+/// division.
+std::int32_t MillisecondsPastSecond(std::int64_t inMagnitude, std::int64_t inWholeSeconds,
+                                    std::int32_t inSampleRate) {
+  const double rate = inSampleRate;
+  if (inSampleRate > 0) {
+    // Both fused operations of the general case are exact here, so integers give the same.
+    const std::int64_t rest = inMagnitude - inWholeSeconds * inSampleRate;
+    return static_cast<std::int32_t>(static_cast<double>(rest * 1000 + 500) / rate);
+  }
+  const double rest =
+      std::fma(-static_cast<double>(inWholeSeconds), rate, static_cast<double>(inMagnitude));
+  return TruncateTo<std::int32_t>(std::fma(rest, 1000.0, 500.0) / rate);
+}
+
+std::int32_t HundredthsPastSecond(std::int64_t inMagnitude, std::int64_t inWholeSeconds,
+                                  std::int64_t inSampleRate) {
+  const std::int64_t rest = Subtract(inMagnitude, Multiply(inWholeSeconds, inSampleRate));
+  return static_cast<std::int32_t>(
+      Divide<std::int64_t>(Multiply<std::int64_t>(rest, 100), inSampleRate));
+}
+
+using ClockField = label::Number<std::int32_t>;
+
+/// Writes clock time; under an hour the sign stands right-aligned in a field of three units, before
+/// the minutes.
+/// \param inFirst hours, or minutes where there are no hours.
+[[gnu::always_inline]] inline void WriteClock(UTF16String& outString, bool inIsNegative,
+                                              bool inHasHours, const ClockField& inFirst,
+                                              const ClockField& inMinutes,
+                                              const ClockField& inSeconds, SecondsFraction inKind,
+                                              const ClockField& inFraction) {
+  label::Replace(outString, [=](auto& sink) {
+    if (!inHasHours) {
+      sink.Unit(u' ');
+      sink.Unit(u' ');
+      sink.Unit(inIsNegative ? u'-' : u' ');
+    } else if (inIsNegative) {
+      sink.Unit(u'-');
+    }
+    inFirst.Write(sink);
+    sink.Unit(u':');
+    if (inHasHours) {
+      inMinutes.Write(sink);
+      sink.Unit(u':');
+    }
+    inSeconds.Write(sink);
+    if (inKind == SecondsFraction::kNone) return;
+    sink.Unit(u'.');
+    inFraction.Write(sink);
+  });
+}
+
+/// \param inWholeSeconds those of less than 100 hours.
+void WriteUsualClock(UTF16String& outString, bool inIsNegative, std::uint32_t inWholeSeconds,
+                     SecondsFraction inKind, std::int32_t inFraction) {
+  const std::uint32_t hours = inWholeSeconds / 3600;
+  const std::uint32_t wholeMinutes = inWholeSeconds / 60;
+  const std::uint32_t first = hours != 0 ? hours : wholeMinutes;
+  WriteClock(outString, inIsNegative, hours != 0, ClockField::OfDigits(first, first < 10 ? 1 : 2),
+             ClockField::OfDigits(wholeMinutes - hours * 60, 2),
+             ClockField::OfDigits(inWholeSeconds - wholeMinutes * 60, 2), inKind,
+             ClockField::OfDigits(static_cast<std::uint32_t>(inFraction),
+                                  inKind == SecondsFraction::kHundredths ? 2 : 3));
+}
+
+}  // namespace
+
+void ConvertSamplesToDecimalTimecode(UTF16String& outString, std::int64_t inSamples,
+                                     std::int32_t inSampleRate, bool inWholeSeconds) {
+  if (inSampleRate == 0) return WriteZero(outString);
+
+  constexpr std::int64_t kHour = 3600;
+  const bool isNegative = inSamples < 0;
+  const std::int64_t magnitude = Magnitude(inSamples);
+  const std::int64_t wholeSeconds = Divide<std::int64_t>(magnitude, inSampleRate);
+  const auto kind = inWholeSeconds               ? SecondsFraction::kNone
+                    : wholeSeconds >= 10 * kHour ? SecondsFraction::kHundredths
+                                                 : SecondsFraction::kMilliseconds;
+  const std::int32_t fraction = kind == SecondsFraction::kHundredths
+                                    ? HundredthsPastSecond(magnitude, wholeSeconds, inSampleRate)
+                                : kind == SecondsFraction::kMilliseconds
+                                    ? MillisecondsPastSecond(magnitude, wholeSeconds, inSampleRate)
+                                    : 0;
+  if (inSampleRate > 0 && magnitude >= 0 && wholeSeconds < 100 * kHour) {
+    return WriteUsualClock(outString, isNegative, static_cast<std::uint32_t>(wholeSeconds), kind,
+                           fraction);
+  }
+
+  const auto field = [](std::int64_t value, int width) {
+    return ClockField(static_cast<std::int32_t>(value), width);
+  };
+  const std::int64_t wholeMinutes = wholeSeconds / 60;
+  const bool hasHours = wholeSeconds >= kHour;
+  WriteClock(outString, isNegative, hasHours, field(hasHours ? wholeMinutes / 60 : wholeMinutes, 1),
+             field(wholeMinutes % 60, 2), field(wholeSeconds % 60, 2), kind,
+             field(fraction, kind == SecondsFraction::kHundredths ? 2 : 3));
+}
+
+// ------------------------------------------------------------------------------------ Milliseconds
+
+namespace {
+
+/// The six significant digits of a positive number of milliseconds, rounded half to even.
+struct SixDigits {
+  std::uint32_t digits;
+  int exponent;  ///< the power of ten of the first digit
+};
+
+SixDigits RoundToSixDigits(std::uint64_t inTenths) {
+  const int digitCount = label::DigitCount(inTenths);
+  std::uint64_t unit = 1;
+  for (int dropped = digitCount - 6; dropped > 0; --dropped) unit *= 10;
+  std::uint64_t digits = inTenths / unit;
+  const std::uint64_t rest = 2 * (inTenths % unit);
+  if (rest > unit || (rest == unit && digits % 2 != 0)) ++digits;
+  if (digits == 1000000) return {100000, digitCount - 1};
+  return {static_cast<std::uint32_t>(digits), digitCount - 2};
+}
+
+/// Writes whole tenths of a millisecond in general notation with six significant digits, as a
+/// stream writes the double nearest to them; exact below 10^15 tenths, where that double never
+/// changes a digit.
+template <class Sink>
+void ComposeTenths(Sink& ioSink, std::int64_t inTenths) {
+  constexpr std::uint64_t kAllDigitsShow = 1000000;
+  if (inTenths < 0) ioSink.Unit(u'-');
+  const std::uint64_t tenths = label::MagnitudeOf(inTenths);
+  if (tenths < kAllDigitsShow) {
+    const auto whole = static_cast<std::uint32_t>(tenths / 10);
+    ioSink.Digits(whole, label::DigitCount(whole));
+    if (tenths % 10 != 0) {
+      ioSink.Unit(u'.');
+      ioSink.Digits(static_cast<std::uint32_t>(tenths % 10), 1);
+    }
+    return;
+  }
+
+  SixDigits number = RoundToSixDigits(tenths);
+  if (number.exponent < 6) return ioSink.Digits(number.digits, 6);
+  int decimals = 5;
+  for (; decimals > 0 && number.digits % 10 == 0; --decimals) number.digits /= 10;
+  std::uint32_t unit = 1;
+  for (int digit = 0; digit < decimals; ++digit) unit *= 10;
+  ioSink.Digits(number.digits / unit, 1);
+  if (decimals > 0) {
+    ioSink.Unit(u'.');
+    ioSink.Digits(number.digits % unit, decimals);
+  }
+  ioSink.Unit(u'e');
+  ioSink.Unit(u'+');
+  ioSink.Digits(static_cast<std::uint32_t>(number.exponent), 2);
+}
+
+[[gnu::cold, gnu::noinline]] void WriteByStream(UTF16String& outString, double inValue) {
+  plinth::oUTF16StringStream stream;
+  stream << inValue;
+  outString = stream.str();
+}
+
+[[gnu::noinline]] bool WriteMilliseconds(UTF16String& outString, std::int64_t inSamples,
+                                         std::int32_t inSampleRate) {
+  constexpr double kExactTenths = 1e15;
+  const double rounded = static_cast<double>(inSamples) * 10000.0 / inSampleRate + 0.5;
+  const double tenths = rounded - Fraction(rounded);
+  if (std::fabs(tenths) < kExactTenths) {
+    const auto whole = static_cast<std::int64_t>(tenths);
+    label::Replace(outString, [=](auto& sink) { ComposeTenths(sink, whole); });
+  } else {
+    WriteByStream(outString, tenths * 0.1);
+  }
+  return true;
+}
+
+[[gnu::noinline]] bool WriteSampleCount(UTF16String& outString, std::int64_t inSamples) {
+  label::Replace(outString, label::Number(inSamples));
+  return true;
+}
+
+}  // namespace
+
+// ----------------------------------------------------------------------------------- Musical time
+
+namespace {
+
+/// Samples from sample 0 to bar 1 beat 1, rounded to the nearest, halves upward.
+double OffsetInSamples(double inSampleRate, const BeatInfo& inBeatInfo) {
+  // Without an offset, the usual case, the fused operation gives 0.5 for every finite rate.
+  if (inBeatInfo.dOffsetMs == 0.0 && std::isfinite(inSampleRate)) return 0.0;
+  return Floor(std::fma(inSampleRate * 0.001, inBeatInfo.dOffsetMs, 0.5));
+}
+
+/// A point or length in musical time.
+struct MusicalTime {
+  std::int32_t bar = 0;
+  std::int32_t beat = 0;
+  std::int32_t tick = 0;
+  double ticks = 0.0;  ///< with the fraction of a tick
+  double beats = 0.0;  ///< with the fraction of a beat, whole bars past the zero point taken in
+
+  std::int32_t ThousandthsOfTick() const {
+    return static_cast<std::int32_t>(Subtract<std::int64_t>(
+        TruncateTo<std::int64_t>(ticks * 1000.0), std::int64_t{tick} * 1000));
+  }
+
+  std::int32_t ThousandthsOfBeat() const {
+    return TruncateTo<std::int32_t>(Fraction(beats) * 1000.0);
+  }
+};
+
+/// Beats from the zero point, lifted by half a thousandth of a tick so that truncation rounds.
+double BeatsFromZeroPoint(double inSamples, double inSampleRate, const BeatInfo& inBeatInfo,
+                          bool inIsDuration) {
+  constexpr double kOneTwoHundredFortieth = 0.004166666666666667;
+  const double samples =
+      inIsDuration ? inSamples : inSamples - OffsetInSamples(inSampleRate, inBeatInfo);
+  return samples * kOneTwoHundredFortieth * inBeatInfo.dTempo * inBeatInfo.iBeatUnit /
+             inSampleRate +
+         0.0005 / inBeatInfo.iTicksPerBeat;
+}
+
+MusicalTime SplitBeats(double inBeats, const BeatInfo& inBeatInfo, bool inIsDuration) {
+  const std::int32_t beatsPerBar = inBeatInfo.iBeatsPerBar;
+  const std::int32_t ticksPerBeat = inBeatInfo.iTicksPerBeat;
+  MusicalTime time;
+  time.beats = inBeats;
+  std::int32_t barsBeforeZero = 0;
+  if (!(inBeats >= 0.0)) {
+    barsBeforeZero = Add(TruncateTo<std::int32_t>(-inBeats / beatsPerBar), 1);
+    time.beats += Multiply(barsBeforeZero, beatsPerBar);
+  }
+  if (ticksPerBeat >= 1) {
+    time.ticks = Fraction(time.beats) * ticksPerBeat;
+    time.tick = TruncateTo<std::int32_t>(time.ticks);
+    if (time.tick == ticksPerBeat) [[unlikely]] {
+      // So close below a whole beat that the product rounded up: that beat it is.
+      time.tick = 0;
+      time.ticks = 0.0;
+      time.beats += 1.0 / ticksPerBeat;
+    }
+  }
+
+  const std::int32_t first = inIsDuration ? 0 : 1;
+  const auto wholeBeats = TruncateTo<std::int32_t>(time.beats);
+  const std::int32_t wholeBars = Divide(wholeBeats, beatsPerBar);
+  time.beat = Add(Subtract(wholeBeats, Multiply(wholeBars, beatsPerBar)), first);
+  time.bar = Subtract(Add(wholeBars, first), barsBeforeZero);
+  return time;
+}
+
+using MusicalField = label::Number<std::int32_t>;
+
+/// \param inIsDecimal the decimal-beat form, which shows its fields at every precision.
+/// \param inPart ticks, or thousandths of a beat in the decimal-beat form.
+template <class IsDecimal, class Precision>
+[[gnu::always_inline]] inline void WriteMusicalFields(
+    UTF16String& outString, const MusicalField& inBar, const MusicalField& inBeat,
+    const MusicalField& inPart, const MusicalField& inThousandths, IsDecimal inIsDecimal,
+    Precision inPrecision) {
+  label::Replace(outString, [=](auto& sink) {
+    if (inIsDecimal || inPrecision >= 0) inBar.Write(sink);
+    if (inIsDecimal || inPrecision >= 1) {
+      sink.Unit(u':');
+      inBeat.Write(sink);
+    }
+    if (inIsDecimal || inPrecision >= 2) {
+      sink.Unit(u'.');
+      inPart.Write(sink);
+    }
+    if (inPrecision >= 3) {
+      sink.Unit(u'.');
+      inThousandths.Write(sink);
+    }
+  });
+}
+
+/// Bar, beat and tick, none of them negative: what displays show nearly always.
+void WriteUsualMusicalTime(UTF16String& outString, const MusicalTime& inTime, int inTickWidth) {
+  const auto field = [](std::int32_t value) {
+    const auto magnitude = static_cast<std::uint32_t>(value);
+    return MusicalField::OfDigits(magnitude, magnitude < 10 ? 1 : label::DigitCount(magnitude));
+  };
+  WriteMusicalFields(outString, field(inTime.bar), field(inTime.beat),
+                     MusicalField::OfDigits(static_cast<std::uint32_t>(inTime.tick), inTickWidth),
+                     MusicalField(0), std::false_type(), std::integral_constant<int, 2>());
+}
+
+void WriteAnyMusicalTime(UTF16String& outString, const MusicalTime& inTime,
+                         std::int32_t inTicksPerBeat, int inPrecision) {
+  const bool isDecimal = inTicksPerBeat == -1;
+  WriteMusicalFields(outString, MusicalField(inTime.bar), MusicalField(inTime.beat),
+                     isDecimal ? MusicalField(inTime.ThousandthsOfBeat(), 3)
+                               : MusicalField(inTime.tick, DivisionWidth(inTicksPerBeat)),
+                     MusicalField(inTime.ThousandthsOfTick(), 3), isDecimal, inPrecision);
+}
+
+}  // namespace
+
+bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, double inSampleRate,
+                                  const BeatInfo& inBeatInfo, bool inIsDuration, int inPrecision) {
+  static constexpr char kFunction[] =
+      "bool mezzo::utility::ConvertSamplesToBarsAndBeats(plinth::UTF16String &, double, double, "
+      "const mezzo::utility::BeatInfo &, bool, int)";
+  MEZZO_ASSERT(inPrecision >= 0, "", kFunction);
+  MEZZO_ASSERT(inBeatInfo.iBeatsPerBar != 0, "programmer error!\n", kFunction);
+  if (inBeatInfo.iBeatsPerBar == 0) return false;
+
+  const double beats = BeatsFromZeroPoint(inSamples, inSampleRate, inBeatInfo, inIsDuration);
+  const MusicalTime time = SplitBeats(beats, inBeatInfo, inIsDuration);
+  const std::int32_t ticksPerBeat = inBeatInfo.iTicksPerBeat;
+  const int tickWidth = DivisionWidth(ticksPerBeat);
+  const bool isUsual = inPrecision == 2 && ticksPerBeat >= 1 && ticksPerBeat <= 10000 &&
+                       (time.bar | time.beat | time.tick) >= 0;
+  if (isUsual) {
+    WriteUsualMusicalTime(outString, time, tickWidth);
+  } else {
+    WriteAnyMusicalTime(outString, time, ticksPerBeat, inPrecision);
+  }
+  return true;
+}
+
+void ConvertSamplesToBeats(UTF16String& outString, std::int64_t inSamples,
+                           std::int32_t inSampleRate, double inTempo) {
+  if (inSampleRate == 0) return WriteZero(outString);
+
+  constexpr double kHalfThousandth = 0.0005;
+  const double beats = static_cast<double>(inSamples) * inTempo / (inSampleRate * 60.0);
+  const bool isBelowZero = beats + kHalfThousandth < 0.0;
+  const double lifted = (isBelowZero ? -beats : beats) + kHalfThousandth;
+  const auto whole = TruncateTo<std::int32_t>(lifted);
+  const auto thousandths = TruncateTo<std::int32_t>(Fraction(lifted) * 1000.0);
+  const label::Number wholeNumber(whole);
+  const label::Number thousandthsNumber(thousandths, 3);
+  label::Replace(outString, [=](auto& sink) {
+    if (isBelowZero && (whole != 0 || thousandths != 0)) sink.Unit(u'-');
+    wholeNumber.Write(sink);
+    sink.Unit(u'.');
+    thousandthsNumber.Write(sink);
+  });
+}
+
+// ------------------------------------------------------------------------------ Writing any format
+
+bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
+                              std::int32_t inSampleRate, TimecodeFormat inFormat,
+                              std::int32_t inTimecodeFPS, const BeatInfo* inBeatInfo,
+                              bool inIsDuration) {
+  static constexpr char kFunction[] =
+      "bool mezzo::utility::ConvertSamplesToTimecode(plinth::UTF16String &, std::int64_t, "
+      "std::int32_t, mezzo::utility::TimecodeFormat, std::int32_t, const mezzo::utility::BeatInfo "
+      "*, bool)";
+  const auto write = [&](auto writer, auto... display) {
+    return writer(outString, inSamples, inSampleRate, inTimecodeFPS, display...);
+  };
+
+  MEZZO_ASSERT(inFormat > kTimecodeFormat_None && inFormat < kTimecodeFormat_AfterLast, "",
+               kFunction);
+  switch (inFormat) {
+    case kTimecodeFormat_Decimal:
+      ConvertSamplesToDecimalTimecode(outString, inSamples, inSampleRate, false);
+      return true;
+    case kTimecodeFormat_Samples:
+      return WriteSampleCount(outString, inSamples);
+    case kTimecodeFormat_SMPTE:
+      return write(&WriteFullLabel<kFullLabel>);
+    case kTimecodeFormat_SMPTEPulldown:
+    case kTimecodeFormat_SMPTEPulldown2:
+    case kTimecodeFormat_SMPTEPulldown3:
+      return write(&WriteFullLabel<kPulldown>);
+    case kTimecodeFormat_SMPTEDropFrame:
+    case kTimecodeFormat_SMPTEDropFrame2:
+      return write(&WriteFullLabel<kDropFrame>);
+    case kTimecodeFormat_Beats:
+      MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kFunction);
+      if (inBeatInfo == nullptr) return false;
+      ConvertSamplesToBeats(outString, inSamples, inSampleRate, inBeatInfo->dTempo);
+      return true;
+    case kTimecodeFormat_BarsAndBeats:
+      MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kFunction);
+      if (inBeatInfo == nullptr) return false;
+      return ConvertSamplesToBarsAndBeats(outString, static_cast<double>(inSamples), inSampleRate,
+                                          *inBeatInfo, inIsDuration, 2);
+    case kTimecodeFormat_Frames:
+      return write(&WriteFrameCount, kFramesOnly);
+    case kTimecodeFormat_PulldownFrames:
+      return write(&WriteFrameCount, kDropFrame | kFramesOnly);
+    case kTimecodeFormat_CompactSubframes:
+      return write(&WriteAnySMPTE, kTrimLeadingZeros | kShowSubframes);
+    case kTimecodeFormat_Milliseconds:
+      return WriteMilliseconds(outString, inSamples, inSampleRate);
+    case kTimecodeFormat_Reserved:
+    case kTimecodeFormat_None:
+    case kTimecodeFormat_AfterLast:
+      break;
+  }
+  return true;
+}
+
+// ----------------------------------------------------------------------------------------- Reading
+
+namespace {
+
+/// Clock-like text split into its fields, aligned from the right, and a fraction of the last.
+struct ParsedTimeCode {
+  int hours = 0;
+  int minutes = 0;
+  int seconds = 0;
+  int frames = 0;
+  int fractionNumerator = 0;
+  int fractionDenominator = 1;
+
+  void AppendField(int inValue) {
+    hours = minutes;
+    minutes = seconds;
+    seconds = frames;
+    frames = inValue;
+  }
+
+  void TurnLastFieldIntoFraction(int inLength) {
+    SetFraction(frames, inLength);
+    frames = seconds;
+    seconds = minutes;
+    minutes = hours;
+    hours = 0;
+  }
+
+  /// \param inLength code units from the fraction's first digit to the end of the text.
+  void SetFraction(int inNumerator, int inLength) {
+    static constexpr std::array<int, 10> kPowersOfTen{
+        1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
+    constexpr int kLongest = static_cast<int>(kPowersOfTen.size()) - 1;
+    fractionNumerator = inNumerator;
+    fractionDenominator = inLength > kLongest ? std::numeric_limits<int>::max()
+                          : inLength < 0      ? 1
+                                              : kPowersOfTen[static_cast<std::size_t>(inLength)];
+  }
+};
+
+/// The number of code units from one to another, reported where it does not fit.
+int UnitCount(const char16_t* inUnit, const char16_t* inEnd) {
+  const std::ptrdiff_t count = inEnd - inUnit;
+  if (count <= std::numeric_limits<int>::max()) [[likely]]
+    return static_cast<int>(count);
+  return plinth::utility::NumericCast<int, long>(static_cast<long>(count));
+}
+
+/// Reads a label as displays write it, four fields of two digits with a unit between them: the same
+/// that the general way reads, without its loops.
+bool ReadFullLabel(const UTF16String& inString, ParsedTimeCode& outParsed) {
+  constexpr std::size_t kUnits = 11;
+  const char16_t* const units = inString.data();
+  const auto separates = [=](std::size_t place) {
+    return !number::IsDigit(units[place]) && units[place] != u'.';
+  };
+  if (inString.size() != kUnits || !separates(2) || !separates(5) || !separates(8)) return false;
+
+  bool areDigits = true;
+  const auto field = [&](std::size_t place) {
+    const auto tens = static_cast<std::uint32_t>(units[place]) - u'0';
+    const auto ones = static_cast<std::uint32_t>(units[place + 1]) - u'0';
+    areDigits &= tens < 10 && ones < 10;
+    return static_cast<int>(10 * tens + ones);
+  };
+  const ParsedTimeCode label{
+      .hours = field(0), .minutes = field(3), .seconds = field(6), .frames = field(9)};
+  if (areDigits) outParsed = label;
+  return areDigits;
+}
+
+/// Reads any text as clock fields. Whatever is not a digit separates them; a "." among what
+/// separates makes the number behind it a decimal fraction, with which reading ends.
+[[gnu::always_inline]] inline ParsedTimeCode ParseTimeCodeString(const UTF16String& inString) {
+  constexpr int kMostFields = 5;
+  ParsedTimeCode parsed;
+  if (ReadFullLabel(inString, parsed)) return parsed;
+
+  const char16_t* unit = inString.data();
+  const char16_t* const end = unit + inString.size();
+  int length = 0;  // stays 0 for a first number, which makes the fraction of "1." a whole unit
+  for (int fields = 0; fields < kMostFields; ++fields) {
+    bool isDotted = false;
+    for (; unit != end && !number::IsDigit(*unit); ++unit) isDotted |= *unit == u'.';
+    if (unit == end) {
+      if (isDotted && fields > 0) parsed.TurnLastFieldIntoFraction(length);
+      break;
+    }
+    if (isDotted || fields > 0) length = UnitCount(unit, end);
+    const auto value = static_cast<int>(number::ReadDigits(unit, end, number::kLargestInt));
+    if (isDotted) {
+      parsed.SetFraction(value, length);
+      break;
+    }
+    parsed.AppendField(value);
+  }
+  return parsed;
+}
+
+/// The position, rounded up, is (factor × position in fractions of a frame + divisor - 1) /
+/// divisor. Where the dividend is estimated to be larger than this, the estimate takes its place.
+constexpr double kLargestDividend = 8070450532247928832.0;  // 7 × 2^60
+
+/// Tells whether the dividend might be that large. A rough product does: what it leaves out stays
+/// far within the half that it allows.
+bool MayLeave64Bits(std::int64_t inFactor, std::int64_t inPosition, std::int64_t inDivisor) {
+  const double dividend = static_cast<double>(inFactor) * static_cast<double>(inPosition) +
+                          static_cast<double>(inDivisor);
+  return dividend > kLargestDividend / 2;
+}
+
+}  // namespace
+
+bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inString,
+                              std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
+                              bool inPulldown, bool inDropFrame) {
+  static constexpr char kFunction[] =
+      "bool mezzo::utility::ConvertTimecodeToSamples(std::int64_t &, const plinth::UTF16String &, "
+      "std::int32_t, std::int32_t, bool, bool)";
+  if (inString.empty()) {
+    outSamples = -1;
+    return true;
+  }
+
+  const ParsedTimeCode parsed = ParseTimeCodeString(inString);
+  std::int32_t wholeFrames;
+  if (inDropFrame) {
+    const std::int32_t framesPerHour = dropframe::FramesPerHour(inTimecodeFPS);
+    MEZZO_ASSERT(framesPerHour % 6 == 0, "Drop frame not supported on the given frame rate.\n",
+                 kFunction);
+    wholeFrames = dropframe::Count(parsed.hours, parsed.minutes, parsed.seconds, parsed.frames,
+                                   inTimecodeFPS);
+  } else {
+    wholeFrames = Add(Add(Multiply(parsed.hours, Multiply(inTimecodeFPS, 3600)),
+                          Multiply(parsed.minutes, Multiply(inTimecodeFPS, 60))),
+                      Add(Multiply(parsed.seconds, inTimecodeFPS), parsed.frames));
+  }
+
+  const std::int64_t fractions = parsed.fractionDenominator;
+  const std::int64_t divisor =
+      Multiply<std::int64_t>(fractions, inPulldown ? Multiply(inTimecodeFPS, 1000) : inTimecodeFPS);
+  if (divisor == 0) [[unlikely]] {
+    MEZZO_REPORT("false", "Divide by zero in ConvertTimecodeToSamples\n", kFunction);
+    outSamples = 0;
+    return true;
+  }
+
+  const std::int64_t factor = (inPulldown ? 1001 : 1) * std::int64_t{inSampleRate};
+  const std::int64_t position =
+      Add<std::int64_t>(fractions * wholeFrames, parsed.fractionNumerator);
+  if (MayLeave64Bits(factor, position, divisor)) [[unlikely]] {
+    const double estimate =
+        std::fma(static_cast<double>(factor),
+                 std::fma(static_cast<double>(fractions), static_cast<double>(wholeFrames),
+                          static_cast<double>(parsed.fractionNumerator)),
+                 static_cast<double>(Subtract<std::int64_t>(divisor, 1)));
+    if (estimate > kLargestDividend) {
+      outSamples = TruncateTo<std::int64_t>(estimate / static_cast<double>(divisor));
+      return true;
+    }
+  }
+  outSamples = Divide(Add(Multiply(factor, position), Subtract<std::int64_t>(divisor, 1)), divisor);
+  return true;
+}
+
+namespace {
+
+/// Reads the part of a beat that begins with a ".": ticks, or a decimal fraction.
+/// \param inUnit the "."; the text's end where there is none.
+double ReadPartOfBeat(const char16_t* inUnit, const char16_t* inEnd, std::int32_t inTicksPerBeat) {
+  const bool hasPart = inUnit != inEnd;
+  if (inTicksPerBeat == -1) {
+    return hasPart ? number::ReadFraction({inUnit, static_cast<std::size_t>(inEnd - inUnit)}) : 0.0;
+  }
+  const int tick = hasPart ? number::ReadInteger(++inUnit, inEnd) : 0;
+  return static_cast<double>(tick) / inTicksPerBeat;
+}
+
+const char16_t* Find(const char16_t* inUnit, const char16_t* inEnd, char16_t inWanted) {
+  while (inUnit != inEnd && *inUnit != inWanted) ++inUnit;
+  return inUnit;
+}
+
+}  // namespace
+
+std::int64_t ConvertBarsAndBeatsToSamples(const UTF16String& inString, double inSampleRate,
+                                          const BeatInfo& inBeatInfo, bool inIsDuration) {
+  const char16_t* unit = inString.data();
+  const char16_t* const end = unit + inString.size();
+  const std::int32_t first = inIsDuration ? 0 : 1;
+  const std::int32_t bar = Subtract(number::ReadInteger(unit, end), first);
+  // No separator lies within the number, so the search for each begins behind it.
+  const char16_t* const dot = Find(unit, end, u'.');
+  const char16_t* colon = Find(unit, end, u':');
+  const std::int32_t beat = colon == end ? 0 : Subtract(number::ReadInteger(++colon, end), first);
+  const double partOfBeat = ReadPartOfBeat(dot, end, inBeatInfo.iTicksPerBeat);
+  const std::int32_t wholeBeats = Add(beat, Multiply(inBeatInfo.iBeatsPerBar, bar));
+  const double samples = (inSampleRate * 60.0 * (partOfBeat + wholeBeats)) /
+                         (inBeatInfo.dTempo * 0.25 * inBeatInfo.iBeatUnit);
+  const std::int64_t position = TruncateTo<std::int64_t>(Floor(samples + 0.5));
+  if (inIsDuration) return position;
+  return Add(position, TruncateTo<std::int64_t>(OffsetInSamples(inSampleRate, inBeatInfo)));
+}
+
+// ------------------------------------------------------------------------------ Reading any format
+
+namespace {
+
+constexpr char kReadByFormat[] =
+    "bool mezzo::utility::ConvertTimecodeToSamples(std::int64_t &, const plinth::UTF16String &, "
+    "mezzo::utility::TimecodeFormat, std::int32_t, std::int32_t, mezzo::utility::BeatInfo *, bool)";
+
+/// Reads clock time in units of the last field: the parser's names stand one field too low for it.
+double ReadClock(const UTF16String& inString) {
+  const ParsedTimeCode parsed = ParseTimeCodeString(inString);
+  MEZZO_ASSERT_NAMED(parsed.hours == 0, "hours==0",
+                     "These timecode formats are just hours, minutes, seconds.\n", kReadByFormat);
+  const double last =
+      parsed.frames + static_cast<double>(parsed.fractionNumerator) / parsed.fractionDenominator;
+  return std::fma(parsed.minutes, 3600.0, std::fma(parsed.seconds, 60.0, last));
+}
+
+}  // namespace
+
+bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inString,
+                              TimecodeFormat inFormat, std::int32_t inSampleRate,
+                              std::int32_t inTimecodeFPS, BeatInfo* inBeatInfo, bool inIsDuration) {
+  const auto readSMPTE = [&](bool inPulldown, bool inDropFrame) {
+    return ConvertTimecodeToSamples(outSamples, inString, inSampleRate, inTimecodeFPS, inPulldown,
+                                    inDropFrame);
+  };
+  if (inString.empty()) {
+    outSamples = -1;
+    return true;
+  }
+  switch (inFormat) {
+    case kTimecodeFormat_Decimal:
+      outSamples = TruncateTo<std::int64_t>(std::fma(ReadClock(inString), inSampleRate, 0.5));
+      return true;
+    case kTimecodeFormat_Samples: {
+      long long samples = outSamples;
+      plinth::string::StringToNumber(samples, inString, number::kParserFlags);
+      outSamples = samples;
+      return true;
+    }
+    case kTimecodeFormat_SMPTE:
+    case kTimecodeFormat_Frames:
+    case kTimecodeFormat_CompactSubframes:
+      return readSMPTE(false, false);
+    case kTimecodeFormat_SMPTEPulldown:
+    case kTimecodeFormat_SMPTEPulldown2:
+    case kTimecodeFormat_SMPTEPulldown3:
+      return readSMPTE(true, false);
+    case kTimecodeFormat_SMPTEDropFrame:
+    case kTimecodeFormat_SMPTEDropFrame2:
+    case kTimecodeFormat_PulldownFrames:
+      return readSMPTE(true, true);
+    case kTimecodeFormat_Beats: {
+      const double beats = ReadClock(inString);
+      MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kReadByFormat);
+      if (inBeatInfo == nullptr) return false;
+      outSamples = TruncateTo<std::int64_t>(beats * inSampleRate * 60.0 / inBeatInfo->dTempo + 0.5);
+      return true;
+    }
+    case kTimecodeFormat_BarsAndBeats:
+      MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kReadByFormat);
+      if (inBeatInfo == nullptr) return false;
+      outSamples = ConvertBarsAndBeatsToSamples(inString, inSampleRate, *inBeatInfo, inIsDuration);
+      return true;
+    case kTimecodeFormat_Milliseconds:
+      outSamples =
+          TruncateTo<std::int64_t>(std::fma(ReadClock(inString) * inSampleRate, 0.001, 0.5));
+      return true;
+    case kTimecodeFormat_None:
+    case kTimecodeFormat_AfterLast:
+      MEZZO_REPORT("0", "", kReadByFormat);
+      break;
+    case kTimecodeFormat_Reserved:
+      break;
+  }
+  outSamples = 0;
+  return true;
+}
+
+}  // namespace mezzo::utility
