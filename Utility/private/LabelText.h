@@ -165,22 +165,29 @@ class Number {
   bool fIsNegative = false;
 };
 
-/// Out of line: the label of a running display rarely changes its length.
-[[gnu::noinline]] inline void Resize(plinth::UTF16String& outString, std::size_t inSize) {
-  outString.resize(inSize);
+/// Writes a label over a text of the same length, which it has nearly always while a display runs.
+/// \return false, with nothing written, for a text of another length.
+template <class Compose>
+[[gnu::always_inline]] inline bool Overwrite(plinth::UTF16String& outString,
+                                             const Compose& inCompose) {
+  Counter counter;
+  inCompose(counter);
+  if (outString.size() != counter.Count()) return false;
+  Writer writer(outString.data());
+  inCompose(writer);
+  return true;
 }
 
 /// Replaces a text by the label that `inCompose` writes into the sink it is given.
 template <class Compose>
 [[gnu::always_inline]] inline void Replace(plinth::UTF16String& outString,
                                            const Compose& inCompose) {
+  if (Overwrite(outString, inCompose)) [[likely]]
+    return;
   Counter counter;
   inCompose(counter);
-  if (outString.size() != counter.Count()) [[unlikely]] {
-    Resize(outString, counter.Count());
-  }
-  Writer writer(outString.data());
-  inCompose(writer);
+  outString.resize(counter.Count());
+  Overwrite(outString, inCompose);
 }
 
 /// Replaces a text by a number.

@@ -315,7 +315,7 @@ bool WriteFullLabel(UTF16String& outString, std::int64_t inSamples, std::int32_t
       kIsDropFrame ? SplitUsualDropFrames(frames, fps) : SplitUsualFrames(frames, fps);
   if (fields.hours >= 1000) return writeAny();
 
-  label::Replace(outString, [=](auto& sink) {
+  const bool isWritten = label::Overwrite(outString, [=](auto& sink) {
     constexpr char16_t kSeparator = kIsDropFrame ? u';' : u':';
     if (inSamples < 0) sink.Unit(u'-');
     if (fields.hours < 100) [[likely]] {
@@ -330,7 +330,7 @@ bool WriteFullLabel(UTF16String& outString, std::int64_t inSamples, std::int32_t
     sink.Unit(kSeparator);
     sink.Pair(fields.frames);
   });
-  return true;
+  return isWritten || writeAny();
 }
 
 }  // namespace
