@@ -1,0 +1,97 @@
+// A small host: what an application does with the library from its start to its end. Its output
+// stands in HostExample.txt.
+
+#include <Utility/AppRunningState.h>
+#include <Utility/TimeConversionUtils.h>
+
+#include <plinth/appstatemanager/AppStateManager.h>
+#include <plinth/config/InitializerRegistrar.h>
+
+#include <boost/locale/encoding_utf.hpp>
+
+#include <cstdint>
+#include <iomanip>
+#include <iostream>
+#include <string>
+
+namespace {
+
+using namespace mezzo::utility;
+
+constexpr std::int32_t kSampleRate = 48000;
+constexpr std::int32_t kFramesPerSecond = 30;
+
+std::string ToUTF8(const plinth::UTF16String& inText) {
+  return boost::locale::conv::utf_to_utf<char>(inText.data(), inText.data() + inText.size());
+}
+
+// The library has registered itself by the time the application's main function runs.
+void ShowModules() {
+  for (const auto& module : plinth::config::InitializerRegistrar::Registrations()) {
+    std::cout << "module " << module.name << ", flags " << module.flags << "\n\n";
+  }
+}
+
+// The host moves the state; whoever wants to know asks the library.
+void WalkThroughTheApplicationsLife() {
+  std::cout << "state  initialized  event loop  will terminate  terminating\n";
+  for (std::int32_t state = 0; state <= 5; ++state) {
+    plinth::appstatemanager::SetState(state);
+    std::cout << std::boolalpha << std::setw(5) << state << std::setw(13) << IsInitialized()
+              << std::setw(12) << IsEventLoopRunning() << std::setw(16) << WillTerminate()
+              << std::setw(13) << IsTerminating() << '\n';
+  }
+  std::cout << '\n';
+}
+
+// The connection ends with its scope, so the slot never outlives what it uses.
+void FollowActivation() {
+  const boost::signals2::scoped_connection connection = GetAppActivatedSignal().connect(
+      [](bool activated) { std::cout << (activated ? "activated\n" : "deactivated\n"); });
+  NotifyAppActivated(true);
+  NotifyAppActivated(false);
+  std::cout << '\n';
+}
+
+// One string serves all displays: with room for the longest, no call allocates.
+void ShowRuler() {
+  const BeatInfo fourFour{960, 120.0, 4, 4, 0.0};
+  const TimecodeFormat formats[] = {kTimecodeFormat_SMPTE, kTimecodeFormat_SMPTEDropFrame,
+                                    kTimecodeFormat_Decimal, kTimecodeFormat_BarsAndBeats,
+                                    kTimecodeFormat_Beats};
+  plinth::UTF16String text;
+  text.reserve(64);
+  std::cout << " samples        SMPTE   drop frame     decimal  bars|beats        beats\n";
+  for (const std::int64_t position : {-24000, 0, 36000, 480000, 2882879, 2882880}) {
+    std::cout << std::setw(8) << position;
+    for (const TimecodeFormat format : formats) {
+      ConvertSamplesToTimecode(text, position, kSampleRate, format, kFramesPerSecond, &fourFour,
+                               false);
+      std::cout << std::setw(13) << ToUTF8(text);
+    }
+    std::cout << '\n';
+  }
+  std::cout << '\n';
+}
+
+// Reading is lenient: fields fill up from the right, and leading ones may be left out.
+void ReadTypedTimecode(const plinth::UTF16String& inText) {
+  std::int64_t position = 0;
+  ConvertTimecodeToSamples(position, inText, kTimecodeFormat_SMPTEDropFrame, kSampleRate,
+                           kFramesPerSecond, nullptr, false);
+  plinth::UTF16String label;
+  ConvertSamplesToTimecode(label, position, kSampleRate, kTimecodeFormat_SMPTEDropFrame,
+                           kFramesPerSecond, nullptr, false);
+  std::cout << "typed " << ToUTF8(inText) << ": sample " << position << ", shown as "
+            << ToUTF8(label) << '\n';
+}
+
+}  // namespace
+
+int main() {
+  ShowModules();
+  WalkThroughTheApplicationsLife();
+  FollowActivation();
+  ShowRuler();
+  ReadTypedTimecode(u"1;00;02");
+}

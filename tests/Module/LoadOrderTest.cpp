@@ -1,0 +1,56 @@
+// The module is registered before the activation signal comes into being and leaves after it is
+// gone. Nothing here links to the library: what happens at its load has to be watched from before.
+
+#include "../support/Heap.h"
+#include <Utility/AppRunningState.h>
+
+#include <plinth/config/InitializerRegistrar.h>
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+namespace mezzo {
+namespace {
+
+using plinth::config::InitializerRegistrar;
+
+std::uint64_t sAllocationsAtRegistration = 0;
+
+void Watch(const char* inName, bool inRegistered) noexcept {
+  if (inRegistered) {
+    const auto module = InitializerRegistrar::Registrations().back();
+    const bool isBare = !module.hasInitialize && !module.hasPrepareTermination &&
+                        !module.hasTerminate && module.dependencyCount == 0;
+    std::fprintf(stderr, "%s joins, flags %d%s; ", inName, static_cast<int>(module.flags),
+                 isBare ? "" : ", not bare");
+    sAllocationsAtRegistration = test::heap::AllocationCount();
+  } else {
+    std::fprintf(stderr, "%s leaves", inName);
+  }
+}
+
+[[noreturn]] void LoadAndExit() {
+  InitializerRegistrar::SetObserver(&Watch);
+  void* const library = dlopen(MEZZO_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+  // A signal takes memory as it is built, and nothing else in the library does at load.
+  if (test::heap::AllocationCount() > sAllocationsAtRegistration) {
+    std::fputs("signal is built; ", stderr);
+  }
+  const auto getSignal = reinterpret_cast<decltype(&utility::GetAppActivatedSignal)>(
+      dlsym(library, "_ZN5mezzo7utility21GetAppActivatedSignalEv"));
+  const auto tellsItsEnd = [](int*) { std::fputs("signal is gone; ", stderr); };
+  getSignal().connect([token = std::shared_ptr<int>(nullptr, tellsItsEnd)](bool) {});
+  std::exit(0);
+}
+
+TEST(LoadOrder, PutsTheRegistrationAroundTheSignal) {
+  EXPECT_EXIT(LoadAndExit(), testing::ExitedWithCode(0),
+              "^Mezzo joins, flags 2; signal is built; signal is gone; Mezzo leaves$");
+}
+
+}  // namespace
+}  // namespace mezzo
