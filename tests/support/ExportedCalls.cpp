@@ -9,9 +9,11 @@
 #include <plinth/appstatemanager/AppStateManager.h>
 #include <plinth/debug/DebugDatabase.h>
 
+#include <atomic>
 #include <bit>
 #include <cstddef>
 #include <cstdio>
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -360,21 +362,28 @@ Fields Query(Arguments& ioArgs) {
   return {Truth(ioArgs.Make(kQuery))};
 }
 
+/// Connects a slot that counts deactivations and, in thousands, activations. It owns its count:
+/// another thread's firing may still call it when its connection is gone.
+auto ConnectCounter(boost::signals2::signal<void(bool)>& ioSignal) {
+  auto count = std::make_shared<std::atomic<int>>(0);
+  boost::signals2::scoped_connection slot =
+      ioSignal.connect([count](bool activated) { *count += activated ? 1000 : 1; });
+  return std::pair(std::move(slot), std::move(count));
+}
+
 Fields ActivatedSignal(Arguments& ioArgs) {
   auto* const signal = ioArgs.Make([] { return &utility::GetAppActivatedSignal(); });
   if (signal == nullptr) return {"null"};
-  int calls = 0;  // taken along, since compilers warn of Boost's slots without a capture
-  const boost::signals2::scoped_connection slot = signal->connect([&](bool) { ++calls; });
-  return {Truth(slot.connected()), Truth(signal->empty())};
+  const auto [slot, count] = ConnectCounter(*signal);
+  (*signal)(ioArgs.Flag());
+  return {std::to_string(*count)};
 }
 
 Fields Notify(Arguments& ioArgs) {
-  std::string calls;
-  const boost::signals2::scoped_connection slot =
-      utility::GetAppActivatedSignal().connect([&](bool activated) { calls += Truth(activated); });
+  const auto [slot, count] = ConnectCounter(utility::GetAppActivatedSignal());
   const bool activated = ioArgs.Flag();
   const auto result = ioArgs.Make([&] { utility::NotifyAppActivated(activated); });
-  return {result, calls};
+  return {result, std::to_string(*count)};
 }
 
 Fields DisableErrorHandling(Arguments& ioArgs) {

@@ -20,7 +20,7 @@ struct Interval {
   std::int64_t to;
 };
 
-constexpr Interval kIntervals[] = {{2786784, 2975773},    // two seconds around a dropped label
+constexpr Interval kIntervals[] = {{2786784, 2975773},    // four seconds around a dropped label
                                    {-96000, 96000},       // around sample 0
                                    {-2975773, -2786784},  // a dropped label before sample 0
                                    {0, 172800000},        // an hour

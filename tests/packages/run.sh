@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Installs the Debian packages of a build into a root of their own, uses them, removes them:
+# run.sh SOURCE BUILD SCRATCH COMPILER
+set -euo pipefail
+source=$1 build=$2 scratch=$3
+packages=(libmezzo1 libmezzo-dev mezzo) root=$scratch/root
+rm -rf "$scratch"
+mkdir -p "$scratch/bin" "$root/var/lib/dpkg/"{info,triggers,updates}
+touch "$root/var/lib/dpkg/"{available,status}
+
+cpack --config "$build/CPackConfig.cmake" -B "$scratch/packages" >"$scratch/log"
+
+# The maintainer scripts run outside of the root, so this takes the place of the machine's ldconfig.
+printf '#!/bin/sh\necho "$DPKG_MAINTSCRIPT_NAME" >>"%s"\n' "$scratch/ldconfig" >"$scratch/bin/ldconfig"
+chmod +x "$scratch/bin/ldconfig"
+in_root() {
+  PATH=$scratch/bin:$PATH:/usr/sbin:/sbin fakeroot dpkg --root="$root" --log=/dev/null \
+    --force-script-chrootless --force-depends "$@" >>"$scratch/log" 2>&1
+}
+files() { (cd "$root" && find . -path ./var/lib/dpkg -prune -o -print | sort); }
+
+before=$(files)
+in_root --install "$scratch/packages/"*.deb
+dpkg-query --admindir="$root/var/lib/dpkg" -W -f '${Package} ${db:Status-Status} ${Depends}\n' |
+  tee "$scratch/installed"
+for package in "${packages[@]}"; do grep -q "^$package installed " "$scratch/installed"; done
+grep -q '^mezzo .*libmezzo1 (= ' "$scratch/installed"
+grep -q '^libmezzo-dev .*libmezzo1 (= .*libboost-dev' "$scratch/installed"
+grep -q '^libmezzo1 .*libstdc++6' "$scratch/installed"
+
+diff <("$build/bin/mezzo" show 480000) <("$root/usr/bin/mezzo" show 480000)
+ldd "$root/usr/bin/mezzo" | grep -q "libMezzo.so.1 => $root/usr/"
+cmake -G Ninja -S "$source/tests/consumer" -B "$scratch/consumer" -DCMAKE_CXX_COMPILER="$4" \
+  -DCMAKE_PREFIX_PATH="$root/usr" >>"$scratch/log"
+cmake --build "$scratch/consumer" >>"$scratch/log"
+"$scratch/consumer/app"
+
+in_root --purge "${packages[@]}"
+diff <(echo "$before") <(files)
+diff <(printf '%s\n' postinst postrm) "$scratch/ldconfig"
