@@ -10,7 +10,7 @@ namespace mezzo::debug {
 ///
 /// The answer is the entry "mezzo.debug.DisableErrorHandling" of the host's debug database. It is
 /// kept and read again only when the database's generation has changed; an unchanged database costs
-/// one atomic load and one comparison, without lock or allocation.
+/// a few atomic loads and a comparison, without lock or allocation.
 ///
 /// \return true exactly when the entry's text is "true"; any other text, and no entry, give false.
 /// \exception std::bad_alloc and what the database throws, on a call that has to read it.

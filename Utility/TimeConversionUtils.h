@@ -11,7 +11,8 @@
 /// documented ranges the arithmetic is that of 64-bit Arm (conversions truncate and saturate, not a
 /// number gives 0, integers wrap, division by zero gives 0). Broken preconditions are reported to
 /// the host's assertion dialog and never stop the process. Nothing is thrown but std::bad_alloc,
-/// when a caller's string cannot grow; the string then keeps its text.
+/// when a caller's string cannot grow (it then keeps its text) or when the decimal fraction of a
+/// beat is of a length or exponent that nobody types.
 ///
 /// \par Cost
 /// No lock, no system call, and no heap allocation where the caller's string has the room.
@@ -72,7 +73,9 @@ MEZZO_EXPORT bool operator!=(const BeatInfo& inLeft, const BeatInfo& inRight);
 /// \param[out] outString replaced by the text.
 /// \param inSamples the position in samples.
 /// \param inSampleRate samples per second; 0 writes "0".
-/// \param inTimecodeFPS nominal frames per second; 30 or 60 for drop-frame labels.
+/// \param inTimecodeFPS nominal frames per second; 0 writes an empty text. For drop-frame labels 30
+/// or
+///     60; other rates are reported and counted as `DropFrameToHMSF` says.
 /// \param inDropFrame count at the pulled-down rate and write drop-frame labels, "01;02;03;04". The
 ///     four flags after `inFramesOnly` then have no effect.
 /// \param inPulldown count at the pulled-down rate without dropping labels. Excludes `inDropFrame`.
@@ -112,7 +115,8 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// The reading is lenient: whatever is not a digit separates fields, fields fill up from the right,
 /// and a number behind a "." is a decimal fraction of the field before it. The result is the first
 /// sample at or after the start of the labelled frame, in exact integers, rounded up; reading a
-/// label and writing the position back gives the label.
+/// label and writing the position back gives the label, for a label that exists, under the same
+/// rates and flags, as long as a frame lasts at least one sample.
 ///
 /// \param[out] outSamples receives the position in samples; -1 for an empty text, 0 for a text
 ///     without digits and for a frame rate of 0 (which is reported).
@@ -167,8 +171,8 @@ MEZZO_EXPORT void DropFrameToHMSF(std::int64_t inFrameCount, std::int32_t inTime
 /// Writes a position as clock time: "   1:30.500" under an hour, "1:02:03.250" under ten hours,
 /// "10:00:00.50" from there on.
 ///
-/// Everything is truncated but the milliseconds, to which half a millisecond per sample rate unit
-/// is added before the division; no fraction is carried into the next second.
+/// Everything is truncated; the milliseconds are those of the sample's middle, so that half a
+/// sample is added to them. No fraction is carried into the next second.
 ///
 /// \param[out] outString replaced by the text.
 /// \param inSamples the position in samples; a negative one is written as its magnitude behind "-".
@@ -183,9 +187,11 @@ MEZZO_EXPORT void ConvertSamplesToDecimalTimecode(plinth::UTF16String& outString
 /// Rounded to the nearest thousandth of a tick, so that a position on a beat shows tick 0 of that
 /// beat. A position counts bars and beats from 1, with bar 0 and negative bars before the zero
 /// point; a length counts from 0. With `iTicksPerBeat` -1 the text is bar, beat and the decimal
-/// fraction of the beat, "2:3.500".
+/// fraction of the beat, lowered by half a thousandth and truncated, "2:3.499".
 ///
-/// \param[out] outString replaced by the text; empty for a negative precision.
+/// \param[out] outString replaced by the text; empty for a negative precision, but in the decimal
+/// form,
+///     which shows bar, beat and fraction at every precision.
 /// \param inSamples the position or length in samples; may be fractional.
 /// \param inSampleRate samples per second.
 /// \param inBeatInfo tempo, meter, ticks and offset.
@@ -210,7 +216,7 @@ MEZZO_EXPORT void ConvertSamplesToBeats(plinth::UTF16String& outString, std::int
 ///
 /// Bar, optionally ":" and beat, optionally "." and ticks (with `iTicksPerBeat` -1: the decimal
 /// fraction of a beat). What follows is ignored; a missing number counts as 0, except that a
-/// missing beat is the first.
+/// beat is the first where there is no ":".
 ///
 /// \param inString the text.
 /// \param inSampleRate samples per second.

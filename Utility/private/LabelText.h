@@ -19,14 +19,14 @@
 namespace mezzo::utility::label {
 
 template <class Int>
-using Magnitude = std::conditional_t<(sizeof(Int) > 4), std::uint64_t, std::uint32_t>;
+using UnsignedOf = std::conditional_t<(sizeof(Int) > 4), std::uint64_t, std::uint32_t>;
 
 /// The number without its sign; also that of the smallest integer, which only an unsigned type
 /// holds.
 template <std::signed_integral Int>
-constexpr Magnitude<Int> MagnitudeOf(Int inValue) {
-  const auto bits = static_cast<Magnitude<Int>>(inValue);
-  return inValue < 0 ? Magnitude<Int>{0} - bits : bits;
+constexpr UnsignedOf<Int> MagnitudeOf(Int inValue) {
+  const auto bits = static_cast<UnsignedOf<Int>>(inValue);
+  return inValue < 0 ? UnsignedOf<Int>{0} - bits : bits;
 }
 
 inline constexpr auto kPowersOfTen = [] {
@@ -142,8 +142,8 @@ class Number {
   }
 
   /// A number that is known to have no more than so many digits.
-  static constexpr Number OfDigits(Magnitude<Int> inValue, int inDigits) {
-    return Number(inValue, inDigits, std::true_type());
+  static constexpr Number OfDigits(UnsignedOf<Int> inValue, int inDigits) {
+    return Number(Unsigned{inValue}, inDigits);
   }
 
   template <class Sink>
@@ -156,10 +156,13 @@ class Number {
   }
 
  private:
-  constexpr Number(Magnitude<Int> inMagnitude, int inDigits, std::true_type)
-      : fMagnitude(inMagnitude), fDigits(inDigits) {}
+  struct Unsigned {
+    UnsignedOf<Int> value;
+  };
+  constexpr Number(Unsigned inMagnitude, int inDigits)
+      : fMagnitude(inMagnitude.value), fDigits(inDigits) {}
 
-  Magnitude<Int> fMagnitude;
+  UnsignedOf<Int> fMagnitude;
   int fDigits = 0;
   int fFill = 0;
   bool fIsNegative = false;

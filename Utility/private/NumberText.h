@@ -1,7 +1,9 @@
 // Numbers at the start of a stretch of text, read in place.
 //
 // `plinth::string::StringToNumber` reads whole strings only, so a number in the middle of a text
-// would have to be copied out for it. These functions read the same grammar without the copy.
+// would have to be copied out for it. These functions read the grammar of our stand-in for it
+// without the copy; a test holds the two together. A host whose parser reads otherwise shows that
+// in sample counts only.
 
 #pragma once
 

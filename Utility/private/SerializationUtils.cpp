@@ -56,10 +56,11 @@ constexpr std::span<const MediaHandler, kHandlerCount> Handlers() {
   return std::span(sMediaHandlerNames).first<kHandlerCount>();
 }
 
-static_assert(std::ranges::all_of(Handlers(), [](const MediaHandler& row) {
-  return &row == &sMediaHandlerNames[static_cast<std::size_t>(row.index)] &&
-         row.identifier.size() == kIdentifierLength;
-}));
+constexpr bool IsInItsPlace(const MediaHandler& inHandler) {
+  return &inHandler == &sMediaHandlerNames[static_cast<std::size_t>(inHandler.index)] &&
+         inHandler.identifier.size() == kIdentifierLength;
+}
+static_assert(std::all_of(Handlers().begin(), Handlers().end(), &IsInItsPlace));
 
 UTF16String WideName(const MediaHandler& inHandler) {
   return plinth::string::AsciiToUTF16(inHandler.name.data(), inHandler.name.size());

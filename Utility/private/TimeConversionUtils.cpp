@@ -64,36 +64,39 @@ struct FrameRatio {
   }
 };
 
+/// The fields of a label, of which the low 32 bits are written.
 struct TimecodeFields {
-  std::int32_t hours = 0;
-  std::int32_t minutes = 0;
-  std::int32_t seconds = 0;
-  std::int32_t frames = 0;
+  std::int64_t hours = 0;
+  std::int64_t minutes = 0;
+  std::int64_t seconds = 0;
+  std::int64_t frames = 0;
 };
 
-/// Splits a frame count by the products of the frame rate; a field holds the low 32 bits of its
-/// value.
+label::Number<std::int32_t> Field(std::int64_t inValue, int inWidth) {
+  return label::Number(static_cast<std::int32_t>(inValue), inWidth);
+}
+
+/// Splits a frame count by the products of the frame rate.
 TimecodeFields SplitFrames(std::int64_t inFrames, std::int32_t inTimecodeFPS) {
   const std::int64_t framesPerHour = Multiply(inTimecodeFPS, 3600);
   const std::int64_t framesPerMinute = Multiply(inTimecodeFPS, 60);
   const std::int64_t pastHour = Remainder(inFrames, framesPerHour);
   const std::int64_t pastMinute = Remainder(pastHour, framesPerMinute);
-  const auto low = [](std::int64_t value) { return static_cast<std::int32_t>(value); };
-  return {low(Divide(inFrames, framesPerHour)), low(Divide(pastHour, framesPerMinute)),
-          low(Divide<std::int64_t>(pastMinute, inTimecodeFPS)),
-          low(Remainder<std::int64_t>(pastMinute, inTimecodeFPS))};
+  return {Divide(inFrames, framesPerHour), Divide(pastHour, framesPerMinute),
+          Divide<std::int64_t>(pastMinute, inTimecodeFPS),
+          Remainder<std::int64_t>(pastMinute, inTimecodeFPS)};
 }
 
 /// Writes all four fields, zero-padded.
-void WriteLabel(UTF16String& outString, bool inIsNegative, const TimecodeFields& inFields,
-                char16_t inSeparator, int inFramesWidth) {
+void WriteDropFrameLabel(UTF16String& outString, bool inIsNegative,
+                         const TimecodeFields& inFields) {
   label::Replace(outString, [=](auto& sink) {
     if (inIsNegative) sink.Unit(u'-');
-    for (const std::int32_t field : {inFields.hours, inFields.minutes, inFields.seconds}) {
-      label::Number(field, 2).Write(sink);
-      sink.Unit(inSeparator);
+    for (const std::int64_t field : {inFields.hours, inFields.minutes, inFields.seconds}) {
+      Field(field, 2).Write(sink);
+      sink.Unit(u';');
     }
-    label::Number(inFields.frames, inFramesWidth).Write(sink);
+    Field(inFields.frames, 2).Write(sink);
   });
 }
 
@@ -115,12 +118,12 @@ void ComposeFields(Sink& ioSink, const TimecodeFields& inFields, unsigned inDisp
                    bool inIsNegative, int inFramesWidth, std::int32_t inHundredths) {
   bool isFirst = true;
   bool isLeading = (inDisplay & kTrimLeadingZeros) != 0;  // trimming, and only zeros so far
-  const auto writeValue = [&](std::int32_t value, int width) {
+  const auto writeValue = [&](std::int64_t value, int width) {
     if (isFirst && inIsNegative) ioSink.Unit(u'-');
     isFirst = false;
-    label::Number(value, width).Write(ioSink);
+    Field(value, width).Write(ioSink);
   };
-  const auto writeField = [&](std::int32_t value) {
+  const auto writeField = [&](std::int64_t value) {
     if (isLeading && value == 0) return;
     writeValue(value, isLeading ? 1 : 2);
     ioSink.Unit(u':');
@@ -128,7 +131,7 @@ void ComposeFields(Sink& ioSink, const TimecodeFields& inFields, unsigned inDisp
   };
 
   if ((inDisplay & kNoHours) != 0) {
-    writeField(Add(inFields.minutes, Multiply(60, inFields.hours)));
+    writeField(Add(inFields.minutes, Multiply<std::int64_t>(60, inFields.hours)));
   } else {
     if (inFields.hours != 0) isLeading = false;  // hours are padded even where they lead
     writeField(inFields.hours);
@@ -139,7 +142,7 @@ void ComposeFields(Sink& ioSink, const TimecodeFields& inFields, unsigned inDisp
   writeValue(inFields.frames, isLeading ? 1 : inFramesWidth);
   if ((inDisplay & kShowSubframes) != 0) {
     ioSink.Unit(u'.');
-    label::Number(inHundredths, 2).Write(ioSink);
+    Field(inHundredths, 2).Write(ioSink);
   }
 }
 
@@ -178,9 +181,8 @@ std::optional<dropframe::Label<std::int64_t>> DropFrameLabel(std::int64_t inFram
 }
 
 TimecodeFields FieldsOf(const dropframe::Label<std::int64_t>& inLabel) {
-  const auto low = [](std::int64_t field) { return static_cast<std::int32_t>(field); };
-  return {low(inLabel.hours), low(10 * inLabel.tensOfMinutes + inLabel.minuteOfTen),
-          low(inLabel.seconds), low(inLabel.frames)};
+  return {inLabel.hours, 10 * inLabel.tensOfMinutes + inLabel.minuteOfTen, inLabel.seconds,
+          inLabel.frames};
 }
 
 }  // namespace
@@ -200,9 +202,15 @@ void DropFrameToHMSF(std::int64_t inFrameCount, std::int32_t inTimecodeFPS, std:
 
 namespace {
 
-/// Writes what a position without a frame count shows.
-[[gnu::cold]] bool WriteWithoutFrames(UTF16String& outString, std::int32_t inSampleRate,
-                                      unsigned inDisplay) {
+/// Tells whether a display has no frames to count: contradicting flags, or a rate of 0.
+bool IsUncountable(std::int32_t inSampleRate, std::int32_t inTimecodeFPS, unsigned inDisplay) {
+  constexpr unsigned kContradiction = kDropFrame | kPulldown;
+  return inSampleRate == 0 || inTimecodeFPS == 0 || (inDisplay & kContradiction) == kContradiction;
+}
+
+/// Answers where there are no frames to count.
+[[gnu::cold]] bool AnswerUncountable(UTF16String& outString, std::int32_t inSampleRate,
+                                     unsigned inDisplay) {
   if ((inDisplay & kDropFrame) != 0 && (inDisplay & kPulldown) != 0) {
     MEZZO_REPORT("false", "ConvertSamplesToTimecode programmer error!\n",
                  "bool mezzo::utility::ConvertSamplesToTimecode(plinth::UTF16String &, "
@@ -220,8 +228,8 @@ namespace {
 
 bool WriteFrameCount(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate,
                      std::int32_t inTimecodeFPS, unsigned inDisplay) {
-  if (inSampleRate == 0 || inTimecodeFPS == 0) [[unlikely]] {
-    return WriteWithoutFrames(outString, inSampleRate, inDisplay);
+  if (IsUncountable(inSampleRate, inTimecodeFPS, inDisplay)) [[unlikely]] {
+    return AnswerUncountable(outString, inSampleRate, inDisplay);
   }
   const std::int64_t magnitude = Magnitude(inSamples);
   const bool isPulledDown = (inDisplay & kPulldown) != 0;
@@ -238,21 +246,21 @@ bool WriteFrameCount(UTF16String& outString, std::int64_t inSamples, std::int32_
 [[gnu::noinline]] bool WriteAnySMPTE(UTF16String& outString, std::int64_t inSamples,
                                      std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
                                      unsigned inDisplay) {
-  const bool isDropFrame = (inDisplay & kDropFrame) != 0;
-  const bool isPulledDown = (inDisplay & kPulldown) != 0;
-  if (inSampleRate == 0 || inTimecodeFPS == 0 || (isDropFrame && isPulledDown)) {
-    return WriteWithoutFrames(outString, inSampleRate, inDisplay);
+  if (IsUncountable(inSampleRate, inTimecodeFPS, inDisplay)) {
+    return AnswerUncountable(outString, inSampleRate, inDisplay);
   }
   if ((inDisplay & kFramesOnly) != 0) {
     return WriteFrameCount(outString, inSamples, inSampleRate, inTimecodeFPS, inDisplay);
   }
 
+  const bool isDropFrame = (inDisplay & kDropFrame) != 0;
+  const bool isPulledDown = (inDisplay & kPulldown) != 0;
   const bool isNegative = inSamples < 0;
   const std::int64_t magnitude = Magnitude(inSamples);
   const FrameRatio ratio(magnitude, inSampleRate, inTimecodeFPS, isDropFrame || isPulledDown);
   if (isDropFrame) {
     const auto label = DropFrameLabel(ratio.WholeFrames(), inTimecodeFPS);
-    WriteLabel(outString, isNegative, label ? FieldsOf(*label) : TimecodeFields(), u';', 2);
+    WriteDropFrameLabel(outString, isNegative, label ? FieldsOf(*label) : TimecodeFields());
   } else {
     const TimecodeFields fields = SplitFrames(ratio.WholeFrames(), inTimecodeFPS);
     const int framesWidth = DivisionWidth(inTimecodeFPS);
@@ -294,7 +302,8 @@ UsualFields SplitUsualDropFrames(std::uint32_t inFrames, std::uint32_t inTimecod
 }
 
 /// Writes a full label, which is what displays show nearly always. That of a usual position and
-/// rate has a way of its own here; whatever is out of the ordinary goes the general way.
+/// rate, over a text of the same length as a running display has it, has a way of its own here that
+/// needs no call and saves no register; all else goes the general way, from the start.
 template <SMPTEDisplay kDisplay>
 bool WriteFullLabel(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate,
                     std::int32_t inTimecodeFPS) {
@@ -364,12 +373,11 @@ namespace {
 /// What follows the whole seconds.
 enum class SecondsFraction { kNone, kHundredths, kMilliseconds };
 
-/// The milliseconds past the whole second, half a millisecond per unit of the rate added before the
-/// division.
+/// The milliseconds past the whole second, of the sample's middle.
 std::int32_t MillisecondsPastSecond(std::int64_t inMagnitude, std::int64_t inWholeSeconds,
                                     std::int32_t inSampleRate) {
   const double rate = inSampleRate;
-  if (inSampleRate > 0) {
+  if (inSampleRate > 0 && inMagnitude >= 0) {
     // Both fused operations of the general case are exact here, so integers give the same.
     const std::int64_t rest = inMagnitude - inWholeSeconds * inSampleRate;
     return static_cast<std::int32_t>(static_cast<double>(rest * 1000 + 500) / rate);
@@ -802,7 +810,8 @@ struct ParsedTimeCode {
   }
 };
 
-/// The number of code units from one to another, reported where it does not fit.
+/// The number of code units from one to another, reported where it does not fit. The test in front
+/// spares every field of every text the call.
 int UnitCount(const char16_t* inUnit, const char16_t* inEnd) {
   const std::ptrdiff_t count = inEnd - inUnit;
   if (count <= std::numeric_limits<int>::max()) [[likely]]

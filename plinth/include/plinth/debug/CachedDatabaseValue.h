@@ -33,7 +33,9 @@ class CachedDatabaseValue {
   T Get() {
     const DebugDatabase& database = DebugDatabase::Instance();
     const std::uint32_t generation = database.Generation();
-    // The generation is stored last and so has to be read first: whoever sees it sees its value.
+    // The generation is stored last and so has to be read first. Of two threads that refresh while
+    // the database changes, the later may store the older value, which then stays until the next
+    // change.
     if (fGeneration.load(std::memory_order_acquire) == generation)
       return fValue.load(std::memory_order_acquire);
     const bool reads = fReadWhenMissing || database.HasEntry(fKey);
