@@ -1,0 +1,35 @@
+# Debian packages: the runtime libraries, what development with them needs, and the tool. Configured
+# for the prefix /usr, the build puts libraries where Debian has them.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_CONTACT "The Mezzo developers")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each package has its own
+set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
+set(CPACK_COMPONENTS_ALL Runtime Development Tool)
+set(CPACK_STRIP_FILES ON)
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME "libmezzo${PROJECT_VERSION_MAJOR}")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${PROJECT_DESCRIPTION} (shared libraries)
+Converts positions in samples to SMPTE timecode, frame counts, clock time,
+beats, and bars and beats, and back; names notes.")
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libmezzo-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libboost-dev (>= 1.74)")
+set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS Runtime)
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "${PROJECT_DESCRIPTION} (development files)
+Headers, CMake packages and pkg-config files.")
+
+set(CPACK_DEBIAN_TOOL_PACKAGE_NAME mezzo)
+set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION sound)
+set(CPACK_COMPONENT_TOOL_DEPENDS Runtime)
+set(CPACK_COMPONENT_TOOL_DESCRIPTION "${PROJECT_DESCRIPTION} (command-line tool)
+Converts, names and draws positions on an audio timeline.")
+
+include(CPack)

@@ -1,0 +1,26 @@
+# What every target of this project is compiled with, and none of its consumers.
+add_library(mezzo_project_options INTERFACE)
+target_compile_features(mezzo_project_options INTERFACE cxx_std_20)
+target_compile_options(mezzo_project_options INTERFACE
+  # A fused operation where none was asked for would change last digits; compilers for Arm fuse
+  # unless told not to.
+  -ffp-contract=off
+  -fvisibility=hidden -fvisibility-inlines-hidden
+  -fno-semantic-interposition
+  # Assertion reports name files relative to the root.
+  "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/="
+  "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/plinth/include/plinth/=")
+if(PROJECT_IS_TOP_LEVEL)
+  target_compile_options(mezzo_project_options INTERFACE
+    -Wall -Wextra -Wpedantic -Werror
+    -Wconversion -Wsign-conversion -Wshadow -Wdouble-promotion -Wold-style-cast -Wcast-align
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wundef -Wimplicit-fallthrough)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+    # Among the sanitizers' checks GCC takes Boost.Signals2 for reading what was never written.
+    target_compile_options(mezzo_project_options INTERFACE -Wno-maybe-uninitialized)
+  endif()
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # GCC 12 sees overlapping copies in plain concatenations of std::string.
+    target_compile_options(mezzo_project_options INTERFACE -Wno-restrict)
+  endif()
+endif()
