@@ -144,12 +144,13 @@ void WriteOffer(const std::string& inPattern, const std::string& inOffer) {
 
 std::string CompleteFirst(const CLI::App& inTool) {
   std::string words;
-  for (const CLI::App* const command : CommandsOf(inTool)) words += command->get_name() + " ";
+  for (const CLI::App* const command : CommandsOf(inTool))
+    words.append(command->get_name()).append(" ");
   return "compgen -W '" + words + "--help --version' -- \"$current\"";
 }
 
 void WriteCommandCompletion(const CLI::App& inCommand) {
-  const std::string name = inCommand.get_name();
+  const std::string& name = inCommand.get_name();
   std::string options;
   for (const CLI::Option* const option : inCommand.get_options()) {
     if (option->get_positional()) {
@@ -158,7 +159,7 @@ void WriteCommandCompletion(const CLI::App& inCommand) {
       continue;
     }
     const std::string longName = "--" + option->get_lnames().front();
-    options += " " + longName;
+    options.append(" ").append(longName);
     if (TakesValue(*option)) {
       WriteOffer("'" + name + " " + longName + "'", OfferOf(option->get_type_name()));
     }

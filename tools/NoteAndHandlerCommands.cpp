@@ -62,6 +62,7 @@ int ShowNote(const Settings& inSettings) {
 
 std::vector<std::string> HandlerNames() {
   std::vector<std::string> names;
+  names.reserve(kHandlerCount);
   for (int index = 0; index < kHandlerCount; ++index) names.push_back(HandlerAt(index).name);
   return names;
 }

@@ -37,7 +37,7 @@ class LabelRow {
 
  private:
   bool AddLabel(const Tick& inTick) {
-    if (fLabels.count(inTick.position) != 0) return true;
+    if (fLabels.contains(inTick.position)) return true;
     PlacedTick placed = Place(inTick);
     const int width = LabelWidth(inTick);
     placed.box = {placed.x + (fGrid.character - width) / 2, width, Alignment::kCentre};
@@ -67,7 +67,7 @@ class LabelRow {
 
   void Add(PlacedTick inTick) {
     inTick.hasLabel = true;
-    inTick.isAtSeam = fSeamPositions.count(inTick.tick.position) != 0;
+    inTick.isAtSeam = fSeamPositions.contains(inTick.tick.position);
     fLabels.emplace(inTick.tick.position, inTick);
   }
 

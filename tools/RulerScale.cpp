@@ -99,7 +99,7 @@ std::int64_t RulerScale::Read(const std::string& inText, bool inIsNegative) cons
 
 std::int64_t RulerScale::ReadEnd(const std::string& inText) const {
   const std::int64_t position = inText.starts_with('@')
-                                    ? ReadPosition(std::string_view(inText).substr(1))
+                                    ? ReadPosition(inText.substr(1))
                                     : Read(inText, inText.starts_with('-') && !fNotation.keepsSign);
   const std::int64_t farthest = kFarthestHours * 3600 * fTimeline.sampleRate;
   if (position < -farthest || position > farthest) {

@@ -13,7 +13,8 @@ void PutText(std::string& outRow, const LabelBox& inBox, const std::string& inTe
                     : inBox.alignment == Alignment::kRight
                         ? inBox.width - length
                         : (inBox.width - 1) / 2 - (length - 1) / 2;
-  outRow.replace(static_cast<std::size_t>(inBox.left + spare), inText.size(), inText);
+  const auto begin = static_cast<std::size_t>(inBox.left) + static_cast<std::size_t>(spare);
+  outRow.replace(begin, inText.size(), inText);
 }
 
 std::string DrawAxis(const RulerLayout& inLayout, int inColumns) {

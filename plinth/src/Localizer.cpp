@@ -20,7 +20,7 @@ UTF16String Localizer::Localize(const char* inKey) const {
     const auto translation = fTranslations.find(key.substr(0, separator));
     if (translation != fTranslations.end()) return translation->second;
   }
-  const auto english = separator == key.npos ? key : key.substr(separator + 1);
+  const auto english = separator == std::string_view::npos ? key : key.substr(separator + 1);
   return string::AsciiToUTF16(english.data(), english.size());
 }
 

@@ -1,6 +1,6 @@
 #include <plinth/string/StringConversion.h>
 
-#include <locale.h>
+#include <locale.h>  // NOLINT(modernize-deprecated-headers): strtod_l and newlocale are POSIX
 
 #include <algorithm>
 #include <charconv>
