@@ -62,7 +62,6 @@ std::string FieldLabel(std::int64_t inFrames, std::int64_t inFps, int inHundredt
   }
   if (!inDisplay.showSubframes || inDisplay.noFrames) return text;
   return text + '.' + Padded({inHundredths, 2});
-  return text;
 }
 
 }  // namespace

@@ -149,19 +149,24 @@ std::string CompleteFirst(const CLI::App& inTool) {
   return "compgen -W '" + words + "--help --version' -- \"$current\"";
 }
 
+/// The shell pattern of a command and the word before the one that is completed.
+std::string Quoted(const std::string& inCommand, const std::string& inWord) {
+  return std::string("'").append(inCommand).append(" ").append(inWord).append("'");
+}
+
 void WriteCommandCompletion(const CLI::App& inCommand) {
   const std::string& name = inCommand.get_name();
   std::string options;
   for (const CLI::Option* const option : inCommand.get_options()) {
     if (option->get_positional()) {
       const std::string offer = OfferOf(option->get_name(true));
-      if (offer != ":") WriteOffer("'" + name + " " + name + "'", offer);
+      if (offer != ":") WriteOffer(Quoted(name, name), offer);
       continue;
     }
     const std::string longName = "--" + option->get_lnames().front();
     options.append(" ").append(longName);
     if (TakesValue(*option)) {
-      WriteOffer("'" + name + " " + longName + "'", OfferOf(option->get_type_name()));
+      WriteOffer(Quoted(name, longName), OfferOf(option->get_type_name()));
     }
   }
   WriteOffer("'" + name + " '*", "compgen -W '" + options.substr(1) + "' -- \"$current\"");
