@@ -47,10 +47,16 @@ class Cursor {
     }
   }
 
-  std::u16string_view TakeDigits() {
-    const char16_t* const begin = fNext;
-    while (fNext != fEnd && IsDigit(*fNext)) ++fNext;
-    return {begin, static_cast<std::size_t>(fNext - begin)};
+  /// \param[out] outNumber receives the digits' number, wrapped.
+  template <class Magnitude>
+  std::u16string_view TakeDigits(Magnitude& outNumber) {
+    const char16_t* unit = fNext;
+    Magnitude number = 0;
+    for (; unit != fEnd && IsDigit(*unit); ++unit) number = number * 10 + Digit<Magnitude>(*unit);
+    outNumber = number;
+    const std::u16string_view digits(fNext, static_cast<std::size_t>(unit - fNext));
+    fNext = unit;
+    return digits;
   }
 
   /// \return true for a minus sign.
@@ -65,31 +71,27 @@ class Cursor {
   const char16_t* fEnd;
 };
 
-/// Reads digits where the cursor stands; a number that does not fit becomes the nearest.
+/// Reads an optional sign and digits; a number that does not fit becomes the nearest.
+/// Inlined, since a cursor kept in memory costs more than the digits.
 /// \return true when there were digits and their number fits.
 template <class Int>
-bool ReadInteger(Int& outNumber, Cursor& ioCursor, bool inNegative) {
+[[gnu::always_inline]] inline bool ReadSignedInteger(Int& outNumber, Cursor& ioCursor) {
   using Magnitude = std::make_unsigned_t<Int>;
-  constexpr std::size_t kAlwaysFit = std::numeric_limits<Int>::digits10;
-  const Magnitude limit =
-      static_cast<Magnitude>(std::numeric_limits<Int>::max()) + (inNegative ? 1U : 0U);
-  const std::u16string_view digits = ioCursor.TakeDigits();
-  const std::u16string_view fitting = digits.substr(0, kAlwaysFit);
+  const bool isNegative = ioCursor.SkipSign();
   Magnitude magnitude = 0;
-  for (const char16_t unit : fitting) magnitude = magnitude * 10 + Digit<Magnitude>(unit);
+  const std::u16string_view digits = ioCursor.TakeDigits(magnitude);
   bool fits = true;
-  for (const char16_t unit : digits.substr(fitting.size())) {
-    fits = fits && magnitude <= (limit - Digit<Magnitude>(unit)) / 10;
-    magnitude = fits ? magnitude * 10 + Digit<Magnitude>(unit) : limit;
+  if (digits.size() > std::numeric_limits<Int>::digits10) {
+    const Magnitude limit =
+        static_cast<Magnitude>(std::numeric_limits<Int>::max()) + (isNegative ? 1U : 0U);
+    magnitude = 0;
+    for (const char16_t unit : digits) {
+      fits = fits && magnitude <= (limit - Digit<Magnitude>(unit)) / 10;
+      magnitude = fits ? magnitude * 10 + Digit<Magnitude>(unit) : limit;
+    }
   }
-  outNumber = static_cast<Int>(inNegative ? Magnitude{0} - magnitude : magnitude);
+  outNumber = static_cast<Int>(isNegative ? Magnitude{0} - magnitude : magnitude);
   return !digits.empty() && fits;
-}
-
-template <class Int>
-bool ReadSignedInteger(Int& outNumber, Cursor& ioCursor) {
-  const bool negative = ioCursor.SkipSign();
-  return ReadInteger(outNumber, ioCursor, negative);
 }
 
 /// The digits of a number as one integer with an exponent of ten.
