@@ -33,6 +33,13 @@ constexpr Int Multiply(Int inLeft, Int inRight) {
   return static_cast<Int>(static_cast<Unsigned>(inLeft) * static_cast<Unsigned>(inRight));
 }
 
+/// \param[out] outProduct receives the product, wrapped.
+/// \return true where it did not wrap.
+template <std::signed_integral Int>
+constexpr bool MultiplyFits(Int inLeft, Int inRight, Int& outProduct) {
+  return !__builtin_mul_overflow(inLeft, inRight, &outProduct);
+}
+
 template <std::signed_integral Int>
 constexpr Int Negate(Int inValue) {
   return Subtract(Int{0}, inValue);

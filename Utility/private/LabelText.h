@@ -47,6 +47,13 @@ constexpr int DigitCount(Int inValue) {
   return estimate + ((inValue | Int{1}) >= PowerOfTen(estimate) ? 1 : 0);
 }
 
+/// Tells whether a number has so many digits, which is faster than to count them.
+template <std::unsigned_integral Int>
+constexpr bool HasDigits(Int inValue, std::size_t inCount) {
+  return inCount - 1 < kPowersOfTen.size() - 1 && (inValue | Int{1}) >= kPowersOfTen[inCount - 1] &&
+         inValue < kPowersOfTen[inCount];
+}
+
 /// The two digits of every number below 100.
 inline constexpr auto kDigitPairs = [] {
   std::array<char16_t, 200> pairs{};
@@ -61,6 +68,7 @@ inline constexpr auto kDigitPairs = [] {
 class Counter {
  public:
   constexpr void Unit(char16_t) { ++fCount; }
+  constexpr void Digit(std::uint32_t) { ++fCount; }
   constexpr void Pair(std::uint32_t) { fCount += 2; }
   template <std::unsigned_integral Int>
   constexpr void Digits(Int, int inCount) {
@@ -78,6 +86,9 @@ class Writer {
   explicit Writer(char16_t* outUnits) : fNext(outUnits) {}
 
   void Unit(char16_t inUnit) { *fNext++ = inUnit; }
+
+  /// \param inValue 0 to 9.
+  void Digit(std::uint32_t inValue) { PutDigit(fNext++, inValue); }
 
   /// \param inValue 0 to 99.
   void Pair(std::uint32_t inValue) {
@@ -141,11 +152,6 @@ class Number {
     }
   }
 
-  /// A number that is known to have no more than so many digits.
-  static constexpr Number OfDigits(UnsignedOf<Int> inValue, int inDigits) {
-    return Number(Unsigned{inValue}, inDigits);
-  }
-
   template <class Sink>
   constexpr void Write(Sink& ioSink) const {
     if (fIsNegative) [[unlikely]] {
@@ -156,12 +162,6 @@ class Number {
   }
 
  private:
-  struct Unsigned {
-    UnsignedOf<Int> value;
-  };
-  constexpr Number(Unsigned inMagnitude, int inDigits)
-      : fMagnitude(inMagnitude.value), fDigits(inDigits) {}
-
   UnsignedOf<Int> fMagnitude;
   int fDigits = 0;
   int fFill = 0;
@@ -193,10 +193,21 @@ template <class Compose>
   Overwrite(outString, inCompose);
 }
 
-/// Replaces a text by a number.
+/// Replaces a text by any number.
 template <std::signed_integral Int>
-void Replace(plinth::UTF16String& outString, const Number<Int>& inNumber) {
-  Replace(outString, [=](auto& sink) { inNumber.Write(sink); });
+[[gnu::noinline]] void ReplaceByAnyNumber(plinth::UTF16String& outString, Int inValue) {
+  Replace(outString, [number = Number(inValue)](auto& sink) { number.Write(sink); });
+}
+
+/// Replaces a text by a number. That over one of the same length needs no call and saves no
+/// register.
+template <std::signed_integral Int>
+void ReplaceByNumber(plinth::UTF16String& outString, Int inValue) {
+  const auto magnitude = static_cast<UnsignedOf<Int>>(inValue);
+  if (inValue < 0 || !HasDigits(magnitude, outString.size())) {
+    return ReplaceByAnyNumber(outString, inValue);
+  }
+  Writer(outString.data()).Digits(magnitude, static_cast<int>(outString.size()));
 }
 
 }  // namespace mezzo::utility::label

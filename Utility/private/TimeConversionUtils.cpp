@@ -22,7 +22,6 @@
 #include <limits>
 #include <optional>
 #include <string_view>
-#include <type_traits>
 
 namespace mezzo::utility {
 
@@ -226,19 +225,20 @@ bool IsUncountable(std::int32_t inSampleRate, std::int32_t inTimecodeFPS, unsign
   return false;
 }
 
+/// \tparam kRate kPulldown or kDropFrame for the pulled-down rate.
+template <SMPTEDisplay kRate>
 bool WriteFrameCount(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate,
-                     std::int32_t inTimecodeFPS, unsigned inDisplay) {
-  if (IsUncountable(inSampleRate, inTimecodeFPS, inDisplay)) [[unlikely]] {
-    return AnswerUncountable(outString, inSampleRate, inDisplay);
+                     std::int32_t inTimecodeFPS) {
+  if (IsUncountable(inSampleRate, inTimecodeFPS, kRate)) [[unlikely]] {
+    return AnswerUncountable(outString, inSampleRate, kRate);
   }
   const std::int64_t magnitude = Magnitude(inSamples);
-  const bool isPulledDown = (inDisplay & kPulldown) != 0;
-  const std::int32_t count =
-      (inDisplay & kDropFrame) != 0
-          ? PulledDownFrameCount(magnitude, inSampleRate, inTimecodeFPS)
-          : static_cast<std::int32_t>(
-                FrameRatio(magnitude, inSampleRate, inTimecodeFPS, isPulledDown).WholeFrames());
-  label::Replace(outString, label::Number(count));
+  if constexpr (kRate == kDropFrame) {
+    label::ReplaceByNumber(outString, PulledDownFrameCount(magnitude, inSampleRate, inTimecodeFPS));
+  } else {
+    const FrameRatio ratio(magnitude, inSampleRate, inTimecodeFPS, kRate == kPulldown);
+    label::ReplaceByNumber(outString, static_cast<std::int32_t>(ratio.WholeFrames()));
+  }
   return true;
 }
 
@@ -249,12 +249,16 @@ bool WriteFrameCount(UTF16String& outString, std::int64_t inSamples, std::int32_
   if (IsUncountable(inSampleRate, inTimecodeFPS, inDisplay)) {
     return AnswerUncountable(outString, inSampleRate, inDisplay);
   }
-  if ((inDisplay & kFramesOnly) != 0) {
-    return WriteFrameCount(outString, inSamples, inSampleRate, inTimecodeFPS, inDisplay);
-  }
 
   const bool isDropFrame = (inDisplay & kDropFrame) != 0;
   const bool isPulledDown = (inDisplay & kPulldown) != 0;
+  if ((inDisplay & kFramesOnly) != 0) {
+    const auto write = isDropFrame    ? &WriteFrameCount<kDropFrame>
+                       : isPulledDown ? &WriteFrameCount<kPulldown>
+                                      : &WriteFrameCount<kFullLabel>;
+    return write(outString, inSamples, inSampleRate, inTimecodeFPS);
+  }
+
   const bool isNegative = inSamples < 0;
   const std::int64_t magnitude = Magnitude(inSamples);
   const FrameRatio ratio(magnitude, inSampleRate, inTimecodeFPS, isDropFrame || isPulledDown);
@@ -370,18 +374,10 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
 
 namespace {
 
-/// What follows the whole seconds.
-enum class SecondsFraction { kNone, kHundredths, kMilliseconds };
-
 /// The milliseconds past the whole second, of the sample's middle.
 std::int32_t MillisecondsPastSecond(std::int64_t inMagnitude, std::int64_t inWholeSeconds,
                                     std::int32_t inSampleRate) {
   const double rate = inSampleRate;
-  if (inSampleRate > 0 && inMagnitude >= 0) {
-    // Both fused operations of the general case are exact here, so integers give the same.
-    const std::int64_t rest = inMagnitude - inWholeSeconds * inSampleRate;
-    return static_cast<std::int32_t>(static_cast<double>(rest * 1000 + 500) / rate);
-  }
   const double rest =
       std::fma(-static_cast<double>(inWholeSeconds), rate, static_cast<double>(inMagnitude));
   return TruncateTo<std::int32_t>(std::fma(rest, 1000.0, 500.0) / rate);
@@ -394,48 +390,109 @@ std::int32_t HundredthsPastSecond(std::int64_t inMagnitude, std::int64_t inWhole
       Divide<std::int64_t>(Multiply<std::int64_t>(rest, 100), inSampleRate));
 }
 
-using ClockField = label::Number<std::int32_t>;
+/// A clock display that is written nearly always: a fraction is shown, and less than 100 hours have
+/// passed, with a positive sample rate.
+struct UsualClock {
+  bool isNegative;
+  std::uint32_t hours;
+  std::uint32_t minutes;
+  std::uint32_t seconds;
+  std::int64_t samplesPastSecond;
+  std::int32_t sampleRate;
 
-/// Writes clock time; under an hour the sign stands right-aligned in a field of three units, before
-/// the minutes.
-/// \param inFirst hours, or minutes where there are no hours.
-[[gnu::always_inline]] inline void WriteClock(UTF16String& outString, bool inIsNegative,
-                                              bool inHasHours, const ClockField& inFirst,
-                                              const ClockField& inMinutes,
-                                              const ClockField& inSeconds, SecondsFraction inKind,
-                                              const ClockField& inFraction) {
+  UsualClock(bool inIsNegative, std::int64_t inMagnitude, std::int32_t inSampleRate,
+             std::uint32_t inWholeSeconds)
+      : isNegative(inIsNegative),
+        hours(inWholeSeconds / 3600),
+        minutes(inWholeSeconds / 60 - hours * 60),
+        seconds(inWholeSeconds - inWholeSeconds / 60 * 60),
+        samplesPastSecond(inMagnitude - std::int64_t{inWholeSeconds} * inSampleRate),
+        sampleRate(inSampleRate) {}
+
+  /// \return false, with nothing written, for a text of another length.
+  bool Overwrite(UTF16String& outString) const {
+    if (hours >= 10) {
+      return label::Overwrite(outString, [this, hundredths = PastSecond(100, 0)](auto& sink) {
+        if (isNegative) sink.Unit(u'-');
+        sink.Pair(hours);
+        WriteMinutesAndSeconds(sink);
+        sink.Pair(hundredths);
+      });
+    }
+    const std::uint32_t milliseconds = PastSecond(1000, 500);
+    if (hours > 0) {
+      return label::Overwrite(outString, [=, this](auto& sink) {
+        if (isNegative) sink.Unit(u'-');
+        sink.Digit(hours);
+        WriteMinutesAndSeconds(sink);
+        sink.Digits(milliseconds, 3);
+      });
+    }
+    return label::Overwrite(outString, [=, this](auto& sink) {
+      sink.Unit(u' ');
+      sink.Unit(u' ');
+      sink.Unit(isNegative ? u'-' : u' ');
+      if (minutes < 10) {
+        sink.Digit(minutes);
+      } else {
+        sink.Pair(minutes);
+      }
+      sink.Unit(u':');
+      sink.Pair(seconds);
+      sink.Unit(u'.');
+      sink.Digits(milliseconds, 3);
+    });
+  }
+
+ private:
+  /// Both fused operations of the general case are exact here, so integers give the same; and no
+  /// quotient of two integers this small rounds up to the next whole number.
+  std::uint32_t PastSecond(std::int32_t inUnitsPerSecond, std::int32_t inHalfSample) const {
+    const std::int64_t units = samplesPastSecond * inUnitsPerSecond + inHalfSample;
+    return static_cast<std::uint32_t>(static_cast<double>(units) / sampleRate);
+  }
+
+  template <class Sink>
+  void WriteMinutesAndSeconds(Sink& ioSink) const {
+    ioSink.Unit(u':');
+    ioSink.Pair(minutes);
+    ioSink.Unit(u':');
+    ioSink.Pair(seconds);
+    ioSink.Unit(u'.');
+  }
+};
+
+/// Writes any clock time; under an hour the sign stands right-aligned in a field of three units,
+/// before the minutes.
+[[gnu::noinline]] void WriteAnyClock(UTF16String& outString, bool inIsNegative,
+                                     std::int64_t inMagnitude, std::int64_t inWholeSeconds,
+                                     std::int32_t inSampleRate, bool inShowsFraction) {
+  const auto field = [](std::int64_t value, int width) {
+    return label::Number(static_cast<std::int32_t>(value), width);
+  };
+  const std::int64_t wholeMinutes = inWholeSeconds / 60;
+  const std::int64_t hours = wholeMinutes / 60;
+  const auto fraction =
+      hours >= 10 ? field(HundredthsPastSecond(inMagnitude, inWholeSeconds, inSampleRate), 2)
+                  : field(MillisecondsPastSecond(inMagnitude, inWholeSeconds, inSampleRate), 3);
   label::Replace(outString, [=](auto& sink) {
-    if (!inHasHours) {
+    if (hours <= 0) {
       sink.Unit(u' ');
       sink.Unit(u' ');
       sink.Unit(inIsNegative ? u'-' : u' ');
-    } else if (inIsNegative) {
-      sink.Unit(u'-');
-    }
-    inFirst.Write(sink);
-    sink.Unit(u':');
-    if (inHasHours) {
-      inMinutes.Write(sink);
+      field(wholeMinutes, 1).Write(sink);
+    } else {
+      if (inIsNegative) sink.Unit(u'-');
+      field(hours, 1).Write(sink);
       sink.Unit(u':');
+      field(wholeMinutes % 60, 2).Write(sink);
     }
-    inSeconds.Write(sink);
-    if (inKind == SecondsFraction::kNone) return;
+    sink.Unit(u':');
+    field(inWholeSeconds % 60, 2).Write(sink);
+    if (!inShowsFraction) return;
     sink.Unit(u'.');
-    inFraction.Write(sink);
+    fraction.Write(sink);
   });
-}
-
-/// \param inWholeSeconds those of less than 100 hours.
-void WriteUsualClock(UTF16String& outString, bool inIsNegative, std::uint32_t inWholeSeconds,
-                     SecondsFraction inKind, std::int32_t inFraction) {
-  const std::uint32_t hours = inWholeSeconds / 3600;
-  const std::uint32_t wholeMinutes = inWholeSeconds / 60;
-  const std::uint32_t first = hours != 0 ? hours : wholeMinutes;
-  WriteClock(outString, inIsNegative, hours != 0, ClockField::OfDigits(first, first < 10 ? 1 : 2),
-             ClockField::OfDigits(wholeMinutes - hours * 60, 2),
-             ClockField::OfDigits(inWholeSeconds - wholeMinutes * 60, 2), inKind,
-             ClockField::OfDigits(static_cast<std::uint32_t>(inFraction),
-                                  inKind == SecondsFraction::kHundredths ? 2 : 3));
 }
 
 }  // namespace
@@ -444,31 +501,18 @@ void ConvertSamplesToDecimalTimecode(UTF16String& outString, std::int64_t inSamp
                                      std::int32_t inSampleRate, bool inWholeSeconds) {
   if (inSampleRate == 0) return WriteZero(outString);
 
-  constexpr std::int64_t kHour = 3600;
+  constexpr std::int64_t kHundredHours = 100 * 3600;
   const bool isNegative = inSamples < 0;
   const std::int64_t magnitude = Magnitude(inSamples);
   const std::int64_t wholeSeconds = Divide<std::int64_t>(magnitude, inSampleRate);
-  const auto kind = inWholeSeconds               ? SecondsFraction::kNone
-                    : wholeSeconds >= 10 * kHour ? SecondsFraction::kHundredths
-                                                 : SecondsFraction::kMilliseconds;
-  const std::int32_t fraction = kind == SecondsFraction::kHundredths
-                                    ? HundredthsPastSecond(magnitude, wholeSeconds, inSampleRate)
-                                : kind == SecondsFraction::kMilliseconds
-                                    ? MillisecondsPastSecond(magnitude, wholeSeconds, inSampleRate)
-                                    : 0;
-  if (inSampleRate > 0 && magnitude >= 0 && wholeSeconds < 100 * kHour) {
-    return WriteUsualClock(outString, isNegative, static_cast<std::uint32_t>(wholeSeconds), kind,
-                           fraction);
+  const bool isUsual =
+      !inWholeSeconds && inSampleRate > 0 && magnitude >= 0 && wholeSeconds < kHundredHours;
+  if (isUsual &&
+      UsualClock(isNegative, magnitude, inSampleRate, static_cast<std::uint32_t>(wholeSeconds))
+          .Overwrite(outString)) {
+    return;
   }
-
-  const auto field = [](std::int64_t value, int width) {
-    return ClockField(static_cast<std::int32_t>(value), width);
-  };
-  const std::int64_t wholeMinutes = wholeSeconds / 60;
-  const bool hasHours = wholeSeconds >= kHour;
-  WriteClock(outString, isNegative, hasHours, field(hasHours ? wholeMinutes / 60 : wholeMinutes, 1),
-             field(wholeMinutes % 60, 2), field(wholeSeconds % 60, 2), kind,
-             field(fraction, kind == SecondsFraction::kHundredths ? 2 : 3));
+  WriteAnyClock(outString, isNegative, magnitude, wholeSeconds, inSampleRate, !inWholeSeconds);
 }
 
 // ------------------------------------------------------------------------------------ Milliseconds
@@ -547,7 +591,7 @@ void ComposeTenths(Sink& ioSink, std::int64_t inTenths) {
 }
 
 [[gnu::noinline]] bool WriteSampleCount(UTF16String& outString, std::int64_t inSamples) {
-  label::Replace(outString, label::Number(inSamples));
+  label::ReplaceByNumber(outString, inSamples);
   return true;
 }
 
@@ -557,10 +601,14 @@ void ComposeTenths(Sink& ioSink, std::int64_t inTenths) {
 
 namespace {
 
+/// Without an offset, the usual case, the fused operation below gives 0.5 for every finite rate.
+bool HasOffset(double inSampleRate, const BeatInfo& inBeatInfo) {
+  return inBeatInfo.dOffsetMs != 0.0 || !std::isfinite(inSampleRate);
+}
+
 /// Samples from sample 0 to bar 1 beat 1, rounded to the nearest, halves upward.
 double OffsetInSamples(double inSampleRate, const BeatInfo& inBeatInfo) {
-  // Without an offset, the usual case, the fused operation gives 0.5 for every finite rate.
-  if (inBeatInfo.dOffsetMs == 0.0 && std::isfinite(inSampleRate)) return 0.0;
+  if (!HasOffset(inSampleRate, inBeatInfo)) return 0.0;
   return Floor(std::fma(inSampleRate * 0.001, inBeatInfo.dOffsetMs, 0.5));
 }
 
@@ -583,12 +631,10 @@ struct MusicalTime {
 };
 
 /// Beats from the zero point, lifted by half a thousandth of a tick so that truncation rounds.
-double BeatsFromZeroPoint(double inSamples, double inSampleRate, const BeatInfo& inBeatInfo,
-                          bool inIsDuration) {
+/// \param inSamples samples from the zero point.
+double LiftedBeats(double inSamples, double inSampleRate, const BeatInfo& inBeatInfo) {
   constexpr double kOneTwoHundredFortieth = 0.004166666666666667;
-  const double samples =
-      inIsDuration ? inSamples : inSamples - OffsetInSamples(inSampleRate, inBeatInfo);
-  return samples * kOneTwoHundredFortieth * inBeatInfo.dTempo * inBeatInfo.iBeatUnit /
+  return inSamples * kOneTwoHundredFortieth * inBeatInfo.dTempo * inBeatInfo.iBeatUnit /
              inSampleRate +
          0.0005 / inBeatInfo.iTicksPerBeat;
 }
@@ -622,56 +668,42 @@ MusicalTime SplitBeats(double inBeats, const BeatInfo& inBeatInfo, bool inIsDura
   return time;
 }
 
-using MusicalField = label::Number<std::int32_t>;
+/// Writes bar, beat and tick of nearly every display over a text of the same length: from the zero
+/// point on, and with fewer than ten beats to a bar.
+/// \return false, with nothing written, for a text of another length and for any other time.
+bool OverwriteUsualMusicalTime(UTF16String& outString, double inBeats, const BeatInfo& inBeatInfo,
+                               bool inIsDuration) {
+  constexpr double kFarAway = std::numeric_limits<std::int32_t>::max();
+  const std::int32_t beatsPerBar = inBeatInfo.iBeatsPerBar;
+  const std::int32_t ticksPerBeat = inBeatInfo.iTicksPerBeat;
+  if (!(inBeats >= 0.0 && inBeats < kFarAway) || beatsPerBar < 1 || beatsPerBar > 9 ||
+      ticksPerBeat < 1 || ticksPerBeat > 10000) {
+    return false;
+  }
+  const auto wholeBeats = static_cast<std::int32_t>(inBeats);
+  const auto tick = static_cast<std::int32_t>((inBeats - wholeBeats) * ticksPerBeat);
+  if (tick == ticksPerBeat) return false;  // rounded up to the next beat
+  const auto wholeBars = static_cast<std::uint32_t>(wholeBeats / beatsPerBar);
+  const auto beat = static_cast<std::uint32_t>(wholeBeats % beatsPerBar);
 
-/// \param inIsDecimal the decimal-beat form, which shows its fields at every precision.
-/// \param inPart ticks, or thousandths of a beat in the decimal-beat form.
-template <class IsDecimal, class Precision>
-[[gnu::always_inline]] inline void WriteMusicalFields(
-    UTF16String& outString, const MusicalField& inBar, const MusicalField& inBeat,
-    const MusicalField& inPart, const MusicalField& inThousandths, IsDecimal inIsDecimal,
-    Precision inPrecision) {
-  label::Replace(outString, [=](auto& sink) {
-    if (inIsDecimal || inPrecision >= 0) inBar.Write(sink);
-    if (inIsDecimal || inPrecision >= 1) {
-      sink.Unit(u':');
-      inBeat.Write(sink);
-    }
-    if (inIsDecimal || inPrecision >= 2) {
-      sink.Unit(u'.');
-      inPart.Write(sink);
-    }
-    if (inPrecision >= 3) {
-      sink.Unit(u'.');
-      inThousandths.Write(sink);
-    }
-  });
+  const std::uint32_t first = inIsDuration ? 0 : 1;
+  const std::uint32_t bar = wholeBars + first;
+  const int tickWidth = DivisionWidth(ticksPerBeat);
+  const std::size_t barWidth = outString.size() - 3 - static_cast<std::size_t>(tickWidth);
+  if (!label::HasDigits(bar, barWidth)) return false;
+  label::Writer writer(outString.data());
+  writer.Digits(bar, static_cast<int>(barWidth));
+  writer.Unit(u':');
+  writer.Digit(beat + first);
+  writer.Unit(u'.');
+  writer.Digits(static_cast<std::uint32_t>(tick), tickWidth);
+  return true;
 }
 
-/// Bar, beat and tick, none of them negative: what displays show nearly always.
-void WriteUsualMusicalTime(UTF16String& outString, const MusicalTime& inTime, int inTickWidth) {
-  const auto field = [](std::int32_t value) {
-    const auto magnitude = static_cast<std::uint32_t>(value);
-    return MusicalField::OfDigits(magnitude, magnitude < 10 ? 1 : label::DigitCount(magnitude));
-  };
-  WriteMusicalFields(outString, field(inTime.bar), field(inTime.beat),
-                     MusicalField::OfDigits(static_cast<std::uint32_t>(inTime.tick), inTickWidth),
-                     MusicalField(0), std::false_type(), std::integral_constant<int, 2>());
-}
-
-void WriteAnyMusicalTime(UTF16String& outString, const MusicalTime& inTime,
-                         std::int32_t inTicksPerBeat, int inPrecision) {
-  const bool isDecimal = inTicksPerBeat == -1;
-  WriteMusicalFields(outString, MusicalField(inTime.bar), MusicalField(inTime.beat),
-                     isDecimal ? MusicalField(inTime.ThousandthsOfBeat(), 3)
-                               : MusicalField(inTime.tick, DivisionWidth(inTicksPerBeat)),
-                     MusicalField(inTime.ThousandthsOfTick(), 3), isDecimal, inPrecision);
-}
-
-}  // namespace
-
-bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, double inSampleRate,
-                                  const BeatInfo& inBeatInfo, bool inIsDuration, int inPrecision) {
+/// Writes the fields that a precision shows; the decimal-beat form shows its own at every one.
+[[gnu::noinline]] bool WriteAnyMusicalTime(UTF16String& outString, double inBeats,
+                                           const BeatInfo& inBeatInfo, bool inIsDuration,
+                                           int inPrecision) {
   static constexpr char kFunction[] =
       "bool mezzo::utility::ConvertSamplesToBarsAndBeats(plinth::UTF16String &, double, double, "
       "const mezzo::utility::BeatInfo &, bool, int)";
@@ -679,18 +711,53 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
   MEZZO_ASSERT(inBeatInfo.iBeatsPerBar != 0, "programmer error!\n", kFunction);
   if (inBeatInfo.iBeatsPerBar == 0) return false;
 
-  const double beats = BeatsFromZeroPoint(inSamples, inSampleRate, inBeatInfo, inIsDuration);
-  const MusicalTime time = SplitBeats(beats, inBeatInfo, inIsDuration);
-  const std::int32_t ticksPerBeat = inBeatInfo.iTicksPerBeat;
-  const int tickWidth = DivisionWidth(ticksPerBeat);
-  const bool isUsual = inPrecision == 2 && ticksPerBeat >= 1 && ticksPerBeat <= 10000 &&
-                       (time.bar | time.beat | time.tick) >= 0;
-  if (isUsual) {
-    WriteUsualMusicalTime(outString, time, tickWidth);
-  } else {
-    WriteAnyMusicalTime(outString, time, ticksPerBeat, inPrecision);
-  }
+  const MusicalTime time = SplitBeats(inBeats, inBeatInfo, inIsDuration);
+  const bool isDecimal = inBeatInfo.iTicksPerBeat == -1;
+  const label::Number bar(time.bar);
+  const label::Number beat(time.beat);
+  const label::Number part =
+      isDecimal ? label::Number(time.ThousandthsOfBeat(), 3)
+                : label::Number(time.tick, DivisionWidth(inBeatInfo.iTicksPerBeat));
+  const label::Number thousandths(time.ThousandthsOfTick(), 3);
+  label::Replace(outString, [=](auto& sink) {
+    if (isDecimal || inPrecision >= 0) bar.Write(sink);
+    if (isDecimal || inPrecision >= 1) {
+      sink.Unit(u':');
+      beat.Write(sink);
+    }
+    if (isDecimal || inPrecision >= 2) {
+      sink.Unit(u'.');
+      part.Write(sink);
+    }
+    if (inPrecision >= 3) {
+      sink.Unit(u'.');
+      thousandths.Write(sink);
+    }
+  });
   return true;
+}
+
+/// \param inSamples samples from the zero point.
+[[gnu::noinline]] bool WriteMusicalTime(UTF16String& outString, double inSamples,
+                                        double inSampleRate, const BeatInfo& inBeatInfo,
+                                        bool inIsDuration, int inPrecision) {
+  const double beats = LiftedBeats(inSamples, inSampleRate, inBeatInfo);
+  if (inPrecision == 2 && OverwriteUsualMusicalTime(outString, beats, inBeatInfo, inIsDuration)) {
+    return true;
+  }
+  return WriteAnyMusicalTime(outString, beats, inBeatInfo, inIsDuration, inPrecision);
+}
+
+}  // namespace
+
+bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, double inSampleRate,
+                                  const BeatInfo& inBeatInfo, bool inIsDuration, int inPrecision) {
+  const auto write = [&](double samples) {
+    return WriteMusicalTime(outString, samples, inSampleRate, inBeatInfo, inIsDuration,
+                            inPrecision);
+  };
+  if (inIsDuration || !HasOffset(inSampleRate, inBeatInfo)) return write(inSamples);
+  return write(inSamples - OffsetInSamples(inSampleRate, inBeatInfo));
 }
 
 void ConvertSamplesToBeats(UTF16String& outString, std::int64_t inSamples,
@@ -755,9 +822,9 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
       return ConvertSamplesToBarsAndBeats(outString, static_cast<double>(inSamples), inSampleRate,
                                           *inBeatInfo, inIsDuration, 2);
     case kTimecodeFormat_Frames:
-      return write(&WriteFrameCount, kFramesOnly);
+      return write(&WriteFrameCount<kFullLabel>);
     case kTimecodeFormat_PulldownFrames:
-      return write(&WriteFrameCount, kDropFrame | kFramesOnly);
+      return write(&WriteFrameCount<kDropFrame>);
     case kTimecodeFormat_CompactSubframes:
       return write(&WriteAnySMPTE, kTrimLeadingZeros | kShowSubframes);
     case kTimecodeFormat_Milliseconds:
@@ -819,36 +886,11 @@ int UnitCount(const char16_t* inUnit, const char16_t* inEnd) {
   return plinth::utility::NumericCast<int, long>(static_cast<long>(count));
 }
 
-/// Reads a label as displays write it, four fields of two digits with a unit between them: the same
-/// that the general way reads, without its loops.
-bool ReadFullLabel(const UTF16String& inString, ParsedTimeCode& outParsed) {
-  constexpr std::size_t kUnits = 11;
-  const char16_t* const units = inString.data();
-  const auto separates = [=](std::size_t place) {
-    return !number::IsDigit(units[place]) && units[place] != u'.';
-  };
-  if (inString.size() != kUnits || !separates(2) || !separates(5) || !separates(8)) return false;
-
-  bool areDigits = true;
-  const auto field = [&](std::size_t place) {
-    const auto tens = static_cast<std::uint32_t>(units[place]) - u'0';
-    const auto ones = static_cast<std::uint32_t>(units[place + 1]) - u'0';
-    areDigits &= tens < 10 && ones < 10;
-    return static_cast<int>(10 * tens + ones);
-  };
-  const ParsedTimeCode label{
-      .hours = field(0), .minutes = field(3), .seconds = field(6), .frames = field(9)};
-  if (areDigits) outParsed = label;
-  return areDigits;
-}
-
 /// Reads any text as clock fields. Whatever is not a digit separates them; a "." among what
 /// separates makes the number behind it a decimal fraction, with which reading ends.
 [[gnu::always_inline]] inline ParsedTimeCode ParseTimeCodeString(const UTF16String& inString) {
   constexpr int kMostFields = 5;
   ParsedTimeCode parsed;
-  if (ReadFullLabel(inString, parsed)) return parsed;
-
   const char16_t* unit = inString.data();
   const char16_t* const end = unit + inString.size();
   int length = 0;  // stays 0 for a first number, which makes the fraction of "1." a whole unit
@@ -874,26 +916,17 @@ bool ReadFullLabel(const UTF16String& inString, ParsedTimeCode& outParsed) {
 /// divisor. Where the dividend is estimated to be larger than this, the estimate takes its place.
 constexpr double kLargestDividend = 8070450532247928832.0;  // 7 × 2^60
 
-/// Tells whether the dividend might be that large. A rough product does: what it leaves out stays
-/// far within the half that it allows.
-bool MayLeave64Bits(std::int64_t inFactor, std::int64_t inPosition, std::int64_t inDivisor) {
-  const double dividend = static_cast<double>(inFactor) * static_cast<double>(inPosition) +
-                          static_cast<double>(inDivisor);
-  return dividend > kLargestDividend / 2;
-}
+/// No estimate is that large where the product is not larger than this: no divisor exceeds 2^62.
+constexpr std::int64_t kSurelySmall = std::int64_t{1} << 61;
 
-}  // namespace
-
-bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inString,
-                              std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
-                              bool inPulldown, bool inDropFrame) {
+/// Reads any text.
+[[gnu::noinline]] std::int64_t ReadAnySMPTE(const UTF16String& inString, std::int32_t inSampleRate,
+                                            std::int32_t inTimecodeFPS, bool inPulldown,
+                                            bool inDropFrame) {
   static constexpr char kFunction[] =
       "bool mezzo::utility::ConvertTimecodeToSamples(std::int64_t &, const plinth::UTF16String &, "
       "std::int32_t, std::int32_t, bool, bool)";
-  if (inString.empty()) {
-    outSamples = -1;
-    return true;
-  }
+  if (inString.empty()) return -1;
 
   const ParsedTimeCode parsed = ParseTimeCodeString(inString);
   std::int32_t wholeFrames;
@@ -914,25 +947,85 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
       Multiply<std::int64_t>(fractions, inPulldown ? Multiply(inTimecodeFPS, 1000) : inTimecodeFPS);
   if (divisor == 0) [[unlikely]] {
     MEZZO_REPORT("false", "Divide by zero in ConvertTimecodeToSamples\n", kFunction);
-    outSamples = 0;
-    return true;
+    return 0;
   }
 
   const std::int64_t factor = (inPulldown ? 1001 : 1) * std::int64_t{inSampleRate};
   const std::int64_t position =
       Add<std::int64_t>(fractions * wholeFrames, parsed.fractionNumerator);
-  if (MayLeave64Bits(factor, position, divisor)) [[unlikely]] {
+  std::int64_t product = 0;
+  if (!MultiplyFits(factor, position, product) || product > kSurelySmall) [[unlikely]] {
     const double estimate =
         std::fma(static_cast<double>(factor),
                  std::fma(static_cast<double>(fractions), static_cast<double>(wholeFrames),
                           static_cast<double>(parsed.fractionNumerator)),
                  static_cast<double>(Subtract<std::int64_t>(divisor, 1)));
     if (estimate > kLargestDividend) {
-      outSamples = TruncateTo<std::int64_t>(estimate / static_cast<double>(divisor));
-      return true;
+      return TruncateTo<std::int64_t>(estimate / static_cast<double>(divisor));
     }
   }
-  outSamples = Divide(Add(Multiply(factor, position), Subtract<std::int64_t>(divisor, 1)), divisor);
+  return Divide(Add(product, Subtract<std::int64_t>(divisor, 1)), divisor);
+}
+
+/// Reads a label as displays write it: four fields of two digits with a unit between them.
+bool ReadFullLabel(const UTF16String& inString, ParsedTimeCode& outLabel) {
+  constexpr std::size_t kUnits = 11;
+  const char16_t* const units = inString.data();
+  const auto separates = [=](std::size_t place) {
+    return !number::IsDigit(units[place]) && units[place] != u'.';
+  };
+  if (inString.size() != kUnits || !separates(2) || !separates(5) || !separates(8)) return false;
+
+  bool areDigits = true;
+  const auto field = [&](std::size_t place) {
+    const auto tens = static_cast<std::uint32_t>(units[place]) - u'0';
+    const auto ones = static_cast<std::uint32_t>(units[place + 1]) - u'0';
+    areDigits &= tens < 10 && ones < 10;
+    return static_cast<int>(10 * tens + ones);
+  };
+  outLabel = {.hours = field(0), .minutes = field(3), .seconds = field(6), .frames = field(9)};
+  return areDigits;
+}
+
+/// Reads a full label at a usual rate: the same that the general way reads, without its loops and
+/// fractions.
+/// \return false, with nothing read, for all else.
+bool ReadUsualSMPTE(std::int64_t& outSamples, const UTF16String& inString,
+                    std::int32_t inSampleRate, std::int32_t inTimecodeFPS, bool inPulldown,
+                    bool inDropFrame) {
+  ParsedTimeCode label;
+  const bool isUsualRate = inDropFrame ? inTimecodeFPS == 30 || inTimecodeFPS == 60
+                                       : inTimecodeFPS > 0 && inTimecodeFPS <= 1000;
+  if (!ReadFullLabel(inString, label) || !isUsualRate || inSampleRate < 0) return false;
+
+  const auto countAt = [&label](std::int32_t dropFrameRate) {
+    return dropframe::Count(label.hours, label.minutes, label.seconds, label.frames, dropFrameRate);
+  };
+  const std::int32_t seconds = (60 * label.hours + label.minutes) * 60 + label.seconds;
+  const std::int32_t wholeFrames = !inDropFrame          ? seconds * inTimecodeFPS + label.frames
+                                   : inTimecodeFPS == 30 ? countAt(30)
+                                                         : countAt(60);
+  std::int64_t product = 0;
+  if (!MultiplyFits((inPulldown ? 1001 : 1) * std::int64_t{inSampleRate}, std::int64_t{wholeFrames},
+                    product) ||
+      product > kSurelySmall) {
+    return false;
+  }
+  const auto divisor =
+      static_cast<std::uint32_t>(inPulldown ? 1000 * inTimecodeFPS : inTimecodeFPS);
+  outSamples =
+      static_cast<std::int64_t>((static_cast<std::uint64_t>(product) + divisor - 1) / divisor);
+  return true;
+}
+
+}  // namespace
+
+bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inString,
+                              std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
+                              bool inPulldown, bool inDropFrame) {
+  if (!ReadUsualSMPTE(outSamples, inString, inSampleRate, inTimecodeFPS, inPulldown, inDropFrame)) {
+    outSamples = ReadAnySMPTE(inString, inSampleRate, inTimecodeFPS, inPulldown, inDropFrame);
+  }
   return true;
 }
 
