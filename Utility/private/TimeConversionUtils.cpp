@@ -305,6 +305,9 @@ UsualFields SplitUsualDropFrames(std::uint32_t inFrames, std::uint32_t inTimecod
   return {label.hours, 10 * label.tensOfMinutes + label.minuteOfTen, label.seconds, label.frames};
 }
 
+/// The length of "01:02:03:04", which nearly every label has.
+constexpr std::size_t kFullLabelUnits = 11;
+
 /// Writes a full label, which is what displays show nearly always. That of a usual position and
 /// rate, over a text of the same length as a running display has it, has a way of its own here that
 /// needs no call and saves no register; all else goes the general way, from the start.
@@ -328,13 +331,13 @@ bool WriteFullLabel(UTF16String& outString, std::int64_t inSamples, std::int32_t
       kIsDropFrame ? SplitUsualDropFrames(frames, fps) : SplitUsualFrames(frames, fps);
   if (fields.hours >= 1000) return writeAny();
 
-  const bool isWritten = label::Overwrite(outString, [=](auto& sink) {
+  const auto compose = [=](auto& sink, bool isNegative, bool hasLongHours) {
     constexpr char16_t kSeparator = kIsDropFrame ? u';' : u':';
-    if (inSamples < 0) sink.Unit(u'-');
-    if (fields.hours < 100) [[likely]] {
-      sink.Pair(fields.hours);
-    } else {
+    if (isNegative) sink.Unit(u'-');
+    if (hasLongHours) {
       sink.Digits(fields.hours, 3);
+    } else {
+      sink.Pair(fields.hours);
     }
     sink.Unit(kSeparator);
     sink.Pair(fields.minutes);
@@ -342,7 +345,14 @@ bool WriteFullLabel(UTF16String& outString, std::int64_t inSamples, std::int32_t
     sink.Pair(fields.seconds);
     sink.Unit(kSeparator);
     sink.Pair(fields.frames);
-  });
+  };
+  if (inSamples >= 0 && fields.hours < 100 && outString.size() == kFullLabelUnits) [[likely]] {
+    label::Writer writer(outString.data());
+    compose(writer, false, false);
+    return true;
+  }
+  const bool isWritten = label::Overwrite(
+      outString, [=](auto& sink) { compose(sink, inSamples < 0, fields.hours >= 100); });
   return isWritten || writeAny();
 }
 
@@ -969,12 +979,13 @@ constexpr std::int64_t kSurelySmall = std::int64_t{1} << 61;
 
 /// Reads a label as displays write it: four fields of two digits with a unit between them.
 bool ReadFullLabel(const UTF16String& inString, ParsedTimeCode& outLabel) {
-  constexpr std::size_t kUnits = 11;
   const char16_t* const units = inString.data();
   const auto separates = [=](std::size_t place) {
     return !number::IsDigit(units[place]) && units[place] != u'.';
   };
-  if (inString.size() != kUnits || !separates(2) || !separates(5) || !separates(8)) return false;
+  if (inString.size() != kFullLabelUnits || !separates(2) || !separates(5) || !separates(8)) {
+    return false;
+  }
 
   bool areDigits = true;
   const auto field = [&](std::size_t place) {
