@@ -45,10 +45,9 @@ std::int64_t Position(std::size_t inNumber) {
   return kDay[inNumber % kPositions];
 }
 
+/// Full, since a copy has room for its text only.
 UTF16String StringWithRoom() {
-  UTF16String text;
-  text.reserve(64);
-  return text;
+  return UTF16String(64, u' ');
 }
 
 // -------------------------------------------------------------------------------------- Displays
