@@ -89,11 +89,12 @@ void CheckReading(FuzzArguments& ioArgs, const Meter& inMeter) {
 /// Requires a text to be what comes in front of, or is, the longest display.
 void CheckPrecision(double inSamples, const Meter& inMeter, int inPrecision,
                     const std::string& inLongest) {
-  UTF16String text;
-  utility::ConvertSamplesToBarsAndBeats(text, inSamples, inMeter.rate, inMeter.beats,
-                                        inMeter.isDuration, inPrecision);
+  const std::string text = Written([&](UTF16String& label) {
+    utility::ConvertSamplesToBarsAndBeats(label, inSamples, inMeter.rate, inMeter.beats,
+                                          inMeter.isDuration, inPrecision);
+  });
   const std::size_t ends[] = {inLongest.find(':'), inLongest.find('.'), inLongest.rfind('.')};
-  RequireEqual(test::Shown(text), inLongest.substr(0, ends[inPrecision]));
+  RequireEqual(text, inLongest.substr(0, ends[inPrecision]));
 }
 
 void CheckWriting(FuzzArguments& ioArgs, const Meter& inMeter) {

@@ -6,7 +6,9 @@ namespace mezzo::fuzz {
 
 void Check(FuzzArguments& ioArgs) {
   const auto calls = test::ExportedCalls();
-  calls[ioArgs.Byte() % calls.size()].call(ioArgs);
+  const auto& call = calls[ioArgs.Byte() % calls.size()];
+  ioArgs.oldText.assign(ioArgs.Byte() % 32, u'?');
+  call.call(ioArgs);
 }
 
 }  // namespace mezzo::fuzz

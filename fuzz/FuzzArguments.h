@@ -2,7 +2,9 @@
 #pragma once
 
 #include "../tests/support/ExportedCalls.h"
+#include "../tests/support/Text.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -71,6 +73,19 @@ inline void Require(bool inHolds, const std::string& inActual, const std::string
 
 inline void RequireEqual(const std::string& inActual, const std::string& inExpected) {
   Require(inActual == inExpected, inActual, inExpected);
+}
+
+/// What a call writes, over an empty text and over one of the same length: in these it may have
+/// ways of their own.
+template <class Write>
+std::string Written(const Write& inWrite) {
+  UTF16String text;
+  inWrite(text);
+  const std::string shown = test::Shown(text);
+  std::fill(text.begin(), text.end(), u'?');
+  inWrite(text);
+  RequireEqual(test::Shown(text), shown);
+  return shown;
 }
 
 /// Requires a value to lie within a distance of the exact one.

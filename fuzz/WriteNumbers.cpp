@@ -1,7 +1,6 @@
 // The displays without frames and bars: clock time and beats against exact integers, samples and
 // milliseconds against the C library's notation.
 
-#include "../tests/support/Text.h"
 #include "FuzzArguments.h"
 
 #include <cinttypes>
@@ -34,12 +33,11 @@ std::string Clock(std::int64_t inSamples, std::int64_t inRate, bool inWholeSecon
 }
 
 void CheckBeats(std::int64_t inSamples, std::int32_t inRate, double inTempo) {
-  UTF16String text;
-  utility::ConvertSamplesToBeats(text, inSamples, inRate, inTempo);
+  const std::string shown = Written(
+      [&](UTF16String& text) { utility::ConvertSamplesToBeats(text, inSamples, inRate, inTempo); });
   const long double exact =
       static_cast<long double>(inSamples) * static_cast<long double>(inTempo) / (inRate * 60.0L);
   if (inRate < 1 || !(inTempo >= 0.0) || !(std::fabs(exact) < 1e9L)) return;
-  const std::string shown = test::Shown(text);
   RequireNear(std::strtold(shown.c_str(), nullptr), exact,
               0.0005L + 1e-15L * std::fabs(exact) + 1e-9L);
   Require(shown.size() >= 5 && shown[shown.size() - 4] == '.', shown, "three decimals");
@@ -48,9 +46,9 @@ void CheckBeats(std::int64_t inSamples, std::int32_t inRate, double inTempo) {
 
 std::string InFormat(utility::TimecodeFormat inFormat, std::int64_t inSamples,
                      std::int32_t inRate) {
-  UTF16String text;
-  utility::ConvertSamplesToTimecode(text, inSamples, inRate, inFormat, 30, nullptr, false);
-  return test::Shown(text);
+  return Written([&](UTF16String& text) {
+    utility::ConvertSamplesToTimecode(text, inSamples, inRate, inFormat, 30, nullptr, false);
+  });
 }
 
 }  // namespace
@@ -62,8 +60,9 @@ void Check(FuzzArguments& ioArgs) {
   CheckBeats(samples, rate, ioArgs.Double({60.0, 120.0, 125.5}));
   RequireEqual(InFormat(utility::kTimecodeFormat_Samples, samples, rate), std::to_string(samples));
 
-  UTF16String text;
-  utility::ConvertSamplesToDecimalTimecode(text, samples, rate, wholeSeconds);
+  const std::string clock = Written([&](UTF16String& text) {
+    utility::ConvertSamplesToDecimalTimecode(text, samples, rate, wholeSeconds);
+  });
   const std::string milliseconds = InFormat(utility::kTimecodeFormat_Milliseconds, samples, rate);
   if (rate < 1 || samples == std::numeric_limits<std::int64_t>::min()) return;
   const double tenths = static_cast<double>(samples) * 10000.0 / rate + 0.5;
@@ -72,7 +71,7 @@ void Check(FuzzArguments& ioArgs) {
   RequireEqual(milliseconds, notation);
   const std::int64_t hours = samples / rate / 3600;
   if (std::abs(hours) < std::int64_t{1} << 31) {
-    RequireEqual(test::Shown(text), Clock(samples, rate, wholeSeconds));
+    RequireEqual(clock, Clock(samples, rate, wholeSeconds));
   }
 }
 

@@ -1,7 +1,6 @@
 // Samples to SMPTE timecode, against exact arithmetic in 128 bits and labels counted minute by
 // minute.
 
-#include "../tests/support/Text.h"
 #include "FuzzArguments.h"
 
 #include <cinttypes>
@@ -72,10 +71,12 @@ void Check(FuzzArguments& ioArgs) {
   const std::int32_t fps = ioArgs.FrameRate();
   const auto flag = [&] { return ioArgs.Flag(); };
   const Display display{flag(), flag(), flag(), flag(), flag(), flag(), flag()};
-  UTF16String text;
-  const bool isWritten = utility::ConvertSamplesToTimecode(
-      text, samples, rate, fps, display.dropFrame, display.pulldown, display.framesOnly,
-      display.noFrames, display.trimLeadingZeros, display.showSubframes, display.noHours);
+  bool isWritten = false;
+  const std::string actual = Written([&](UTF16String& text) {
+    isWritten = utility::ConvertSamplesToTimecode(
+        text, samples, rate, fps, display.dropFrame, display.pulldown, display.framesOnly,
+        display.noFrames, display.trimLeadingZeros, display.showSubframes, display.noHours);
+  });
 
   const bool isPulledDown = display.dropFrame || display.pulldown;
   const Wide magnitude = samples < 0 ? -Wide{samples} : Wide{samples};
@@ -86,7 +87,6 @@ void Check(FuzzArguments& ioArgs) {
   const auto frames = static_cast<std::int64_t>(dividend / divisor);
   if (frames >= std::int64_t{1} << 31) return;
   const auto hundredths = static_cast<int>(dividend * 100 / divisor % 100);
-  const std::string actual = test::Shown(text);
   if (display.framesOnly) {
     // At the pulled-down rate with dropped labels the count is made in double precision.
     return RequireNear(std::stoll(actual), frames, display.dropFrame ? 1 : 0);

@@ -36,16 +36,26 @@ bool Record(bool&, const char* inCondition, const unsigned char* inMessage, cons
   return false;
 }
 
-std::string Results(const ExportedCall& inCall, Arguments& ioArguments) {
+/// \param outTrace receives the arguments, unless null.
+std::string Results(const ExportedCall& inCall, std::uint64_t inSeed, Fields* outTrace = nullptr) {
   sReports.clear();
-  return Joined(inCall.call(ioArguments)) + sReports;
+  DrawnArguments arguments(inSeed, outTrace);
+  const Fields fields = inCall.call(arguments);
+  const std::string results = Joined(fields) + sReports;
+  const bool replacesText = fields.back().front() == '"' && !fields.back().starts_with("\"keep");
+  if (!replacesText) return results;
+
+  // Over a text of the same length a label is written in a way of its own.
+  DrawnArguments again(inSeed);
+  again.oldText.assign(fields.back().size() - 2, u'?');
+  const Fields overwritten = inCall.call(again);
+  return overwritten == fields ? results : results + "\toverwritten: " + Joined(overwritten);
 }
 
 void PrintDigest(const ExportedCall& inCall) {
   Digest digest;
   for (std::uint64_t seed = 0; seed < kCallsOfEachFunction; ++seed) {
-    DrawnArguments arguments(seed);
-    digest.Add(Results(inCall, arguments));
+    digest.Add(Results(inCall, seed));
   }
   std::printf("%-40s %016" PRIx64 "\n", inCall.name, digest.Value());
 }
@@ -53,8 +63,7 @@ void PrintDigest(const ExportedCall& inCall) {
 void PrintCalls(const ExportedCall& inCall) {
   for (std::uint64_t seed = 0; seed < kCallsOfEachFunction; ++seed) {
     Fields trace;
-    DrawnArguments arguments(seed, &trace);
-    const std::string results = Results(inCall, arguments);
+    const std::string results = Results(inCall, seed, &trace);
     std::printf("%s\t=>\t%s\n", Joined(trace).c_str(), results.c_str());
   }
 }

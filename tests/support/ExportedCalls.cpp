@@ -154,7 +154,6 @@ UTF16String DrawnArguments::Text(const Forms& inForms) {
 
 namespace {
 
-const UTF16String kKeep = u"keep";
 constexpr std::int64_t kOldSamples = -7070707070707070707;
 
 const Forms kClockForms{"#:#:#:#", "#;#;#;#", "#:#:#.#", "#:#:#:#.#", "#:#", "#",
@@ -185,7 +184,7 @@ Fields CompareBeats(Arguments& ioArgs) {
 }
 
 Fields SamplesToTimecodeByFlags(Arguments& ioArgs) {
-  UTF16String text = kKeep;
+  UTF16String text = ioArgs.oldText;
   const auto samples = ioArgs.Int64();
   const auto rate = ioArgs.SampleRate();
   const auto fps = ioArgs.FrameRate();
@@ -199,7 +198,7 @@ Fields SamplesToTimecodeByFlags(Arguments& ioArgs) {
 }
 
 Fields SamplesToTimecodeByFormat(Arguments& ioArgs) {
-  UTF16String text = kKeep;
+  UTF16String text = ioArgs.oldText;
   const auto samples = ioArgs.Int64();
   const auto rate = ioArgs.SampleRate();
   const auto format = Format(ioArgs);
@@ -215,7 +214,7 @@ Fields SamplesToTimecodeByFormat(Arguments& ioArgs) {
 }
 
 Fields SamplesToDecimalTimecode(Arguments& ioArgs) {
-  UTF16String text = kKeep;
+  UTF16String text = ioArgs.oldText;
   const auto samples = ioArgs.Int64();
   const auto rate = ioArgs.SampleRate();
   const bool wholeSeconds = ioArgs.Flag();
@@ -225,7 +224,7 @@ Fields SamplesToDecimalTimecode(Arguments& ioArgs) {
 }
 
 Fields SamplesToBarsAndBeats(Arguments& ioArgs) {
-  UTF16String text = kKeep;
+  UTF16String text = ioArgs.oldText;
   const double samples = ioArgs.Double({});
   const double rate = ioArgs.Double({44100.0, 48000.0, 88288.2, 192000.0});
   const BeatInfo beats = ioArgs.Beats();
@@ -238,7 +237,7 @@ Fields SamplesToBarsAndBeats(Arguments& ioArgs) {
 }
 
 Fields SamplesToBeats(Arguments& ioArgs) {
-  UTF16String text = kKeep;
+  UTF16String text = ioArgs.oldText;
   const auto samples = ioArgs.Int64();
   const auto rate = ioArgs.SampleRate();
   const double tempo = ioArgs.Double({60.0, 120.0, 125.5});
@@ -298,7 +297,7 @@ Fields DropFrameLabel(Arguments& ioArgs) {
 }
 
 Fields NoteString(Arguments& ioArgs) {
-  UTF16String text = kKeep;
+  UTF16String text = ioArgs.oldText;
   const int note = ioArgs.Int32({-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13});
   const int octave = ioArgs.Int32({-1, 0, 1, 4, 8, 9, 10});
   const bool flatOnly = ioArgs.Flag();
@@ -350,7 +349,7 @@ const Forms kNames{
 
 template <bool (*kTranslate)(UTF16String, UTF16String&)>
 Fields Translate(Arguments& ioArgs, const Forms& inForms) {
-  UTF16String output = kKeep;
+  UTF16String output = ioArgs.oldText;
   UTF16String input = ioArgs.Text(inForms);
   const bool result = ioArgs.Make([&] { return kTranslate(std::move(input), output); });
   return {Truth(result), Quoted(output)};

@@ -33,6 +33,8 @@ class Arguments {
   std::int32_t FrameRate();
   utility::BeatInfo Beats();
   virtual double Double(std::initializer_list<double> inUsual) = 0;
+  /// What a text holds before a call replaces it.
+  plinth::UTF16String oldText = u"keep";
   /// In a form, "#" stands for a number.
   virtual plinth::UTF16String Text(const Forms& inForms) = 0;
 
