@@ -169,7 +169,7 @@ std::string Truth(bool inValue) {
   return inValue ? "1" : "0";
 }
 
-template <bool (*kCompare)(const BeatInfo&, const BeatInfo&)>
+template <class Compare>
 Fields CompareBeats(Arguments& ioArgs) {
   const BeatInfo left = ioArgs.Beats();
   const BeatInfo other = ioArgs.Beats();
@@ -180,7 +180,7 @@ Fields CompareBeats(Arguments& ioArgs) {
   if (field == 3) right.iBeatsPerBar = other.iBeatsPerBar;
   if (field == 4) right.iBeatUnit = other.iBeatUnit;
   if (field == 5) right.dOffsetMs = other.dOffsetMs;
-  return {Truth(ioArgs.Make([&] { return kCompare(left, right); }))};
+  return {Truth(ioArgs.Make([&] { return Compare()(left, right); }))};
 }
 
 Fields SamplesToTimecodeByFlags(Arguments& ioArgs) {
@@ -395,41 +395,38 @@ Fields DisableErrorHandling(Arguments& ioArgs) {
 }
 
 const ExportedCall kCalls[] = {
-    {"operator==", CompareBeats < utility::operator==> },
-     {
-         "operator!=",
-         CompareBeats < utility::operator!=> },
-         {"ConvertSamplesToTimecode-flags", SamplesToTimecodeByFlags},
-         {"ConvertSamplesToTimecode-format", SamplesToTimecodeByFormat},
-         {"ConvertSamplesToDecimalTimecode", SamplesToDecimalTimecode},
-         {"ConvertSamplesToBarsAndBeats", SamplesToBarsAndBeats},
-         {"ConvertSamplesToBeats", SamplesToBeats},
-         {"ConvertTimecodeToSamples-rate", TimecodeToSamplesByRate},
-         {"ConvertTimecodeToSamples-format", TimecodeToSamplesByFormat},
-         {"ConvertBarsAndBeatsToSamples", BarsAndBeatsToSamples},
-         {"DropFrameToHMSF", DropFrameLabel},
-         {"GetNoteString", NoteString},
-         {"GetNoteFromFrequency", NoteFromFrequency},
-         {"SupportsFlatSymbol", Query<utility::SupportsFlatSymbol>},
-         {"SupportsSharpSymbol", Query<utility::SupportsSharpSymbol>},
-         {"GetNativeHandlerID", HandlerID},
-         {"TranslateToHumanReadableMediaHandler",
-          [](Arguments& ioArgs) {
-            return Translate<utility::TranslateToHumanReadableMediaHandler>(ioArgs,
-                                                                            IdentifierForms());
-          }},
-         {"TranslateFromHumanReadableMediaHandler",
-          [](Arguments& ioArgs) {
-            return Translate<utility::TranslateFromHumanReadableMediaHandler>(ioArgs, kNames);
-          }},
-         {"IsInitialized", Query<utility::IsInitialized>, false},
-         {"IsEventLoopRunning", Query<utility::IsEventLoopRunning>, false},
-         {"WillTerminate", Query<utility::WillTerminate>, false},
-         {"IsTerminating", Query<utility::IsTerminating>, false},
-         {"GetAppActivatedSignal", ActivatedSignal, false},
-         {"NotifyAppActivated", Notify, false},
-         {"DisableErrorHandling", DisableErrorHandling, false},
-    };
+    {"operator==", CompareBeats<std::equal_to<>>},
+    {"operator!=", CompareBeats<std::not_equal_to<>>},
+    {"ConvertSamplesToTimecode-flags", SamplesToTimecodeByFlags},
+    {"ConvertSamplesToTimecode-format", SamplesToTimecodeByFormat},
+    {"ConvertSamplesToDecimalTimecode", SamplesToDecimalTimecode},
+    {"ConvertSamplesToBarsAndBeats", SamplesToBarsAndBeats},
+    {"ConvertSamplesToBeats", SamplesToBeats},
+    {"ConvertTimecodeToSamples-rate", TimecodeToSamplesByRate},
+    {"ConvertTimecodeToSamples-format", TimecodeToSamplesByFormat},
+    {"ConvertBarsAndBeatsToSamples", BarsAndBeatsToSamples},
+    {"DropFrameToHMSF", DropFrameLabel},
+    {"GetNoteString", NoteString},
+    {"GetNoteFromFrequency", NoteFromFrequency},
+    {"SupportsFlatSymbol", Query<utility::SupportsFlatSymbol>},
+    {"SupportsSharpSymbol", Query<utility::SupportsSharpSymbol>},
+    {"GetNativeHandlerID", HandlerID},
+    {"TranslateToHumanReadableMediaHandler",
+     [](Arguments& ioArgs) {
+       return Translate<utility::TranslateToHumanReadableMediaHandler>(ioArgs, IdentifierForms());
+     }},
+    {"TranslateFromHumanReadableMediaHandler",
+     [](Arguments& ioArgs) {
+       return Translate<utility::TranslateFromHumanReadableMediaHandler>(ioArgs, kNames);
+     }},
+    {"IsInitialized", Query<utility::IsInitialized>, false},
+    {"IsEventLoopRunning", Query<utility::IsEventLoopRunning>, false},
+    {"WillTerminate", Query<utility::WillTerminate>, false},
+    {"IsTerminating", Query<utility::IsTerminating>, false},
+    {"GetAppActivatedSignal", ActivatedSignal, false},
+    {"NotifyAppActivated", Notify, false},
+    {"DisableErrorHandling", DisableErrorHandling, false},
+};
 
 }  // namespace
 
