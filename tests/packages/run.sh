@@ -29,7 +29,8 @@ grep -q '^libmezzo-dev .*libmezzo1 (= .*libboost-dev' "$scratch/installed"
 grep -q '^libmezzo1 .*libstdc++6' "$scratch/installed"
 
 diff <("$build/bin/mezzo" show 480000) <("$root/usr/bin/mezzo" show 480000)
-ldd "$root/usr/bin/mezzo" | grep -q "libMezzo.so.1 => $root/usr/"
+ldd "$root/usr/bin/mezzo" >"$scratch/libraries"
+grep -q "libMezzo.so.1 => $root/usr/" "$scratch/libraries"
 cmake -G Ninja -S "$source/tests/consumer" -B "$scratch/consumer" -DCMAKE_CXX_COMPILER="$4" \
   -DCMAKE_PREFIX_PATH="$root/usr" >>"$scratch/log"
 cmake --build "$scratch/consumer" >>"$scratch/log"
