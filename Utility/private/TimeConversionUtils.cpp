@@ -511,7 +511,7 @@ void ConvertSamplesToDecimalTimecode(UTF16String& outString, std::int64_t inSamp
                                      std::int32_t inSampleRate, bool inWholeSeconds) {
   if (inSampleRate == 0) return WriteZero(outString);
 
-  constexpr std::int64_t kHundredHours = 100 * 3600;
+  constexpr std::int64_t kHundredHours = std::int64_t{100} * 60 * 60;
   const bool isNegative = inSamples < 0;
   const std::int64_t magnitude = Magnitude(inSamples);
   const std::int64_t wholeSeconds = Divide<std::int64_t>(magnitude, inSampleRate);
