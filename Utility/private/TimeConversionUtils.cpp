@@ -285,14 +285,28 @@ struct UsualFields {
   std::uint32_t frames;
 };
 
-/// Divided by the frame rate first, a frame count is left with divisions by constants. The rates of
-/// film and video are such constants too: to divide by a variable costs as much as half a label.
+/// In seconds. Usual labels have fewer than ten times as many hours.
+constexpr std::uint32_t kHundredHours = 100 * 3600;
+
+/// The largest frame rate whose frames have two digits.
+constexpr std::uint64_t kLargestUsualRate = 100;
+
+/// Multiplied by these, a usual frame count is divided by a usual rate: a division by a variable
+/// costs as much as half a label.
+constexpr int kReciprocalBits = 36;
+constexpr auto kReciprocals = [] {
+  std::array<std::uint64_t, kLargestUsualRate + 1> reciprocals{};
+  for (std::uint64_t rate = 1; rate <= kLargestUsualRate; ++rate)
+    reciprocals[rate] = (std::uint64_t{1} << kReciprocalBits) / rate + 1;
+  return reciprocals;
+}();
+static_assert(kLargestUsualRate * (10 * kHundredHours * kLargestUsualRate) <=
+                  (std::uint64_t{1} << kReciprocalBits),
+              "What a reciprocal is too large by, up to the rate in 2^36, must not add up to one.");
+
 UsualFields SplitUsualFrames(std::uint32_t inFrames, std::uint32_t inTimecodeFPS) {
-  const std::uint32_t seconds = inTimecodeFPS == 30   ? inFrames / 30
-                                : inTimecodeFPS == 25 ? inFrames / 25
-                                : inTimecodeFPS == 24 ? inFrames / 24
-                                : inTimecodeFPS == 60 ? inFrames / 60
-                                                      : inFrames / inTimecodeFPS;
+  const auto seconds =
+      static_cast<std::uint32_t>(inFrames * kReciprocals[inTimecodeFPS] >> kReciprocalBits);
   const std::uint32_t minutes = seconds / 60;
   const std::uint32_t hours = seconds / 3600;
   return {hours, minutes - hours * 60, seconds - minutes * 60, inFrames - seconds * inTimecodeFPS};
@@ -305,55 +319,78 @@ UsualFields SplitUsualDropFrames(std::uint32_t inFrames, std::uint32_t inTimecod
   return {label.hours, 10 * label.tensOfMinutes + label.minuteOfTen, label.seconds, label.frames};
 }
 
+/// \tparam kHourDigits 2 or 3, as many as the hours have.
+template <SMPTEDisplay kDisplay, int kHourDigits>
+void WriteUsualFrames(label::Writer inWriter, std::uint32_t inFrames, std::uint32_t inTimecodeFPS) {
+  constexpr bool kIsDropFrame = kDisplay == kDropFrame;
+  constexpr char16_t kSeparator = kIsDropFrame ? u';' : u':';
+  const UsualFields fields = kIsDropFrame ? SplitUsualDropFrames(inFrames, inTimecodeFPS)
+                                          : SplitUsualFrames(inFrames, inTimecodeFPS);
+  inWriter.Digits(fields.hours, kHourDigits);
+  inWriter.Unit(kSeparator);
+  inWriter.Pair(fields.minutes);
+  inWriter.Unit(kSeparator);
+  inWriter.Pair(fields.seconds);
+  inWriter.Unit(kSeparator);
+  inWriter.Pair(fields.frames);
+}
+
 /// The length of "01:02:03:04", which nearly every label has.
 constexpr std::size_t kFullLabelUnits = 11;
 
-/// Writes a full label, which is what displays show nearly always. That of a usual position and
-/// rate, over a text of the same length as a running display has it, has a way of its own here that
-/// needs no call and saves no register; all else goes the general way, from the start.
+/// Writes the label of a usual position, from 0 on, over a text of the same length, as a running
+/// display has it. This is what displays show nearly always, and it needs no call.
+/// \return false, with nothing written, for all else.
+template <SMPTEDisplay kDisplay>
+bool OverwriteFullLabel(char16_t* outUnits, std::size_t inLength, std::uint64_t inSamples,
+                        std::int32_t inSampleRate, std::int32_t inTimecodeFPS) {
+  constexpr bool kIsDropFrame = kDisplay == kDropFrame;
+  constexpr std::uint32_t kFactor = kDisplay == kFullLabel ? 1 : 1000;
+  constexpr std::uint64_t kDivisor = kDisplay == kFullLabel ? 1 : 1001;
+  constexpr std::uint64_t kTooManySamples = std::uint64_t{1} << 46;  // with factor and rate 2^63
+  const bool isUsualRate =
+      kIsDropFrame ? inTimecodeFPS == 30 || inTimecodeFPS == 60 : DivisionWidth(inTimecodeFPS) == 2;
+  if (!isUsualRate || inSampleRate <= 0 || inSamples >= kTooManySamples) return false;
+
+  const auto fps = static_cast<std::uint32_t>(inTimecodeFPS);
+  const std::uint64_t wholeFrames =
+      inSamples * (kFactor * fps) / (kDivisor * static_cast<std::uint64_t>(inSampleRate));
+  const auto frames = static_cast<std::uint32_t>(wholeFrames);
+  // Of a thousand labels drop-frame counting leaves out one.
+  const std::uint32_t framesOfHundredHours =
+      (kIsDropFrame ? kHundredHours / 1000 * 999 : kHundredHours) * fps;
+  if (wholeFrames < framesOfHundredHours) [[likely]] {
+    if (inLength != kFullLabelUnits) return false;
+    WriteUsualFrames<kDisplay, 2>(label::Writer(outUnits), frames, fps);
+    return true;
+  }
+  if (wholeFrames >= 10 * framesOfHundredHours || inLength != kFullLabelUnits + 1) return false;
+  WriteUsualFrames<kDisplay, 3>(label::Writer(outUnits), frames, fps);
+  return true;
+}
+
+/// Writes the full labels that are not a usual position's from 0 on, or not of their text's length.
+template <SMPTEDisplay kDisplay>
+[[gnu::noinline]] bool WriteOtherFullLabel(UTF16String& outString, std::int64_t inSamples,
+                                           std::int32_t inSampleRate, std::int32_t inTimecodeFPS) {
+  if (inSamples < 0 && !outString.empty() &&
+      OverwriteFullLabel<kDisplay>(outString.data() + 1, outString.size() - 1,
+                                   static_cast<std::uint64_t>(Magnitude(inSamples)), inSampleRate,
+                                   inTimecodeFPS)) {
+    outString.front() = u'-';
+    return true;
+  }
+  return WriteAnySMPTE(outString, inSamples, inSampleRate, inTimecodeFPS, kDisplay);
+}
+
 template <SMPTEDisplay kDisplay>
 bool WriteFullLabel(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate,
                     std::int32_t inTimecodeFPS) {
-  constexpr bool kIsDropFrame = kDisplay == kDropFrame;
-  const auto writeAny = [&] {
-    return WriteAnySMPTE(outString, inSamples, inSampleRate, inTimecodeFPS, kDisplay);
-  };
-  const bool isUsualRate =
-      kIsDropFrame ? inTimecodeFPS == 30 || inTimecodeFPS == 60 : DivisionWidth(inTimecodeFPS) == 2;
-  if (!isUsualRate || inSampleRate <= 0) return writeAny();
-  const FrameRatio ratio(Magnitude(inSamples), inSampleRate, inTimecodeFPS, kDisplay != kFullLabel);
-  if (ratio.numerator < 0) return writeAny();
-  const std::int64_t wholeFrames = ratio.numerator / ratio.denominator;
-  const auto frames = static_cast<std::uint32_t>(wholeFrames);
-  if (frames != wholeFrames) return writeAny();
-  const auto fps = static_cast<std::uint32_t>(inTimecodeFPS);
-  const UsualFields fields =
-      kIsDropFrame ? SplitUsualDropFrames(frames, fps) : SplitUsualFrames(frames, fps);
-  if (fields.hours >= 1000) return writeAny();
-
-  const auto compose = [=](auto& sink, bool isNegative, bool hasLongHours) {
-    constexpr char16_t kSeparator = kIsDropFrame ? u';' : u':';
-    if (isNegative) sink.Unit(u'-');
-    if (hasLongHours) {
-      sink.Digits(fields.hours, 3);
-    } else {
-      sink.Pair(fields.hours);
-    }
-    sink.Unit(kSeparator);
-    sink.Pair(fields.minutes);
-    sink.Unit(kSeparator);
-    sink.Pair(fields.seconds);
-    sink.Unit(kSeparator);
-    sink.Pair(fields.frames);
-  };
-  if (inSamples >= 0 && fields.hours < 100 && outString.size() == kFullLabelUnits) [[likely]] {
-    label::Writer writer(outString.data());
-    compose(writer, false, false);
-    return true;
-  }
-  const bool isWritten = label::Overwrite(
-      outString, [=](auto& sink) { compose(sink, inSamples < 0, fields.hours >= 100); });
-  return isWritten || writeAny();
+  // A position below 0 is none of the usual ones of 64 bits without a sign.
+  return OverwriteFullLabel<kDisplay>(outString.data(), outString.size(),
+                                      static_cast<std::uint64_t>(inSamples), inSampleRate,
+                                      inTimecodeFPS) ||
+         WriteOtherFullLabel<kDisplay>(outString, inSamples, inSampleRate, inTimecodeFPS);
 }
 
 }  // namespace
@@ -362,15 +399,14 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
                               std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
                               bool inDropFrame, bool inPulldown, bool inFramesOnly, bool inNoFrames,
                               bool inTrimLeadingZeros, bool inShowSubframes, bool inNoHours) {
-  const bool isFullLabel =
-      !(inFramesOnly | inNoFrames | inTrimLeadingZeros | inShowSubframes | inNoHours);
-  if (isFullLabel && !(inDropFrame && inPulldown)) [[likely]] {
-    const auto writeFullLabel = [&](auto write) {
-      return write(outString, inSamples, inSampleRate, inTimecodeFPS);
-    };
-    if (inDropFrame) return writeFullLabel(&WriteFullLabel<kDropFrame>);
-    if (inPulldown) return writeFullLabel(&WriteFullLabel<kPulldown>);
-    return writeFullLabel(&WriteFullLabel<kFullLabel>);
+  const auto writeFullLabel = [&](auto write) {
+    return write(outString, inSamples, inSampleRate, inTimecodeFPS);
+  };
+  if (!(inFramesOnly | inNoFrames | inTrimLeadingZeros | inShowSubframes | inNoHours)) [[likely]] {
+    if (!(inDropFrame | inPulldown)) [[likely]]
+      return writeFullLabel(&WriteFullLabel<kFullLabel>);
+    if (!inPulldown) return writeFullLabel(&WriteFullLabel<kDropFrame>);
+    if (!inDropFrame) return writeFullLabel(&WriteFullLabel<kPulldown>);
   }
   const auto flag = [](bool isSet, SMPTEDisplay display) { return isSet ? display : kFullLabel; };
   return WriteAnySMPTE(outString, inSamples, inSampleRate, inTimecodeFPS,

@@ -44,9 +44,8 @@ enum SMPTEFlag : unsigned {
   kNoHours = 64
 };
 
-std::string SMPTE(std::int64_t inSamples, std::int32_t inRate, std::int32_t inFps,
-                  unsigned inFlags) {
-  UTF16String text = u"keep";
+std::string SMPTE(std::int64_t inSamples, std::int32_t inRate, std::int32_t inFps, unsigned inFlags,
+                  UTF16String text = u"keep") {
   const auto has = [=](SMPTEFlag flag) { return (inFlags & flag) != 0; };
   ConvertSamplesToTimecode(text, inSamples, inRate, inFps, has(kDrop), has(kPulldown),
                            has(kFramesOnly), has(kNoFrames), has(kTrim), has(kSubframes),
@@ -110,6 +109,30 @@ TEST(SMPTEDisplay, PadsTrimsAndSignsItsFields) {
   EXPECT_EQ(SMPTE(480240, -48000, 1000, kPlain), "00:00:-10:0-5");  // fill before the sign
   UTF16String text = u"keep";
   EXPECT_FALSE(ConvertSamplesToTimecode(text, 1, 48000, kTimecodeFormat_SMPTE, 0, nullptr, false));
+}
+
+TEST(SMPTEDisplay, WritesTheSameOverATextOfAnyLength) {
+  // The seconds after which a field carries, or the hours get a digit; fewer in drop-frame.
+  constexpr std::int64_t kCarries[] = {0, 60, 3600, 359640, 360000, 3596400, 3600000, 36000000};
+  const auto check = [](std::int64_t samples, std::int32_t fps, unsigned flags) {
+    const std::string expected = SMPTE(samples, 1000 * fps, fps, flags);
+    for (const std::size_t length : {expected.size() - 1, expected.size(), expected.size() + 1}) {
+      EXPECT_EQ(SMPTE(samples, 1000 * fps, fps, flags, UTF16String(length, u'?')), expected)
+          << samples << ' ' << fps << ' ' << flags << ' ' << length;
+    }
+  };
+  for (std::int32_t fps = 1; fps <= 120; ++fps) {
+    for (const unsigned flags : {kPlain, kPulldown, kDrop}) {
+      if (flags == kDrop && fps != 30 && fps != 60) continue;
+      for (const std::int64_t seconds : kCarries) {
+        for (const std::int64_t frame : {seconds * fps - 1, seconds * fps, seconds * fps + 1}) {
+          const std::int64_t firstSample = frame * (flags == kPlain ? 1000 : 1001);
+          check(firstSample, fps, flags);
+          check(-firstSample, fps, flags);
+        }
+      }
+    }
+  }
 }
 
 TEST(SMPTE, EveryLabelOfADayReadsBackAsItself) {
