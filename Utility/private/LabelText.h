@@ -136,6 +136,19 @@ class Writer {
   char16_t* fNext;
 };
 
+/// Writes a number of at most so many digits, with zeros in front where it has fewer.
+template <int kCount, class Sink>
+constexpr void WriteDigits(Sink& ioSink, std::uint32_t inValue) {
+  if constexpr (kCount == 1) {
+    ioSink.Digit(inValue);
+  } else if constexpr (kCount == 2) {
+    ioSink.Pair(inValue);
+  } else {
+    WriteDigits<kCount - 2>(ioSink, inValue / 100);
+    ioSink.Pair(inValue % 100);
+  }
+}
+
 /// An integer in decimal, measured once for both passes over its label.
 template <std::signed_integral Int>
 class Number {

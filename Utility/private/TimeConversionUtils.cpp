@@ -270,7 +270,8 @@ bool WriteFrameCount(UTF16String& outString, std::int64_t inSamples, std::int32_
     const int framesWidth = DivisionWidth(inTimecodeFPS);
     const std::int32_t hundredths =
         (inDisplay & kShowSubframes) != 0 ? ratio.HundredthsOfFrame() : 0;
-    label::Replace(outString, [=](auto& sink) {
+    // By reference: a copy of the fields would wait for their values to reach memory.
+    label::Replace(outString, [&](auto& sink) {
       ComposeFields(sink, fields, inDisplay, isNegative, framesWidth, hundredths);
     });
   }
@@ -289,7 +290,7 @@ struct UsualFields {
 constexpr std::uint32_t kHundredHours = 100 * 3600;
 
 /// The largest frame rate whose frames have two digits.
-constexpr std::uint64_t kLargestUsualRate = 100;
+constexpr std::int32_t kLargestUsualRate = 100;
 
 /// Multiplied by these, a usual frame count is divided by a usual rate: a division by a variable
 /// costs as much as half a label.
@@ -300,7 +301,7 @@ constexpr auto kReciprocals = [] {
     reciprocals[rate] = (std::uint64_t{1} << kReciprocalBits) / rate + 1;
   return reciprocals;
 }();
-static_assert(kLargestUsualRate * (10 * kHundredHours * kLargestUsualRate) <=
+static_assert(std::uint64_t{10} * kHundredHours * kLargestUsualRate * kLargestUsualRate <=
                   (std::uint64_t{1} << kReciprocalBits),
               "What a reciprocal is too large by, up to the rate in 2^36, must not add up to one.");
 
@@ -326,7 +327,7 @@ void WriteUsualFrames(label::Writer inWriter, std::uint32_t inFrames, std::uint3
   constexpr char16_t kSeparator = kIsDropFrame ? u';' : u':';
   const UsualFields fields = kIsDropFrame ? SplitUsualDropFrames(inFrames, inTimecodeFPS)
                                           : SplitUsualFrames(inFrames, inTimecodeFPS);
-  inWriter.Digits(fields.hours, kHourDigits);
+  label::WriteDigits<kHourDigits>(inWriter, fields.hours);
   inWriter.Unit(kSeparator);
   inWriter.Pair(fields.minutes);
   inWriter.Unit(kSeparator);
@@ -436,8 +437,8 @@ std::int32_t HundredthsPastSecond(std::int64_t inMagnitude, std::int64_t inWhole
       Divide<std::int64_t>(Multiply<std::int64_t>(rest, 100), inSampleRate));
 }
 
-/// A clock display that is written nearly always: a fraction is shown, and less than 100 hours have
-/// passed, with a positive sample rate.
+/// A clock display that is written nearly always: a fraction is shown, the hours have at most three
+/// digits, and the sample rate is positive.
 struct UsualClock {
   bool isNegative;
   std::uint32_t hours;
@@ -458,22 +459,12 @@ struct UsualClock {
   /// \return false, with nothing written, for a text of another length.
   bool Overwrite(UTF16String& outString) const {
     if (hours >= 10) {
-      return label::Overwrite(outString, [this, hundredths = PastSecond(100, 0)](auto& sink) {
-        if (isNegative) sink.Unit(u'-');
-        sink.Pair(hours);
-        WriteMinutesAndSeconds(sink);
-        sink.Pair(hundredths);
-      });
+      const std::uint32_t hundredths = PastSecond(100, 0);
+      return hours < 100 ? OverwriteHours<2, 2>(outString, hundredths)
+                         : OverwriteHours<3, 2>(outString, hundredths);
     }
     const std::uint32_t milliseconds = PastSecond(1000, 500);
-    if (hours > 0) {
-      return label::Overwrite(outString, [=, this](auto& sink) {
-        if (isNegative) sink.Unit(u'-');
-        sink.Digit(hours);
-        WriteMinutesAndSeconds(sink);
-        sink.Digits(milliseconds, 3);
-      });
-    }
+    if (hours > 0) return OverwriteHours<1, 3>(outString, milliseconds);
     return label::Overwrite(outString, [=, this](auto& sink) {
       sink.Unit(u' ');
       sink.Unit(u' ');
@@ -486,7 +477,7 @@ struct UsualClock {
       sink.Unit(u':');
       sink.Pair(seconds);
       sink.Unit(u'.');
-      sink.Digits(milliseconds, 3);
+      label::WriteDigits<3>(sink, milliseconds);
     });
   }
 
@@ -498,13 +489,18 @@ struct UsualClock {
     return static_cast<std::uint32_t>(static_cast<double>(units) / sampleRate);
   }
 
-  template <class Sink>
-  void WriteMinutesAndSeconds(Sink& ioSink) const {
-    ioSink.Unit(u':');
-    ioSink.Pair(minutes);
-    ioSink.Unit(u':');
-    ioSink.Pair(seconds);
-    ioSink.Unit(u'.');
+  template <int kHourDigits, int kFractionDigits>
+  bool OverwriteHours(UTF16String& outString, std::uint32_t inFraction) const {
+    return label::Overwrite(outString, [=, this](auto& sink) {
+      if (isNegative) sink.Unit(u'-');
+      label::WriteDigits<kHourDigits>(sink, hours);
+      sink.Unit(u':');
+      sink.Pair(minutes);
+      sink.Unit(u':');
+      sink.Pair(seconds);
+      sink.Unit(u'.');
+      label::WriteDigits<kFractionDigits>(sink, inFraction);
+    });
   }
 };
 
@@ -547,12 +543,11 @@ void ConvertSamplesToDecimalTimecode(UTF16String& outString, std::int64_t inSamp
                                      std::int32_t inSampleRate, bool inWholeSeconds) {
   if (inSampleRate == 0) return WriteZero(outString);
 
-  constexpr std::int64_t kHundredHours = std::int64_t{100} * 60 * 60;
   const bool isNegative = inSamples < 0;
   const std::int64_t magnitude = Magnitude(inSamples);
   const std::int64_t wholeSeconds = Divide<std::int64_t>(magnitude, inSampleRate);
   const bool isUsual =
-      !inWholeSeconds && inSampleRate > 0 && magnitude >= 0 && wholeSeconds < kHundredHours;
+      !inWholeSeconds && inSampleRate > 0 && magnitude >= 0 && wholeSeconds < 10 * kHundredHours;
   if (isUsual &&
       UsualClock(isNegative, magnitude, inSampleRate, static_cast<std::uint32_t>(wholeSeconds))
           .Overwrite(outString)) {
@@ -565,55 +560,69 @@ void ConvertSamplesToDecimalTimecode(UTF16String& outString, std::int64_t inSamp
 
 namespace {
 
-/// The six significant digits of a positive number of milliseconds, rounded half to even.
+/// Tenths of a millisecond below this show all their digits.
+constexpr std::uint64_t kAllDigitsShow = 1000000;
+
+template <class Sink>
+void ComposeTenths(Sink& ioSink, std::uint32_t inTenths) {
+  const std::uint32_t whole = inTenths / 10;
+  ioSink.Digits(whole, label::DigitCount(whole));
+  if (inTenths % 10 == 0) return;
+  ioSink.Unit(u'.');
+  ioSink.Digit(inTenths % 10);
+}
+
+/// A number of milliseconds rounded half to even to six significant digits, of which those behind
+/// the first show without zeros at their end where an exponent shows.
 struct SixDigits {
   std::uint32_t digits;
   int exponent;  ///< the power of ten of the first digit
+  int decimalCount = 5;
+  std::uint32_t decimals = 0;
+
+  /// \param inTenths at least kAllDigitsShow.
+  explicit SixDigits(std::uint64_t inTenths) : exponent(label::DigitCount(inTenths) - 2) {
+    const std::uint64_t unit = label::PowerOfTen(exponent - 4);
+    const std::uint64_t rest = 2 * (inTenths % unit);
+    digits = static_cast<std::uint32_t>(inTenths / unit);
+    if (rest > unit || (rest == unit && digits % 2 != 0)) ++digits;
+    if (digits == 1000000) {
+      digits = 100000;
+      ++exponent;
+    }
+    decimals = digits % 100000;
+    for (; decimalCount > 0 && decimals % 10 == 0; --decimalCount) decimals /= 10;
+  }
 };
 
-SixDigits RoundToSixDigits(std::uint64_t inTenths) {
-  const int digitCount = label::DigitCount(inTenths);
-  std::uint64_t unit = 1;
-  for (int dropped = digitCount - 6; dropped > 0; --dropped) unit *= 10;
-  std::uint64_t digits = inTenths / unit;
-  const std::uint64_t rest = 2 * (inTenths % unit);
-  if (rest > unit || (rest == unit && digits % 2 != 0)) ++digits;
-  if (digits == 1000000) return {100000, digitCount - 1};
-  return {static_cast<std::uint32_t>(digits), digitCount - 2};
+template <class Sink>
+void ComposeSixDigits(Sink& ioSink, const SixDigits& inNumber) {
+  if (inNumber.exponent < 6) return label::WriteDigits<6>(ioSink, inNumber.digits);
+  ioSink.Digit(inNumber.digits / 100000);
+  if (inNumber.decimalCount > 0) {
+    ioSink.Unit(u'.');
+    ioSink.Digits(inNumber.decimals, inNumber.decimalCount);
+  }
+  ioSink.Unit(u'e');
+  ioSink.Unit(u'+');
+  ioSink.Pair(static_cast<std::uint32_t>(inNumber.exponent));
 }
 
 /// Writes whole tenths of a millisecond in general notation with six significant digits, as a
 /// stream writes the double nearest to them; exact below 10^15 tenths, where that double never
 /// changes a digit.
-template <class Sink>
-void ComposeTenths(Sink& ioSink, std::int64_t inTenths) {
-  constexpr std::uint64_t kAllDigitsShow = 1000000;
-  if (inTenths < 0) ioSink.Unit(u'-');
-  const std::uint64_t tenths = label::MagnitudeOf(inTenths);
-  if (tenths < kAllDigitsShow) {
-    const auto whole = static_cast<std::uint32_t>(tenths / 10);
-    ioSink.Digits(whole, label::DigitCount(whole));
-    if (tenths % 10 != 0) {
-      ioSink.Unit(u'.');
-      ioSink.Digits(static_cast<std::uint32_t>(tenths % 10), 1);
-    }
-    return;
+void WriteTenths(UTF16String& outString, std::int64_t inTenths) {
+  const std::uint64_t magnitude = label::MagnitudeOf(inTenths);
+  const auto replace = [&](const auto& compose) {
+    label::Replace(outString, [&](auto& sink) {
+      if (inTenths < 0) sink.Unit(u'-');
+      compose(sink);
+    });
+  };
+  if (magnitude < kAllDigitsShow) {
+    return replace([=](auto& sink) { ComposeTenths(sink, static_cast<std::uint32_t>(magnitude)); });
   }
-
-  SixDigits number = RoundToSixDigits(tenths);
-  if (number.exponent < 6) return ioSink.Digits(number.digits, 6);
-  int decimals = 5;
-  for (; decimals > 0 && number.digits % 10 == 0; --decimals) number.digits /= 10;
-  std::uint32_t unit = 1;
-  for (int digit = 0; digit < decimals; ++digit) unit *= 10;
-  ioSink.Digits(number.digits / unit, 1);
-  if (decimals > 0) {
-    ioSink.Unit(u'.');
-    ioSink.Digits(number.digits % unit, decimals);
-  }
-  ioSink.Unit(u'e');
-  ioSink.Unit(u'+');
-  ioSink.Digits(static_cast<std::uint32_t>(number.exponent), 2);
+  replace([number = SixDigits(magnitude)](auto& sink) { ComposeSixDigits(sink, number); });
 }
 
 [[gnu::cold, gnu::noinline]] void WriteByStream(UTF16String& outString, double inValue) {
@@ -628,8 +637,7 @@ void ComposeTenths(Sink& ioSink, std::int64_t inTenths) {
   const double rounded = static_cast<double>(inSamples) * 10000.0 / inSampleRate + 0.5;
   const double tenths = rounded - Fraction(rounded);
   if (std::fabs(tenths) < kExactTenths) {
-    const auto whole = static_cast<std::int64_t>(tenths);
-    label::Replace(outString, [=](auto& sink) { ComposeTenths(sink, whole); });
+    WriteTenths(outString, static_cast<std::int64_t>(tenths));
   } else {
     WriteByStream(outString, tenths * 0.1);
   }
@@ -1013,24 +1021,31 @@ constexpr std::int64_t kSurelySmall = std::int64_t{1} << 61;
   return Divide(Add(product, Subtract<std::int64_t>(divisor, 1)), divisor);
 }
 
-/// Reads a label as displays write it: four fields of two digits with a unit between them.
+/// Reads a label as displays write it: four fields of two digits, or three for the hours, with a
+/// unit between them.
 bool ReadFullLabel(const UTF16String& inString, ParsedTimeCode& outLabel) {
-  const char16_t* const units = inString.data();
+  const std::size_t longHoursUnits = inString.size() - kFullLabelUnits;
+  if (longHoursUnits > 1) return false;
+  const char16_t* const units = inString.data() + longHoursUnits;
   const auto separates = [=](std::size_t place) {
     return !number::IsDigit(units[place]) && units[place] != u'.';
   };
-  if (inString.size() != kFullLabelUnits || !separates(2) || !separates(5) || !separates(8)) {
-    return false;
-  }
+  if (!separates(2) || !separates(5) || !separates(8)) return false;
 
   bool areDigits = true;
-  const auto field = [&](std::size_t place) {
-    const auto tens = static_cast<std::uint32_t>(units[place]) - u'0';
-    const auto ones = static_cast<std::uint32_t>(units[place + 1]) - u'0';
-    areDigits &= tens < 10 && ones < 10;
-    return static_cast<int>(10 * tens + ones);
+  const auto digit = [&](char16_t unit) {
+    const auto value = static_cast<std::uint32_t>(unit) - u'0';
+    areDigits &= value < 10;
+    return static_cast<int>(value);
   };
-  outLabel = {.hours = field(0), .minutes = field(3), .seconds = field(6), .frames = field(9)};
+  const auto field = [&](std::size_t place) {
+    return 10 * digit(units[place]) + digit(units[place + 1]);
+  };
+  const int hundredsOfHours = longHoursUnits == 0 ? 0 : digit(inString.front());
+  outLabel = {.hours = 100 * hundredsOfHours + field(0),
+              .minutes = field(3),
+              .seconds = field(6),
+              .frames = field(9)};
   return areDigits;
 }
 
@@ -1042,7 +1057,7 @@ bool ReadUsualSMPTE(std::int64_t& outSamples, const UTF16String& inString,
                     bool inDropFrame) {
   ParsedTimeCode label;
   const bool isUsualRate = inDropFrame ? inTimecodeFPS == 30 || inTimecodeFPS == 60
-                                       : inTimecodeFPS > 0 && inTimecodeFPS <= 1000;
+                                       : inTimecodeFPS > 0 && inTimecodeFPS <= kLargestUsualRate;
   if (!ReadFullLabel(inString, label) || !isUsualRate || inSampleRate < 0) return false;
 
   const auto countAt = [&label](std::int32_t dropFrameRate) {

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <random>
 #include <string>
@@ -111,15 +112,17 @@ TEST(SMPTEDisplay, PadsTrimsAndSignsItsFields) {
   EXPECT_FALSE(ConvertSamplesToTimecode(text, 1, 48000, kTimecodeFormat_SMPTE, 0, nullptr, false));
 }
 
-TEST(SMPTEDisplay, WritesTheSameOverATextOfAnyLength) {
+TEST(SMPTE, WritesTheSameOverATextOfAnyLengthAndReadsItBack) {
   // The seconds after which a field carries, or the hours get a digit; fewer in drop-frame.
-  constexpr std::int64_t kCarries[] = {0, 60, 3600, 359640, 360000, 3596400, 3600000, 36000000};
+  constexpr std::int64_t kCarries[] = {0, 60, 3600, 359640, 360000, 3596400, 3600000, 10000000};
   const auto check = [](std::int64_t samples, std::int32_t fps, unsigned flags) {
     const std::string expected = SMPTE(samples, 1000 * fps, fps, flags);
     for (const std::size_t length : {expected.size() - 1, expected.size(), expected.size() + 1}) {
       EXPECT_EQ(SMPTE(samples, 1000 * fps, fps, flags, UTF16String(length, u'?')), expected)
           << samples << ' ' << fps << ' ' << flags << ' ' << length;
     }
+    const unsigned readFlags = flags == kDrop ? kDrop | kPulldown : flags;
+    EXPECT_EQ(Read(Wide(expected), 1000 * fps, fps, readFlags), std::abs(samples)) << expected;
   };
   for (std::int32_t fps = 1; fps <= 120; ++fps) {
     for (const unsigned flags : {kPlain, kPulldown, kDrop}) {
