@@ -322,7 +322,8 @@ UsualFields SplitUsualDropFrames(std::uint32_t inFrames, std::uint32_t inTimecod
 
 /// \tparam kHourDigits 2 or 3, as many as the hours have.
 template <SMPTEDisplay kDisplay, int kHourDigits>
-void WriteUsualFrames(label::Writer inWriter, std::uint32_t inFrames, std::uint32_t inTimecodeFPS) {
+[[gnu::always_inline]] inline void WriteUsualFrames(label::Writer inWriter, std::uint32_t inFrames,
+                                                    std::uint32_t inTimecodeFPS) {
   constexpr bool kIsDropFrame = kDisplay == kDropFrame;
   constexpr char16_t kSeparator = kIsDropFrame ? u';' : u':';
   const UsualFields fields = kIsDropFrame ? SplitUsualDropFrames(inFrames, inTimecodeFPS)
@@ -360,7 +361,7 @@ bool OverwriteFullLabel(char16_t* outUnits, std::size_t inLength, std::uint64_t 
   // Of a thousand labels drop-frame counting leaves out one.
   const std::uint32_t framesOfHundredHours =
       (kIsDropFrame ? kHundredHours / 1000 * 999 : kHundredHours) * fps;
-  if (wholeFrames < framesOfHundredHours) [[likely]] {
+  if (wholeFrames < framesOfHundredHours) {
     if (inLength != kFullLabelUnits) return false;
     WriteUsualFrames<kDisplay, 2>(label::Writer(outUnits), frames, fps);
     return true;
