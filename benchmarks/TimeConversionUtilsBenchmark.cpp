@@ -353,7 +353,7 @@ void AddReadings() {
   AddReadingFormat("29 frames to samples", kTimecodeFormat_Frames, &ScanNumber<kRate / kFps>);
 }
 
-/// The cost of a display does not depend on where the position lies.
+/// The cost of a display hardly depends on where the position lies.
 void AddRange() {
   const struct {
     const char* row;

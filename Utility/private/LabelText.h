@@ -50,8 +50,8 @@ constexpr int DigitCount(Int inValue) {
 /// Tells whether a number has so many digits, which is faster than to count them.
 template <std::unsigned_integral Int>
 constexpr bool HasDigits(Int inValue, std::size_t inCount) {
-  return inCount - 1 < kPowersOfTen.size() - 1 && (inValue | Int{1}) >= kPowersOfTen[inCount - 1] &&
-         inValue < kPowersOfTen[inCount];
+  return inCount >= 1 && inCount < kPowersOfTen.size() &&
+         (inValue | Int{1}) >= kPowersOfTen[inCount - 1] && inValue < kPowersOfTen[inCount];
 }
 
 /// The two digits of every number below 100.
@@ -96,7 +96,7 @@ class Writer {
     fNext += 2;
   }
 
-  /// Writes the last digits of a number, zeros where it has fewer.
+  /// Writes a number of at most so many digits, with zeros in front where it has fewer.
   template <std::unsigned_integral Int>
   void Digits(Int inValue, int inCount) {
     char16_t* end = fNext += inCount;
@@ -136,7 +136,7 @@ class Writer {
   char16_t* fNext;
 };
 
-/// Writes a number of at most so many digits, with zeros in front where it has fewer.
+/// Writes a number of at most a fixed count of digits, with zeros in front where it has fewer.
 template <int kCount, class Sink>
 constexpr void WriteDigits(Sink& ioSink, std::uint32_t inValue) {
   if constexpr (kCount == 1) {

@@ -102,6 +102,7 @@ void WriteDropFrameLabel(UTF16String& outString, bool inIsNegative,
 /// What a display shows: the flags of the exported function in one word.
 enum SMPTEDisplay : unsigned {
   kFullLabel = 0,
+  kNominalRate = 0,
   kDropFrame = 1u << 0,
   kPulldown = 1u << 1,
   kFramesOnly = 1u << 2,
@@ -225,7 +226,7 @@ bool IsUncountable(std::int32_t inSampleRate, std::int32_t inTimecodeFPS, unsign
   return false;
 }
 
-/// \tparam kRate kPulldown or kDropFrame for the pulled-down rate.
+/// \tparam kRate kNominalRate, or kPulldown or kDropFrame for the pulled-down rate.
 template <SMPTEDisplay kRate>
 bool WriteFrameCount(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate,
                      std::int32_t inTimecodeFPS) {
@@ -255,7 +256,7 @@ bool WriteFrameCount(UTF16String& outString, std::int64_t inSamples, std::int32_
   if ((inDisplay & kFramesOnly) != 0) {
     const auto write = isDropFrame    ? &WriteFrameCount<kDropFrame>
                        : isPulledDown ? &WriteFrameCount<kPulldown>
-                                      : &WriteFrameCount<kFullLabel>;
+                                      : &WriteFrameCount<kNominalRate>;
     return write(outString, inSamples, inSampleRate, inTimecodeFPS);
   }
 
@@ -270,7 +271,7 @@ bool WriteFrameCount(UTF16String& outString, std::int64_t inSamples, std::int32_
     const int framesWidth = DivisionWidth(inTimecodeFPS);
     const std::int32_t hundredths =
         (inDisplay & kShowSubframes) != 0 ? ratio.HundredthsOfFrame() : 0;
-    // By reference: a copy of the fields would wait for their values to reach memory.
+    // By reference: the wide loads of a copy would wait for the narrow stores just before them.
     label::Replace(outString, [&](auto& sink) {
       ComposeFields(sink, fields, inDisplay, isNegative, framesWidth, hundredths);
     });
@@ -286,10 +287,11 @@ struct UsualFields {
   std::uint32_t frames;
 };
 
-/// In seconds. Usual labels have fewer than ten times as many hours.
+/// In seconds: the length of a label changes at the one, and ends to be usual at the other.
 constexpr std::uint32_t kHundredHours = 100 * 3600;
+constexpr std::uint32_t kThousandHours = 10 * kHundredHours;
 
-/// The largest frame rate whose frames have two digits.
+/// The largest frame rate whose frames have two digits, and with which nothing wraps in 32 bits.
 constexpr std::int32_t kLargestUsualRate = 100;
 
 /// Multiplied by these, a usual frame count is divided by a usual rate: a division by a variable
@@ -301,7 +303,7 @@ constexpr auto kReciprocals = [] {
     reciprocals[rate] = (std::uint64_t{1} << kReciprocalBits) / rate + 1;
   return reciprocals;
 }();
-static_assert(std::uint64_t{10} * kHundredHours * kLargestUsualRate * kLargestUsualRate <=
+static_assert(std::uint64_t{kThousandHours} * kLargestUsualRate * kLargestUsualRate <=
                   (std::uint64_t{1} << kReciprocalBits),
               "What a reciprocal is too large by, up to the rate in 2^36, must not add up to one.");
 
@@ -311,6 +313,10 @@ UsualFields SplitUsualFrames(std::uint32_t inFrames, std::uint32_t inTimecodeFPS
   const std::uint32_t minutes = seconds / 60;
   const std::uint32_t hours = seconds / 3600;
   return {hours, minutes - hours * 60, seconds - minutes * 60, inFrames - seconds * inTimecodeFPS};
+}
+
+constexpr bool HasDropFrameLabels(std::int32_t inTimecodeFPS) {
+  return inTimecodeFPS == 30 || inTimecodeFPS == 60;
 }
 
 /// \param inTimecodeFPS 30 or 60.
@@ -349,9 +355,10 @@ bool OverwriteFullLabel(char16_t* outUnits, std::size_t inLength, std::uint64_t 
   constexpr bool kIsDropFrame = kDisplay == kDropFrame;
   constexpr std::uint32_t kFactor = kDisplay == kFullLabel ? 1 : 1000;
   constexpr std::uint64_t kDivisor = kDisplay == kFullLabel ? 1 : 1001;
-  constexpr std::uint64_t kTooManySamples = std::uint64_t{1} << 46;  // with factor and rate 2^63
+  constexpr std::uint64_t kTooManySamples = std::uint64_t{1} << 46;
+  static_assert(kTooManySamples <= (std::uint64_t{1} << 63) / (kFactor * kLargestUsualRate));
   const bool isUsualRate =
-      kIsDropFrame ? inTimecodeFPS == 30 || inTimecodeFPS == 60 : DivisionWidth(inTimecodeFPS) == 2;
+      kIsDropFrame ? HasDropFrameLabels(inTimecodeFPS) : DivisionWidth(inTimecodeFPS) == 2;
   if (!isUsualRate || inSampleRate <= 0 || inSamples >= kTooManySamples) return false;
 
   const auto fps = static_cast<std::uint32_t>(inTimecodeFPS);
@@ -371,7 +378,8 @@ bool OverwriteFullLabel(char16_t* outUnits, std::size_t inLength, std::uint64_t 
   return true;
 }
 
-/// Writes the full labels that are not a usual position's from 0 on, or not of their text's length.
+/// Writes the full labels that the usual way leaves: those of positions below 0 are a sign and the
+/// label of the magnitude, which may be usual again; all else goes the general way.
 template <SMPTEDisplay kDisplay>
 [[gnu::noinline]] bool WriteOtherFullLabel(UTF16String& outString, std::int64_t inSamples,
                                            std::int32_t inSampleRate, std::int32_t inTimecodeFPS) {
@@ -388,7 +396,7 @@ template <SMPTEDisplay kDisplay>
 template <SMPTEDisplay kDisplay>
 bool WriteFullLabel(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate,
                     std::int32_t inTimecodeFPS) {
-  // A position below 0 is none of the usual ones of 64 bits without a sign.
+  // Without its sign bit read as one, a position below 0 is 2^63 or more, which is never usual.
   return OverwriteFullLabel<kDisplay>(outString.data(), outString.size(),
                                       static_cast<std::uint64_t>(inSamples), inSampleRate,
                                       inTimecodeFPS) ||
@@ -516,8 +524,9 @@ struct UsualClock {
   const std::int64_t wholeMinutes = inWholeSeconds / 60;
   const std::int64_t hours = wholeMinutes / 60;
   const auto fraction =
-      hours >= 10 ? field(HundredthsPastSecond(inMagnitude, inWholeSeconds, inSampleRate), 2)
-                  : field(MillisecondsPastSecond(inMagnitude, inWholeSeconds, inSampleRate), 3);
+      !inShowsFraction ? field(0, 1)
+      : hours >= 10    ? field(HundredthsPastSecond(inMagnitude, inWholeSeconds, inSampleRate), 2)
+                    : field(MillisecondsPastSecond(inMagnitude, inWholeSeconds, inSampleRate), 3);
   label::Replace(outString, [=](auto& sink) {
     if (hours <= 0) {
       sink.Unit(u' ');
@@ -548,7 +557,7 @@ void ConvertSamplesToDecimalTimecode(UTF16String& outString, std::int64_t inSamp
   const std::int64_t magnitude = Magnitude(inSamples);
   const std::int64_t wholeSeconds = Divide<std::int64_t>(magnitude, inSampleRate);
   const bool isUsual =
-      !inWholeSeconds && inSampleRate > 0 && magnitude >= 0 && wholeSeconds < 10 * kHundredHours;
+      !inWholeSeconds && inSampleRate > 0 && magnitude >= 0 && wholeSeconds < kThousandHours;
   if (isUsual &&
       UsualClock(isNegative, magnitude, inSampleRate, static_cast<std::uint32_t>(wholeSeconds))
           .Overwrite(outString)) {
@@ -629,7 +638,7 @@ void WriteTenths(UTF16String& outString, std::int64_t inTenths) {
 [[gnu::cold, gnu::noinline]] void WriteByStream(UTF16String& outString, double inValue) {
   plinth::oUTF16StringStream stream;
   stream << inValue;
-  outString = stream.str();
+  outString.assign(stream.view());
 }
 
 [[gnu::noinline]] bool WriteMilliseconds(UTF16String& outString, std::int64_t inSamples,
@@ -708,7 +717,8 @@ MusicalTime SplitBeats(double inBeats, const BeatInfo& inBeatInfo, bool inIsDura
     time.ticks = Fraction(time.beats) * ticksPerBeat;
     time.tick = TruncateTo<std::int32_t>(time.ticks);
     if (time.tick == ticksPerBeat) [[unlikely]] {
-      // So close below a whole beat that the product rounded up: that beat it is.
+      // So close below a whole beat that the product rounded up, which only another rounding mode
+      // than to nearest does: that beat it is.
       time.tick = 0;
       time.ticks = 0.0;
       time.beats += 1.0 / ticksPerBeat;
@@ -724,8 +734,8 @@ MusicalTime SplitBeats(double inBeats, const BeatInfo& inBeatInfo, bool inIsDura
 }
 
 /// Writes bar, beat and tick of nearly every display over a text of the same length: from the zero
-/// point on, and with fewer than ten beats to a bar.
-/// \return false, with nothing written, for a text of another length and for any other time.
+/// point on, and with fewer than ten beats to a bar: to allow for a second digit would cost a
+/// tenth. \return false, with nothing written, for a text of another length and for any other time.
 bool OverwriteUsualMusicalTime(UTF16String& outString, double inBeats, const BeatInfo& inBeatInfo,
                                bool inIsDuration) {
   constexpr double kFarAway = std::numeric_limits<std::int32_t>::max();
@@ -737,13 +747,14 @@ bool OverwriteUsualMusicalTime(UTF16String& outString, double inBeats, const Bea
   }
   const auto wholeBeats = static_cast<std::int32_t>(inBeats);
   const auto tick = static_cast<std::int32_t>((inBeats - wholeBeats) * ticksPerBeat);
-  if (tick == ticksPerBeat) return false;  // rounded up to the next beat
+  if (tick == ticksPerBeat) return false;  // a host may have told its processor to round upward
   const auto wholeBars = static_cast<std::uint32_t>(wholeBeats / beatsPerBar);
   const auto beat = static_cast<std::uint32_t>(wholeBeats % beatsPerBar);
 
   const std::uint32_t first = inIsDuration ? 0 : 1;
   const std::uint32_t bar = wholeBars + first;
   const int tickWidth = DivisionWidth(ticksPerBeat);
+  // Of a text too short this is a number of digits that no number has.
   const std::size_t barWidth = outString.size() - 3 - static_cast<std::size_t>(tickWidth);
   if (!label::HasDigits(bar, barWidth)) return false;
   label::Writer writer(outString.data());
@@ -807,12 +818,9 @@ bool OverwriteUsualMusicalTime(UTF16String& outString, double inBeats, const Bea
 
 bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, double inSampleRate,
                                   const BeatInfo& inBeatInfo, bool inIsDuration, int inPrecision) {
-  const auto write = [&](double samples) {
-    return WriteMusicalTime(outString, samples, inSampleRate, inBeatInfo, inIsDuration,
-                            inPrecision);
-  };
-  if (inIsDuration || !HasOffset(inSampleRate, inBeatInfo)) return write(inSamples);
-  return write(inSamples - OffsetInSamples(inSampleRate, inBeatInfo));
+  const double offset = inIsDuration ? 0.0 : OffsetInSamples(inSampleRate, inBeatInfo);
+  return WriteMusicalTime(outString, inSamples - offset, inSampleRate, inBeatInfo, inIsDuration,
+                          inPrecision);
 }
 
 void ConvertSamplesToBeats(UTF16String& outString, std::int64_t inSamples,
@@ -877,7 +885,7 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
       return ConvertSamplesToBarsAndBeats(outString, static_cast<double>(inSamples), inSampleRate,
                                           *inBeatInfo, inIsDuration, 2);
     case kTimecodeFormat_Frames:
-      return write(&WriteFrameCount<kFullLabel>);
+      return write(&WriteFrameCount<kNominalRate>);
     case kTimecodeFormat_PulldownFrames:
       return write(&WriteFrameCount<kDropFrame>);
     case kTimecodeFormat_CompactSubframes:
@@ -1022,16 +1030,14 @@ constexpr std::int64_t kSurelySmall = std::int64_t{1} << 61;
   return Divide(Add(product, Subtract<std::int64_t>(divisor, 1)), divisor);
 }
 
-/// Reads a label as displays write it: four fields of two digits, or three for the hours, with a
-/// unit between them.
+/// Reads a label as displays write it: four fields of two digits with a unit between them, and in
+/// front a third digit of the hours or a sign, which means nothing here.
 bool ReadFullLabel(const UTF16String& inString, ParsedTimeCode& outLabel) {
-  const std::size_t longHoursUnits = inString.size() - kFullLabelUnits;
-  if (longHoursUnits > 1) return false;
-  const char16_t* const units = inString.data() + longHoursUnits;
-  const auto separates = [=](std::size_t place) {
-    return !number::IsDigit(units[place]) && units[place] != u'.';
-  };
-  if (!separates(2) || !separates(5) || !separates(8)) return false;
+  const bool hasUnitInFront = inString.size() == kFullLabelUnits + 1;
+  if (inString.size() != kFullLabelUnits && !hasUnitInFront) return false;
+  const char16_t* const units = inString.data() + (hasUnitInFront ? 1 : 0);
+  const auto separates = [](char16_t unit) { return !number::IsDigit(unit) && unit != u'.'; };
+  if (!separates(units[2]) || !separates(units[5]) || !separates(units[8])) return false;
 
   bool areDigits = true;
   const auto digit = [&](char16_t unit) {
@@ -1042,11 +1048,9 @@ bool ReadFullLabel(const UTF16String& inString, ParsedTimeCode& outLabel) {
   const auto field = [&](std::size_t place) {
     return 10 * digit(units[place]) + digit(units[place + 1]);
   };
-  const int hundredsOfHours = longHoursUnits == 0 ? 0 : digit(inString.front());
-  outLabel = {.hours = 100 * hundredsOfHours + field(0),
-              .minutes = field(3),
-              .seconds = field(6),
-              .frames = field(9)};
+  outLabel = {.hours = field(0), .minutes = field(3), .seconds = field(6), .frames = field(9)};
+  if (hasUnitInFront && !separates(inString.front()))
+    outLabel.hours += 100 * digit(inString.front());
   return areDigits;
 }
 
@@ -1057,7 +1061,7 @@ bool ReadUsualSMPTE(std::int64_t& outSamples, const UTF16String& inString,
                     std::int32_t inSampleRate, std::int32_t inTimecodeFPS, bool inPulldown,
                     bool inDropFrame) {
   ParsedTimeCode label;
-  const bool isUsualRate = inDropFrame ? inTimecodeFPS == 30 || inTimecodeFPS == 60
+  const bool isUsualRate = inDropFrame ? HasDropFrameLabels(inTimecodeFPS)
                                        : inTimecodeFPS > 0 && inTimecodeFPS <= kLargestUsualRate;
   if (!ReadFullLabel(inString, label) || !isUsualRate || inSampleRate < 0) return false;
 

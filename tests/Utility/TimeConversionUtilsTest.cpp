@@ -190,6 +190,9 @@ TEST(Parser, ReadsLeniently) {
       {"abc", 0},
       {".", 0},
       {"-5", 5000},
+      {"-00:00:05:00", 5000},
+      {"x00:00:05:00", 5000},
+      {".00:00:05:00", 0},
       {" 12 34", 46000},
       {"1:2:3:4:5:6", 7389000},
       {"1:2:3:4:5.5", 7389000},
@@ -212,6 +215,8 @@ TEST(Reading, TakesTheEstimateForLargeDividends) {
   // Known to be a sample late; the contract has it so.
   EXPECT_EQ(Read(u"1:40:00:00.000000000", 48000, 30), 288000001);
   EXPECT_EQ(Read(u"1:40:00:00.0", 48000, 30), 288000000);
+  EXPECT_EQ(Read(u"36:06:40:00", std::numeric_limits<std::int32_t>::max(), 30, kPulldown),
+            279452046984111);
 }
 
 TEST(MillisecondsDisplay, EqualsTheStreamsGeneralNotation) {
@@ -253,8 +258,7 @@ TEST(BeatsDisplay, MirrorsCountsBelowZero) {
 }
 
 std::string BarsAndBeats(double inSamples, const BeatInfo& inBeats, bool inIsDuration,
-                         int inPrecision) {
-  UTF16String text = u"keep";
+                         int inPrecision, UTF16String text = u"keep") {
   ConvertSamplesToBarsAndBeats(text, inSamples, 48000.0, inBeats, inIsDuration, inPrecision);
   return Shown(text);
 }
@@ -269,6 +273,25 @@ TEST(BarsAndBeatsDisplay, CarriesAndShowsFractionsOfABeat) {
     EXPECT_EQ(BarsAndBeats(-36013, decimal, true, precision), "-1:2.498");
   }
   EXPECT_EQ(BarsAndBeats(36013, decimal, false, 3), "1:2.500.000");
+}
+
+TEST(BarsAndBeatsDisplay, WritesTheSameOverATextOfAnyLength) {
+  for (const std::int32_t beatsPerBar : {1, 4, 9, 10, 12, 99, 100, 101}) {
+    for (const std::int32_t ticks : {1, 10, 11, 960, 10000, 10001}) {
+      const BeatInfo beats{ticks, 120.0, beatsPerBar, 4, 0.0};
+      for (const int beat : {0, 8, 9, 10, 98, 99, 100, 999, 1000, 9999}) {
+        const double samples = beat * 24000 + 23999.9;
+        for (const bool isDuration : {false, true}) {
+          const std::string expected = BarsAndBeats(samples, beats, isDuration, 2);
+          const std::size_t size = expected.size();
+          for (const std::size_t length : {std::size_t{0}, size - 1, size, size + 1}) {
+            EXPECT_EQ(BarsAndBeats(samples, beats, isDuration, 2, UTF16String(length, u'?')),
+                      expected);
+          }
+        }
+      }
+    }
+  }
 }
 
 TEST(BarsAndBeats, ReadBackAsTheStartOfTheirTick) {
@@ -418,7 +441,8 @@ TEST(Heap, IsLeftAloneByEveryConversion) {
     const auto before = test::heap::AllocationCount();
     for (beats.iTicksPerBeat = -1; beats.iTicksPerBeat < 961; beats.iTicksPerBeat += 961) {
       std::int64_t samples = 0;
-      for (const std::int64_t position : {std::int64_t{-123456789}, std::int64_t{4147200000000}}) {
+      for (const std::int64_t position :
+           {std::int64_t{-123456789}, std::int64_t{4147200000000}, kLargest}) {
         ConvertSamplesToTimecode(text, position, 48000, named, 30, &beats, false);
       }
       ConvertTimecodeToSamples(samples, typed, named, 48000, 30, &beats, false);

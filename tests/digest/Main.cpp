@@ -42,12 +42,13 @@ std::string Results(const ExportedCall& inCall, std::uint64_t inSeed, Fields* ou
   DrawnArguments arguments(inSeed, outTrace);
   const Fields fields = inCall.call(arguments);
   const std::string results = Joined(fields) + sReports;
-  const bool replacesText = fields.back().front() == '"' && !fields.back().starts_with("\"keep");
+  const std::string& text = fields.back();
+  const bool replacesText = text.size() > 2 && text[0] == '"' && !text.starts_with("\"keep");
   if (!replacesText) return results;
 
-  // Over a text of the same length a label is written in a way of its own.
+  // Over a text of the same length a label is written in a way of its own; not over those beside.
   DrawnArguments again(inSeed);
-  again.oldText.assign(fields.back().size() - 2, u'?');
+  again.oldText.assign(text.size() - 3 + inSeed % 3, u'?');
   const Fields overwritten = inCall.call(again);
   return overwritten == fields ? results : results + "\toverwritten: " + Joined(overwritten);
 }
