@@ -734,8 +734,9 @@ MusicalTime SplitBeats(double inBeats, const BeatInfo& inBeatInfo, bool inIsDura
 }
 
 /// Writes bar, beat and tick of nearly every display over a text of the same length: from the zero
-/// point on, and with fewer than ten beats to a bar: to allow for a second digit would cost a
-/// tenth. \return false, with nothing written, for a text of another length and for any other time.
+/// point on, and with fewer than ten beats to a bar;
+/// two digits for the beat would cost a fifth more.
+/// \return false, with nothing written, for a text of another length and for any other time.
 bool OverwriteUsualMusicalTime(UTF16String& outString, double inBeats, const BeatInfo& inBeatInfo,
                                bool inIsDuration) {
   constexpr double kFarAway = std::numeric_limits<std::int32_t>::max();
@@ -975,12 +976,29 @@ int UnitCount(const char16_t* inUnit, const char16_t* inEnd) {
   return parsed;
 }
 
+std::int64_t RoundUp(std::int64_t inProduct, std::int64_t inDivisor) {
+  return Divide(Add(inProduct, Subtract<std::int64_t>(inDivisor, 1)), inDivisor);
+}
+
 /// The position, rounded up, is (factor × position in fractions of a frame + divisor - 1) /
 /// divisor. Where the dividend is estimated to be larger than this, the estimate takes its place.
 constexpr double kLargestDividend = 8070450532247928832.0;  // 7 × 2^60
 
 /// No estimate is that large where the product is not larger than this: no divisor exceeds 2^62.
 constexpr std::int64_t kSurelySmall = std::int64_t{1} << 61;
+
+/// Rounds up a position whose product is large or has wrapped.
+[[gnu::cold, gnu::noinline]] std::int64_t RoundUpLarge(
+    std::int64_t inProduct, std::int64_t inFactor, std::int64_t inFractions,
+    std::int32_t inWholeFrames, std::int32_t inNumerator, std::int64_t inDivisor) {
+  const double position =
+      std::fma(static_cast<double>(inFractions), static_cast<double>(inWholeFrames),
+               static_cast<double>(inNumerator));
+  const double estimate = std::fma(static_cast<double>(inFactor), position,
+                                   static_cast<double>(Subtract<std::int64_t>(inDivisor, 1)));
+  if (estimate <= kLargestDividend) return RoundUp(inProduct, inDivisor);
+  return TruncateTo<std::int64_t>(estimate / static_cast<double>(inDivisor));
+}
 
 /// Reads any text.
 [[gnu::noinline]] std::int64_t ReadAnySMPTE(const UTF16String& inString, std::int32_t inSampleRate,
@@ -1018,16 +1036,9 @@ constexpr std::int64_t kSurelySmall = std::int64_t{1} << 61;
       Add<std::int64_t>(fractions * wholeFrames, parsed.fractionNumerator);
   std::int64_t product = 0;
   if (!MultiplyFits(factor, position, product) || product > kSurelySmall) [[unlikely]] {
-    const double estimate =
-        std::fma(static_cast<double>(factor),
-                 std::fma(static_cast<double>(fractions), static_cast<double>(wholeFrames),
-                          static_cast<double>(parsed.fractionNumerator)),
-                 static_cast<double>(Subtract<std::int64_t>(divisor, 1)));
-    if (estimate > kLargestDividend) {
-      return TruncateTo<std::int64_t>(estimate / static_cast<double>(divisor));
-    }
+    return RoundUpLarge(product, factor, fractions, wholeFrames, parsed.fractionNumerator, divisor);
   }
-  return Divide(Add(product, Subtract<std::int64_t>(divisor, 1)), divisor);
+  return RoundUp(product, divisor);
 }
 
 /// Reads a label as displays write it: four fields of two digits with a unit between them, and in
@@ -1061,9 +1072,10 @@ bool ReadUsualSMPTE(std::int64_t& outSamples, const UTF16String& inString,
                     std::int32_t inSampleRate, std::int32_t inTimecodeFPS, bool inPulldown,
                     bool inDropFrame) {
   ParsedTimeCode label;
+  if (!ReadFullLabel(inString, label)) return false;
   const bool isUsualRate = inDropFrame ? HasDropFrameLabels(inTimecodeFPS)
                                        : inTimecodeFPS > 0 && inTimecodeFPS <= kLargestUsualRate;
-  if (!ReadFullLabel(inString, label) || !isUsualRate || inSampleRate < 0) return false;
+  if (!isUsualRate || inSampleRate < 0) return false;
 
   const auto countAt = [&label](std::int32_t dropFrameRate) {
     return dropframe::Count(label.hours, label.minutes, label.seconds, label.frames, dropFrameRate);
@@ -1150,6 +1162,8 @@ double ReadClock(const UTF16String& inString) {
                      "These timecode formats are just hours, minutes, seconds.\n", kReadByFormat);
   const double last =
       parsed.frames + static_cast<double>(parsed.fractionNumerator) / parsed.fractionDenominator;
+  // A lone number, as most people type it, needs neither call.
+  if (parsed.minutes == 0 && parsed.seconds == 0) return last;
   return std::fma(parsed.minutes, 3600.0, std::fma(parsed.seconds, 60.0, last));
 }
 
@@ -1161,6 +1175,11 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
   const auto readSMPTE = [&](bool inPulldown, bool inDropFrame) {
     return ConvertTimecodeToSamples(outSamples, inString, inSampleRate, inTimecodeFPS, inPulldown,
                                     inDropFrame);
+  };
+  // These formats write no full labels, so that none is looked for.
+  const auto readAnySMPTE = [&](bool inPulldown, bool inDropFrame) {
+    outSamples = ReadAnySMPTE(inString, inSampleRate, inTimecodeFPS, inPulldown, inDropFrame);
+    return true;
   };
   if (inString.empty()) {
     outSamples = -1;
@@ -1177,17 +1196,19 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
       return true;
     }
     case kTimecodeFormat_SMPTE:
+      return readSMPTE(false, false);
     case kTimecodeFormat_Frames:
     case kTimecodeFormat_CompactSubframes:
-      return readSMPTE(false, false);
+      return readAnySMPTE(false, false);
     case kTimecodeFormat_SMPTEPulldown:
     case kTimecodeFormat_SMPTEPulldown2:
     case kTimecodeFormat_SMPTEPulldown3:
       return readSMPTE(true, false);
     case kTimecodeFormat_SMPTEDropFrame:
     case kTimecodeFormat_SMPTEDropFrame2:
-    case kTimecodeFormat_PulldownFrames:
       return readSMPTE(true, true);
+    case kTimecodeFormat_PulldownFrames:
+      return readAnySMPTE(true, true);
     case kTimecodeFormat_Beats: {
       const double beats = ReadClock(inString);
       MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kReadByFormat);
