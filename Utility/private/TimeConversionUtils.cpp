@@ -328,12 +328,12 @@ UsualFields SplitUsualDropFrames(std::uint32_t inFrames, std::uint32_t inTimecod
 
 /// \tparam kHourDigits 2 or 3, as many as the hours have.
 template <SMPTEDisplay kDisplay, int kHourDigits>
-[[gnu::always_inline]] inline void WriteUsualFrames(label::Writer inWriter, std::uint32_t inFrames,
+[[gnu::always_inline]] inline void WriteUsualFrames(label::Writer inWriter, std::uint64_t inFrames,
                                                     std::uint32_t inTimecodeFPS) {
   constexpr bool kIsDropFrame = kDisplay == kDropFrame;
   constexpr char16_t kSeparator = kIsDropFrame ? u';' : u':';
-  const UsualFields fields = kIsDropFrame ? SplitUsualDropFrames(inFrames, inTimecodeFPS)
-                                          : SplitUsualFrames(inFrames, inTimecodeFPS);
+  const auto split = kIsDropFrame ? &SplitUsualDropFrames : &SplitUsualFrames;
+  const UsualFields fields = split(static_cast<std::uint32_t>(inFrames), inTimecodeFPS);
   label::WriteDigits<kHourDigits>(inWriter, fields.hours);
   inWriter.Unit(kSeparator);
   inWriter.Pair(fields.minutes);
@@ -356,25 +356,26 @@ bool OverwriteFullLabel(char16_t* outUnits, std::size_t inLength, std::uint64_t 
   constexpr std::uint32_t kFactor = kDisplay == kFullLabel ? 1 : 1000;
   constexpr std::uint64_t kDivisor = kDisplay == kFullLabel ? 1 : 1001;
   constexpr std::uint64_t kTooManySamples = std::uint64_t{1} << 46;
-  static_assert(kTooManySamples <= (std::uint64_t{1} << 63) / (kFactor * kLargestUsualRate));
+  static_assert(kTooManySamples <= (std::uint64_t{1} << 63) / kFactor / kLargestUsualRate);
   const bool isUsualRate =
       kIsDropFrame ? HasDropFrameLabels(inTimecodeFPS) : DivisionWidth(inTimecodeFPS) == 2;
   if (!isUsualRate || inSampleRate <= 0 || inSamples >= kTooManySamples) return false;
 
   const auto fps = static_cast<std::uint32_t>(inTimecodeFPS);
+  const std::uint32_t factor = kFactor * fps;
   const std::uint64_t wholeFrames =
-      inSamples * (kFactor * fps) / (kDivisor * static_cast<std::uint64_t>(inSampleRate));
-  const auto frames = static_cast<std::uint32_t>(wholeFrames);
+      inSamples * factor / (kDivisor * static_cast<std::uint64_t>(inSampleRate));
   // Of a thousand labels drop-frame counting leaves out one.
   const std::uint32_t framesOfHundredHours =
       (kIsDropFrame ? kHundredHours / 1000 * 999 : kHundredHours) * fps;
+  const std::uint32_t framesOfThousandHours = 10 * framesOfHundredHours;
   if (wholeFrames < framesOfHundredHours) {
     if (inLength != kFullLabelUnits) return false;
-    WriteUsualFrames<kDisplay, 2>(label::Writer(outUnits), frames, fps);
+    WriteUsualFrames<kDisplay, 2>(label::Writer(outUnits), wholeFrames, fps);
     return true;
   }
-  if (wholeFrames >= 10 * framesOfHundredHours || inLength != kFullLabelUnits + 1) return false;
-  WriteUsualFrames<kDisplay, 3>(label::Writer(outUnits), frames, fps);
+  if (wholeFrames >= framesOfThousandHours || inLength != kFullLabelUnits + 1) return false;
+  WriteUsualFrames<kDisplay, 3>(label::Writer(outUnits), wholeFrames, fps);
   return true;
 }
 
