@@ -735,8 +735,7 @@ MusicalTime SplitBeats(double inBeats, const BeatInfo& inBeatInfo, bool inIsDura
 }
 
 /// Writes bar, beat and tick of nearly every display over a text of the same length: from the zero
-/// point on, and with fewer than ten beats to a bar;
-/// two digits for the beat would cost a fifth more.
+/// point on, and with fewer than ten beats to a bar. Two digits of a beat would cost a fifth more.
 /// \return false, with nothing written, for a text of another length and for any other time.
 bool OverwriteUsualMusicalTime(UTF16String& outString, double inBeats, const BeatInfo& inBeatInfo,
                                bool inIsDuration) {
