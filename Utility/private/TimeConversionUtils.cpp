@@ -287,7 +287,7 @@ struct UsualFields {
   std::uint32_t frames;
 };
 
-/// In seconds: the length of a label changes at the one, and ends to be usual at the other.
+/// In seconds: at the one a label becomes longer, from the other on it is no longer usual.
 constexpr std::uint32_t kHundredHours = 100 * 3600;
 constexpr std::uint32_t kThousandHours = 10 * kHundredHours;
 
@@ -397,7 +397,7 @@ template <SMPTEDisplay kDisplay>
 template <SMPTEDisplay kDisplay>
 bool WriteFullLabel(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate,
                     std::int32_t inTimecodeFPS) {
-  // Without its sign bit read as one, a position below 0 is 2^63 or more, which is never usual.
+  // Taken without a sign, a position below 0 is 2^63 or more, which is never usual.
   return OverwriteFullLabel<kDisplay>(outString.data(), outString.size(),
                                       static_cast<std::uint64_t>(inSamples), inSampleRate,
                                       inTimecodeFPS) ||

@@ -46,7 +46,8 @@ std::string Results(const ExportedCall& inCall, std::uint64_t inSeed, Fields* ou
   const bool replacesText = text.size() > 2 && text[0] == '"' && !text.starts_with("\"keep");
   if (!replacesText) return results;
 
-  // Over a text of the same length a label is written in a way of its own; not over those beside.
+  // Over a text of the same length a label is written in a way of its own, which must not be taken
+  // over a text that is a unit shorter or longer.
   DrawnArguments again(inSeed);
   again.oldText.assign(text.size() - 3 + inSeed % 3, u'?');
   const Fields overwritten = inCall.call(again);
