@@ -1,13 +1,14 @@
 // Arithmetic that is defined for every operand and the same on every platform.
 //
-// What C++ leaves undefined or to the machine follows 64-bit Arm, the library's home: overflow
-// wraps in the stated width, division by zero gives 0, a floating-point number turns into an
-// integer by truncation that saturates at the integer's range, and not a number gives 0. Inside the
-// documented ranges these functions are the plain operators.
+// What C++ leaves undefined or to the machine follows 64-bit Arm, the library's home: integers wrap
+// in their width, division by zero gives 0, a floating-point number turns into an integer by
+// truncation that saturates at the integer's range, and not a number gives 0. Inside the documented
+// ranges all of it is plain arithmetic, and formulas read as such.
 
 #pragma once
 
 #include <cmath>
+#include <compare>
 #include <concepts>
 #include <cstdint>
 #include <limits>
@@ -15,67 +16,79 @@
 
 namespace mezzo::arithmetic {
 
+/// A signed integer in two's complement whose operators are defined for every operand.
 template <std::signed_integral Int>
-constexpr Int Add(Int inLeft, Int inRight) {
+class Defined {
+ public:
+  constexpr Defined(Int inValue) : fValue(inValue) {}
+
+  /// Widens without loss.
+  template <std::signed_integral Narrow>
+  requires(sizeof(Narrow) < sizeof(Int)) constexpr Defined(Defined<Narrow> inValue)
+      : fValue(inValue.Value()) {}
+
+  /// Takes the low bits.
+  template <std::signed_integral Wide>
+  requires(sizeof(Wide) > sizeof(Int)) constexpr explicit Defined(Defined<Wide> inValue)
+      : fValue(static_cast<Int>(inValue.Value())) {}
+
+  constexpr Int Value() const { return fValue; }
+
+  friend constexpr Defined operator+(Defined inLeft, Defined inRight) {
+    return FromBits(inLeft.Bits() + inRight.Bits());
+  }
+  friend constexpr Defined operator-(Defined inLeft, Defined inRight) {
+    return FromBits(inLeft.Bits() - inRight.Bits());
+  }
+  friend constexpr Defined operator*(Defined inLeft, Defined inRight) {
+    return FromBits(inLeft.Bits() * inRight.Bits());
+  }
+  friend constexpr Defined operator/(Defined inDividend, Defined inDivisor) {
+    if constexpr (sizeof(Int) > sizeof(std::uint32_t)) {
+      // Processors divide 32 bits faster than 64, and nearly all operands have no more.
+      const auto low = [](Defined value) { return static_cast<std::uint32_t>(value.Bits()); };
+      const bool isShort = (inDividend.Bits() | inDivisor.Bits()) >> 32 == 0;
+      if (isShort && low(inDivisor) != 0) return Int{low(inDividend) / low(inDivisor)};
+    }
+    if (inDivisor.fValue == 0) return 0;
+    if (inDivisor.fValue == -1) return -inDividend;
+    return inDividend.fValue / inDivisor.fValue;
+  }
+  friend constexpr Defined operator%(Defined inDividend, Defined inDivisor) {
+    return inDividend - inDividend / inDivisor * inDivisor;
+  }
+  constexpr Defined operator-() const { return FromBits(Unsigned{0} - Bits()); }
+
+  friend constexpr auto operator<=>(Defined, Defined) = default;
+
+ private:
   using Unsigned = std::make_unsigned_t<Int>;
-  return static_cast<Int>(static_cast<Unsigned>(inLeft) + static_cast<Unsigned>(inRight));
-}
 
-template <std::signed_integral Int>
-constexpr Int Subtract(Int inLeft, Int inRight) {
-  using Unsigned = std::make_unsigned_t<Int>;
-  return static_cast<Int>(static_cast<Unsigned>(inLeft) - static_cast<Unsigned>(inRight));
-}
+  constexpr Unsigned Bits() const { return static_cast<Unsigned>(fValue); }
+  static constexpr Defined FromBits(Unsigned inBits) { return static_cast<Int>(inBits); }
 
-template <std::signed_integral Int>
-constexpr Int Multiply(Int inLeft, Int inRight) {
-  using Unsigned = std::make_unsigned_t<Int>;
-  return static_cast<Int>(static_cast<Unsigned>(inLeft) * static_cast<Unsigned>(inRight));
-}
+  Int fValue;
+};
 
-/// \param[out] outProduct receives the product, wrapped.
-/// \return true where it did not wrap.
-template <std::signed_integral Int>
-constexpr bool MultiplyFits(Int inLeft, Int inRight, Int& outProduct) {
-  return !__builtin_mul_overflow(inLeft, inRight, &outProduct);
-}
-
-template <std::signed_integral Int>
-constexpr Int Negate(Int inValue) {
-  return Subtract(Int{0}, inValue);
-}
+using Int32 = Defined<std::int32_t>;
+using Int64 = Defined<std::int64_t>;
 
 /// The smallest integer has no positive magnitude and stays as it is.
 template <std::signed_integral Int>
-constexpr Int Magnitude(Int inValue) {
-  return inValue < 0 ? Negate(inValue) : inValue;
+constexpr Defined<Int> Magnitude(Defined<Int> inValue) {
+  return inValue < 0 ? -inValue : inValue;
 }
 
-template <std::signed_integral Int>
-constexpr Int Divide(Int inDividend, Int inDivisor) {
-  if (inDivisor == 0) return 0;
-  if (inDivisor == -1) return Negate(inDividend);
-  return inDividend / inDivisor;
-}
-
-template <std::signed_integral Int>
-constexpr Int Remainder(Int inDividend, Int inDivisor) {
-  return Subtract(inDividend, Multiply(Divide(inDividend, inDivisor), inDivisor));
-}
-
-/// What a double outside an integer's range turns into.
-template <std::signed_integral Int>
-constexpr Int Saturate(double inValue) {
-  if (inValue != inValue) return 0;
-  return inValue < 0 ? std::numeric_limits<Int>::min() : std::numeric_limits<Int>::max();
-}
-
-/// Truncates toward zero.
+/// Truncates toward zero and saturates.
 template <std::signed_integral Int>
 Int TruncateTo(double inValue) {
+  using Limits = std::numeric_limits<Int>;
   // The smallest integer's magnitude is a power of two, which a double holds exactly.
-  constexpr double kBeyond = -static_cast<double>(std::numeric_limits<Int>::min());
-  return std::fabs(inValue) < kBeyond ? static_cast<Int>(inValue) : Saturate<Int>(inValue);
+  constexpr double kBeyond = -static_cast<double>(Limits::min());
+  if (std::fabs(inValue) < kBeyond) [[likely]]
+    return static_cast<Int>(inValue);
+  if (std::isnan(inValue)) return 0;
+  return inValue < 0 ? Limits::min() : Limits::max();
 }
 
 /// From here on, 2^52, every double is a whole number.

@@ -13,60 +13,55 @@
 
 namespace mezzo::utility::dropframe {
 
+using arithmetic::Int32;
+
 /// A label's fields; the minutes are split at the ten-minute block in which they drop labels.
-template <class Int>
 struct Label {
-  Int hours;
-  Int tensOfMinutes;
-  Int minuteOfTen;
-  Int seconds;
-  Int frames;
+  std::int64_t hours;
+  std::int64_t tensOfMinutes;
+  std::int64_t minuteOfTen;
+  std::int64_t seconds;
+  std::int64_t frames;
 };
 
 /// Frame count to label.
-/// \param inMultiplier the frame rate in multiples of 30, positive; a constant where possible.
-template <class Int>
-constexpr Label<Int> Split(Int inFrames, Int inMultiplier) {
-  const Int framesPerSecond = 30 * inMultiplier;
-  const Int droppedPerMinute = 2 * inMultiplier;
-  const Int framesPerMinute = 60 * framesPerSecond - droppedPerMinute;
-  const Int framesPerTenMinutes = 10 * framesPerMinute + droppedPerMinute;
+/// \param inFrames the count; the smallest integer, which has no magnitude, fills no field but the
+///     last two.
+/// \param inMultiplier the frame rate in multiples of 30, positive.
+constexpr Label LabelOf(std::int64_t inFrames, std::int64_t inMultiplier) {
+  const std::int64_t framesPerSecond = 30 * inMultiplier;
+  const std::int64_t droppedPerMinute = 2 * inMultiplier;
+  const std::int64_t framesPerMinute = 60 * framesPerSecond - droppedPerMinute;
+  const std::int64_t framesPerTenMinutes = 10 * framesPerMinute + droppedPerMinute;
 
-  const Int blocks = inFrames >= 0 ? inFrames / framesPerTenMinutes : 0;
-  const Int inBlock = inFrames - blocks * framesPerTenMinutes;
+  const std::int64_t blocks = inFrames >= 0 ? inFrames / framesPerTenMinutes : 0;
+  const std::int64_t inBlock = inFrames - blocks * framesPerTenMinutes;
   // The block's first minute is longer by the labels that it keeps.
-  const Int minute =
+  const std::int64_t minute =
       inBlock > droppedPerMinute ? (inBlock - droppedPerMinute) / framesPerMinute : 0;
   // From here on this counts labels: a minute that drops labels begins behind them.
-  const Int inMinute = inBlock - minute * framesPerMinute;
-  const Int seconds = inMinute / framesPerSecond;
-  const Int hours = blocks / 6;
-  return {hours, blocks - hours * 6, minute, seconds, inMinute - seconds * framesPerSecond};
+  const std::int64_t inMinute = inBlock - minute * framesPerMinute;
+  const std::int64_t seconds = inMinute / framesPerSecond;
+  return {blocks / 6, blocks % 6, minute, seconds, inMinute - seconds * framesPerSecond};
 }
 
 /// Frames in an hour of drop-frame labels; a rate has such labels when this is a multiple of 6.
-constexpr std::int32_t FramesPerHour(std::int32_t inTimecodeFPS) {
-  using namespace arithmetic;
-  return Subtract(Multiply(inTimecodeFPS, 3600), Multiply(inTimecodeFPS, 108) / 30);
+constexpr Int32 FramesPerHour(Int32 inTimecodeFPS) {
+  return inTimecodeFPS * 3600 - inTimecodeFPS * 108 / 30;
 }
 
 /// Label to frame count. A dropped label stands for the first frame of its minute; seconds and
 /// frames past their range count on.
-constexpr std::int32_t Count(std::int32_t inHours, std::int32_t inMinutes, std::int32_t inSeconds,
-                             std::int32_t inFrames, std::int32_t inTimecodeFPS) {
-  using namespace arithmetic;
-  const std::int32_t framesPerHour = FramesPerHour(inTimecodeFPS);
-  const std::int32_t droppedPerMinute = inTimecodeFPS / 15;
-  const std::int32_t tens = inMinutes / 10;
-  const std::int32_t minuteOfTen = inMinutes % 10;
+constexpr Int32 FrameCountOf(Int32 inHours, Int32 inMinutes, Int32 inSeconds, Int32 inFrames,
+                             Int32 inTimecodeFPS) {
+  const Int32 framesPerHour = FramesPerHour(inTimecodeFPS);
+  const Int32 droppedPerMinute = inTimecodeFPS / 15;
+  const Int32 tens = inMinutes / 10;
+  const Int32 minuteOfTen = inMinutes % 10;
   const bool isDropped = minuteOfTen != 0 && inSeconds == 0 && inFrames < droppedPerMinute;
-
-  std::int32_t count = Multiply(inHours, framesPerHour);
-  count = Add(count, Multiply(tens, framesPerHour / 6));
-  count = Add(count, Multiply(minuteOfTen, Multiply(inTimecodeFPS, 60)));
-  count = Subtract(count, Multiply(minuteOfTen, droppedPerMinute));
-  count = Add(count, Multiply(inSeconds, inTimecodeFPS));
-  return Add(count, isDropped ? droppedPerMinute : inFrames);
+  return inHours * framesPerHour + tens * (framesPerHour / 6) + minuteOfTen * (inTimecodeFPS * 60) -
+         minuteOfTen * droppedPerMinute + inSeconds * inTimecodeFPS +
+         (isDropped ? droppedPerMinute : inFrames);
 }
 
 }  // namespace mezzo::utility::dropframe

@@ -1,7 +1,7 @@
 // Properties of the conversions, and what they answer where no independent result exists. Worked
 // results stand in the vectors.
 
-#include "../../Utility/private/NumberText.h"
+#include "../../Utility/private/TextCursor.h"
 #include "../support/Heap.h"
 #include "../support/Reports.h"
 #include "../support/Text.h"
@@ -344,18 +344,17 @@ TEST(NumbersInPlace, ReadAsTheHostsParserDoes) {
                          "\n1"};
   for (const char* text : texts) {
     int host = 0;
-    plinth::string::StringToNumber(host, Wide(text), number::kParserFlags);
+    plinth::string::StringToNumber(host, Wide(text), kParserFlags);
     const UTF16String wide = Wide(text);
-    const char16_t* unit = wide.data();
-    EXPECT_EQ(number::ReadInteger(unit, unit + wide.size()), host) << text;
+    EXPECT_EQ(TextCursor(wide).ReadInteger(), host) << text;
   }
   const std::string manyDigits = "." + std::string(60, '3');
   for (const std::string& text :
        {std::string("."), std::string(".25"), std::string(".5e-3x"), std::string(".e1"),
         std::string(".5e999"), std::string(".5\xff"), manyDigits}) {
     double host = 0;
-    plinth::string::StringToNumber(host, Wide(text), number::kParserFlags);
-    EXPECT_EQ(number::ReadFraction(Wide(text)), host) << text;
+    plinth::string::StringToNumber(host, Wide(text), kParserFlags);
+    EXPECT_EQ(TextCursor(Wide(text)).ReadFraction(), host) << text;
   }
 }
 
