@@ -84,10 +84,64 @@ enum TimecodeDisplay : unsigned {
   kNoHours = 1u << 6,
 };
 
+bool Shows(unsigned inDisplay, TimecodeDisplay inFlag) {
+  return (inDisplay & inFlag) != 0;
+}
+
+void ComposeDropFrameLabel(DisplayText& ioText, Int64 inWholeFrames, std::int32_t inTimecodeFPS) {
+  std::uint32_t hours = 0;
+  std::uint32_t minutes = 0;
+  std::uint32_t seconds = 0;
+  std::uint32_t frames = 0;
+  DropFrameToHMSF(inWholeFrames.Value(), inTimecodeFPS, hours, minutes, seconds, frames);
+  ioText.Number(Shown(hours), 2).Unit(u';').Number(Shown(minutes), 2).Unit(u';');
+  ioText.Number(Shown(seconds), 2).Unit(u';').Number(Shown(frames), 2);
+}
+
+void ComposeLabel(DisplayText& ioText, Int64 inWholeFrames, std::int32_t inTimecodeFPS,
+                  unsigned inDisplay) {
+  Int64 frames = inWholeFrames;
+  const auto take = [&frames](Int32 framesOfUnit) {
+    const Int64 count = frames / framesOfUnit;
+    frames = frames - count * framesOfUnit;
+    return count;
+  };
+  const Int32 fps = inTimecodeFPS;
+  Int64 hours = take(fps * 3600);
+  Int64 minutes = take(fps * 60);
+  const Int64 seconds = take(fps);
+  if (Shows(inDisplay, kNoHours)) {
+    minutes = minutes + hours * 60;
+    hours = 0;
+  }
+
+  // While leading, zero fields are left out and the first other one is not padded; hours always
+  // are.
+  bool isLeading = Shows(inDisplay, kTrimLeadingZeros) && hours == 0;
+  const auto writeField = [&](Int64 field) {
+    if (isLeading && field == 0) return;
+    if (isLeading) {
+      ioText.Number(Shown(field)).Unit(u':');
+    } else {
+      ioText.Number(Shown(field), 2).Unit(u':');
+    }
+    isLeading = false;
+  };
+  if (!Shows(inDisplay, kNoHours)) writeField(hours);
+  writeField(minutes);
+  if (Shows(inDisplay, kNoFrames)) {
+    ioText.Number(Shown(seconds), 2);
+  } else {
+    writeField(seconds);
+    ioText.Number(Shown(frames), isLeading ? 1 : DivisionWidth(inTimecodeFPS));
+  }
+}
+
 bool WriteTimecode(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate,
                    std::int32_t inTimecodeFPS, unsigned inDisplay) {
-  const auto shows = [inDisplay](TimecodeDisplay flag) { return (inDisplay & flag) != 0; };
-  if (shows(kDropFrame) && shows(kPulldown)) {
+  const bool isDropFrame = Shows(inDisplay, kDropFrame);
+  const bool isPulledDown = Shows(inDisplay, kPulldown);
+  if (isDropFrame && isPulledDown) {
     MEZZO_REPORT("false", "ConvertSamplesToTimecode programmer error!\n",
                  "bool mezzo::utility::ConvertSamplesToTimecode(plinth::UTF16String &, "
                  "std::int64_t, std::int32_t, std::int32_t, bool, bool, bool, bool, bool, bool, "
@@ -104,64 +158,23 @@ bool WriteTimecode(UTF16String& outString, std::int64_t inSamples, std::int32_t 
   }
 
   const Int64 magnitude = Magnitude(Int64(inSamples));
-  const FrameRate rate(inTimecodeFPS, shows(kDropFrame) || shows(kPulldown));
+  const FrameRate rate(inTimecodeFPS, isDropFrame || isPulledDown);
   const Int64 numerator = magnitude * rate.frames;
   const Int64 denominator = Int64(rate.seconds) * inSampleRate;
   const Int64 wholeFrames = numerator / denominator;
   DisplayText text;
-
-  if (shows(kFramesOnly)) {
-    text.Number(shows(kDropFrame) ? PulledDownFrameCount(magnitude, inSampleRate, inTimecodeFPS)
-                                  : Shown(wholeFrames));
-    text.AssignTo(outString);
-    return true;
-  }
-
-  if (inSamples < 0) text.Unit(u'-');
-
-  if (shows(kDropFrame)) {
-    std::uint32_t hours = 0, minutes = 0, seconds = 0, frames = 0;
-    DropFrameToHMSF(wholeFrames.Value(), inTimecodeFPS, hours, minutes, seconds, frames);
-    text.Number(Shown(hours), 2).Unit(u';').Number(Shown(minutes), 2).Unit(u';');
-    text.Number(Shown(seconds), 2).Unit(u';').Number(Shown(frames), 2);
-    text.AssignTo(outString);
-    return true;
-  }
-
-  Int64 frames = wholeFrames;
-  const auto take = [&frames](Int32 framesOfUnit) {
-    const Int64 count = frames / framesOfUnit;
-    frames = frames - count * framesOfUnit;
-    return count;
-  };
-  const Int32 fps = inTimecodeFPS;
-  Int64 hours = take(fps * 3600);
-  Int64 minutes = take(fps * 60);
-  const Int64 seconds = take(fps);
-  if (shows(kNoHours)) {
-    minutes = minutes + hours * 60;
-    hours = 0;
-  }
-
-  bool isLeading = shows(kTrimLeadingZeros) && hours == 0;  // only fields so far that are left out
-  const auto writeField = [&](Int64 field) {
-    if (isLeading && field == 0) return;
-    if (isLeading) {
-      text.Number(Shown(field)).Unit(u':');
-    } else {
-      text.Number(Shown(field), 2).Unit(u':');
-    }
-    isLeading = false;
-  };
-  if (!shows(kNoHours)) writeField(hours);
-  writeField(minutes);
-  if (shows(kNoFrames)) {
-    text.Number(Shown(seconds), 2);
+  if (Shows(inDisplay, kFramesOnly)) {
+    text.Number(isDropFrame ? PulledDownFrameCount(magnitude, inSampleRate, inTimecodeFPS)
+                            : Shown(wholeFrames));
   } else {
-    writeField(seconds);
-    text.Number(Shown(frames), isLeading ? 1 : DivisionWidth(inTimecodeFPS));
-    if (shows(kShowSubframes))
-      text.Unit(u'.').Number(Shown(numerator * 100 / denominator % 100), 2);
+    if (inSamples < 0) text.Unit(u'-');
+    if (isDropFrame) {
+      ComposeDropFrameLabel(text, wholeFrames, inTimecodeFPS);
+    } else {
+      ComposeLabel(text, wholeFrames, inTimecodeFPS, inDisplay);
+      if (Shows(inDisplay, kShowSubframes) && !Shows(inDisplay, kNoFrames))
+        text.Unit(u'.').Number(Shown(numerator * 100 / denominator % 100), 2);
+    }
   }
   text.AssignTo(outString);
   return true;
