@@ -11,8 +11,8 @@
 /// documented ranges the arithmetic is that of 64-bit Arm (conversions truncate and saturate, not a
 /// number gives 0, integers wrap, division by zero gives 0). Broken preconditions are reported to
 /// the host's assertion dialog and never stop the process. Nothing is thrown but std::bad_alloc,
-/// when a caller's string cannot grow (it then keeps its text) or when the decimal fraction of a
-/// beat is of a length or exponent that nobody types.
+/// when a caller's string cannot grow (it then keeps its text) or when 48 characters or more follow
+/// the "." before a decimal fraction of a beat.
 ///
 /// \par Cost
 /// No lock, no system call, and no heap allocation where the caller's string has the room.
@@ -73,9 +73,8 @@ MEZZO_EXPORT bool operator!=(const BeatInfo& inLeft, const BeatInfo& inRight);
 /// \param[out] outString replaced by the text.
 /// \param inSamples the position in samples.
 /// \param inSampleRate samples per second; 0 writes "0".
-/// \param inTimecodeFPS nominal frames per second; 0 writes an empty text. For drop-frame labels 30
-/// or
-///     60; other rates are reported and counted as `DropFrameToHMSF` says.
+/// \param inTimecodeFPS nominal frames per second; 0 writes an empty text. Drop-frame labels have
+///     30 or 60; other rates are reported and counted as `DropFrameToHMSF` says.
 /// \param inDropFrame count at the pulled-down rate and write drop-frame labels, "01;02;03;04". The
 ///     four flags after `inFramesOnly` then have no effect.
 /// \param inPulldown count at the pulled-down rate without dropping labels. Excludes `inDropFrame`.
@@ -94,6 +93,8 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
                                            bool inShowSubframes, bool inNoHours);
 
 /// Writes a position in any display format.
+///
+/// The sample rate comes before the format here, and after it in the function that reads.
 ///
 /// \param[out] outString replaced by the text; untouched where no text is written.
 /// \param inSamples the position in samples.
@@ -124,8 +125,11 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// \param inSampleRate samples per second.
 /// \param inTimecodeFPS nominal frames per second.
 /// \param inPulldown frames run at `inTimecodeFPS` × 1000/1001.
-/// \param inDropFrame the labels are drop-frame labels; reported at a rate that has none. A dropped
-///     label stands for the first frame of its minute.
+/// \param inDropFrame the labels are drop-frame labels, which 30 and 60 frames per second have. A
+///     dropped label stands for the first frame of its minute. Unlike in writing, this does not
+///     imply the pulled-down rate: real drop-frame labels need both flags. Other rates are counted
+///     by the same rule, without meaning; those that do not divide an hour of such labels into six
+///     equal parts, such as 24, are reported, others, such as 25, are not.
 /// \return true, always.
 MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
                                            const plinth::UTF16String& inString,
@@ -133,6 +137,8 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
                                            bool inPulldown, bool inDropFrame);
 
 /// Reads a position from text in any display format.
+///
+/// The format comes before the sample rate here, and after it in the function that writes.
 ///
 /// \param[out] outSamples receives the position in samples: -1 for an empty text; 0 for
 ///     `kTimecodeFormat_Reserved` and for a value outside 0 to 14 (the two bounds are reported).
@@ -189,15 +195,15 @@ MEZZO_EXPORT void ConvertSamplesToDecimalTimecode(plinth::UTF16String& outString
 /// point; a length counts from 0. With `iTicksPerBeat` -1 the text is bar, beat and the decimal
 /// fraction of the beat, lowered by half a thousandth and truncated, "2:3.499".
 ///
-/// \param[out] outString replaced by the text; empty for a negative precision, but in the decimal
-/// form,
-///     which shows bar, beat and fraction at every precision.
+/// \param[out] outString replaced by the text; empty for a negative precision, except in the
+///     decimal form, which shows bar, beat and fraction at every precision.
 /// \param inSamples the position or length in samples; may be fractional.
 /// \param inSampleRate samples per second.
 /// \param inBeatInfo tempo, meter, ticks and offset.
 /// \param inIsDuration true: a length, `dOffsetMs` is ignored; false: a position.
 /// \param inPrecision 0 bar, 1 and beat, 2 and tick, 3 and thousandths; a negative one is reported.
-/// \return true; false, with the text unchanged and a report, when `iBeatsPerBar` is 0.
+/// \return true; false, with the text unchanged and a report, when `iBeatsPerBar` is 0. Reports
+///     come first: what a dialog changes in the record counts.
 MEZZO_EXPORT bool ConvertSamplesToBarsAndBeats(plinth::UTF16String& outString, double inSamples,
                                                double inSampleRate, const BeatInfo& inBeatInfo,
                                                bool inIsDuration, int inPrecision);
