@@ -38,13 +38,9 @@ AssertDialogHandler SetAssertDialogHandler(AssertDialogHandler inHandler) noexce
 bool BreakAfterAssertDialog(bool& ioDisabled, const char* inCondition,
                             const unsigned char* inMessage, const char* inFile, int inLine,
                             const char* inFunction, bool inFlag) {
-  AssertDialogHandler handler = sHandler.load();
-  if (handler == nullptr) handler = WriteToStandardError;
-  bool disabled = __atomic_load_n(&ioDisabled, __ATOMIC_RELAXED);
-  const bool wantsBreak =
-      handler(disabled, inCondition, inMessage, inFile, inLine, inFunction, inFlag);
-  if (disabled) __atomic_store_n(&ioDisabled, true, __ATOMIC_RELAXED);
-  return wantsBreak;
+  const AssertDialogHandler handler = sHandler.load();
+  const auto show = handler != nullptr ? handler : &WriteToStandardError;
+  return show(ioDisabled, inCondition, inMessage, inFile, inLine, inFunction, inFlag);
 }
 
 #ifdef __APPLE__

@@ -26,7 +26,8 @@ UTF16String Localizer::Localize(const char* inKey) const {
 
 void Localizer::InstallTranslation(std::string_view inPath, UTF16String inText) {
   const std::unique_lock lock(fMutex);
-  fTranslations.insert_or_assign(std::string(inPath), std::move(inText));
+  const std::string_view path = inPath.substr(0, inPath.find('='));
+  fTranslations.insert_or_assign(std::string(path), std::move(inText));
   fHasTranslations.store(true, std::memory_order_release);
 }
 

@@ -51,6 +51,19 @@ TEST(Assertion, SilencesOneSiteAndNoOther) {
   EXPECT_GT(taken[1].line, taken[0].line);
 }
 
+TEST(Assertion, ComesBeforeTheRecordIsRead) {
+  static utility::BeatInfo sBeats{960, 120.0, 0, 4, 0.0};
+  plinth::debug::SetAssertDialogHandler(
+      [](bool&, const char*, const unsigned char*, const char*, int, const char*, bool) {
+        sBeats = {10, 60.0, 3, 4, 1000.0};
+        return false;
+      });
+  plinth::UTF16String text;
+  EXPECT_TRUE(utility::ConvertSamplesToBarsAndBeats(text, 264000, 48000, sBeats, false, 2));
+  EXPECT_EQ(text, u"2:2.5");
+  plinth::debug::SetAssertDialogHandler(nullptr);
+}
+
 TEST(DisableErrorHandling, FollowsTheDatabaseEntry) {
   const auto key = Bytes("mezzo.debug.DisableErrorHandling");
   auto& database = DebugDatabase::Instance();

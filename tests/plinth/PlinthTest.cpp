@@ -163,7 +163,8 @@ TEST(Guid, ReadsThreeFormsAndOrdersByBytes) {
   EXPECT_THROW(Guid{Wide(text.substr(0, 35)) + u'\u0130'}, std::runtime_error);
   const Guid first(Wide("00ff0000000000000000000000000000"));
   const Guid last(Wide("80000000000000000000000000000001"));
-  EXPECT_TRUE(Guid() < first && first < last && !(last < first) && !(last < last));
+  EXPECT_TRUE(Guid() < first && first < last && !plinth::utility::operator<(last, first));
+  EXPECT_FALSE(last < last || plinth::utility::operator==(first, last));
   EXPECT_EQ(Shown(Guid().AsString()), "00000000-0000-0000-0000-000000000000");
 }
 
@@ -179,6 +180,24 @@ TEST(AssertDialog, WritesOneLineWithoutAHandler) {
             "File.cpp:12: assertion failed: a < b in F()\n"
             "File.cpp:12: assertion failed: a < b: too in F()\n");
   EXPECT_FALSE(disabled);
+}
+
+TEST(AssertDialog, LetsAHandlerSilenceTheSiteThatItMeetsAgain) {
+  static bool sDisabled = false;
+  static int sCalls = 0;
+  static const auto fail = [] {
+    if (!sDisabled) plinth::debug::BreakAfterAssertDialog(sDisabled, "", nullptr, "", 0, "", true);
+  };
+  plinth::debug::SetAssertDialogHandler(
+      [](bool& ioDisabled, const char*, const unsigned char*, const char*, int, const char*, bool) {
+        ioDisabled = true;
+        ++sCalls;
+        fail();
+        return false;
+      });
+  fail();
+  plinth::debug::SetAssertDialogHandler(nullptr);
+  EXPECT_EQ(sCalls, 1);
 }
 
 TEST(AssertDialog, TellsWhetherADebuggerIsAttached) {
@@ -254,7 +273,7 @@ TEST(Localizer, PrefersTheInstalledTranslation) {
   EXPECT_EQ(localizer.Localize("$$$/test/A=A"), u"A");
   EXPECT_EQ(AllocationCount(), before);
   localizer.InstallTranslation("$$$/test/A", u"\u00c4=");
-  localizer.InstallTranslation("$$$/test/A", u"La");
+  localizer.InstallTranslation("$$$/test/A=A", u"La");
   OnFourThreads([&] { EXPECT_EQ(localizer.Localize("$$$/test/A=A"), u"La"); });
   EXPECT_EQ(localizer.Localize("$$$/test/AB=x=y"), u"x=y");
   EXPECT_EQ(localizer.Localize("$$$/test/none"), u"$$$/test/none");

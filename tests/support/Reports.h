@@ -45,7 +45,7 @@ class RecordedReports {
     const std::lock_guard lock(sMutex);
     sReports.push_back(
         {inCondition, reinterpret_cast<const char*>(inMessage), inFile, inLine, inFunction});
-    ioDisabled = sSilence;
+    if (sSilence) __atomic_store_n(&ioDisabled, true, __ATOMIC_RELAXED);
     return sBreak;
   }
 

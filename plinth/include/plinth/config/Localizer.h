@@ -35,7 +35,7 @@ class PLINTH_EXPORT Localizer {
   UTF16String Localize(const char* inKey) const;
 
   /// Installs a translation in place of any before it.
-  /// \param inPath the path, "$$$/path".
+  /// \param inPath the path, "$$$/path", or a whole key, of which "=" and what follows are ignored.
   /// \param inText the translation.
   /// \exception std::bad_alloc when memory runs out.
   void InstallTranslation(std::string_view inPath, UTF16String inText);

@@ -8,8 +8,9 @@ namespace plinth::debug {
 
 /// Shows or records one failed assertion; the arguments are those of `BreakAfterAssertDialog`.
 ///
-/// The flag belongs to the call. It is called on the thread that failed, perhaps on several at
-/// once.
+/// The flag is the site's own: once it is true, the site reports no more, not even from within the
+/// handler. A site may fail on several threads at once, so a handler sets the flag with
+/// `__atomic_store_n`.
 using AssertDialogHandler = bool (*)(bool& ioDisabled, const char* inCondition,
                                      const unsigned char* inMessage, const char* inFile, int inLine,
                                      const char* inFunction, bool inFlag);
@@ -26,11 +27,10 @@ PLINTH_EXPORT AssertDialogHandler SetAssertDialogHandler(AssertDialogHandler inH
 
 /// Reports a failed assertion to the host's handler.
 ///
-/// A caller reads its site's flag with `__atomic_load_n`, and this function writes it atomically,
-/// so that one site may fail on several threads at once.
+/// A caller reads its site's flag with `__atomic_load_n`.
 ///
-/// \param[in,out] ioDisabled the flag of the assertion's site; set to true when the handler
-///     silences the site, otherwise left alone.
+/// \param[in,out] ioDisabled the flag of the assertion's site, which the handler may set to true to
+///     silence it.
 /// \param inCondition the condition as it stands in the source.
 /// \param inMessage what went wrong, UTF-8, ending in a line feed; or the empty text.
 /// \param inFile the source file.

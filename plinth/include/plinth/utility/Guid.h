@@ -35,18 +35,23 @@ class PLINTH_EXPORT Guid {
   /// \exception std::bad_alloc when memory runs out.
   UTF16String AsString() const;
 
-  /// Tells whether all bytes are equal.
-  friend bool operator==(const Guid& inLeft, const Guid& inRight) noexcept = default;
-
-  /// Orders by the first byte that differs.
-  friend bool operator<(const Guid& inLeft, const Guid& inRight) noexcept {
-    return inLeft.fBytes < inRight.fBytes;
-  }
+  friend bool operator==(const Guid& inLeft, const Guid& inRight) noexcept;
+  friend bool operator<(const Guid& inLeft, const Guid& inRight) noexcept;
 
  private:
   std::array<std::uint8_t, 16> fBytes{};
 };
 
 static_assert(sizeof(Guid) == 16);
+
+/// Tells whether all bytes are equal.
+inline bool operator==(const Guid& inLeft, const Guid& inRight) noexcept {
+  return inLeft.fBytes == inRight.fBytes;
+}
+
+/// Orders by the first byte that differs.
+inline bool operator<(const Guid& inLeft, const Guid& inRight) noexcept {
+  return inLeft.fBytes < inRight.fBytes;
+}
 
 }  // namespace plinth::utility
