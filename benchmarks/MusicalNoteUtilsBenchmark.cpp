@@ -1,22 +1,13 @@
-#include "Rows.h"
 #include <Utility/MusicalNoteUtils.h>
 
+#include <benchmark/benchmark.h>
+
+#include <array>
 #include <cmath>
-#include <cstdint>
-#include <random>
-#include <vector>
+#include <cstddef>
 
-namespace mezzo::bench {
+namespace mezzo::utility {
 namespace {
-
-/// Frequencies spread evenly over the keys of a piano.
-std::vector<float> Frequencies() {
-  std::mt19937 random(3);
-  std::uniform_real_distribution<float> octaves(0.0f, 7.5f);
-  std::vector<float> frequencies(1024);
-  for (float& frequency : frequencies) frequency = 27.5f * std::exp2(octaves(random));
-  return frequencies;
-}
 
 int NoteByLogarithm(float inFrequency, int* outOctave) {
   const float semitones = 12.0f * std::log2f(inFrequency / 27.5f);
@@ -25,26 +16,32 @@ int NoteByLogarithm(float inFrequency, int* outOctave) {
   return static_cast<int>(std::floor(semitones - 12.0f * static_cast<float>(octave) + 0.5f));
 }
 
-template <class Find>
-void AddNoteFinder(const char* inVariant, Find inFind) {
-  Add("50 frequency to note", inVariant, [inFind, frequencies = Frequencies()](std::size_t number) {
+template <int (*kFind)(float, int*)>
+void FindNote(benchmark::State& ioState) {
+  // The keys of a piano and what lies between them, in an order that no predictor knows.
+  std::array<float, 1024> frequencies;
+  for (std::size_t place = 0; place < frequencies.size(); ++place)
+    frequencies[place] = 27.5f * std::exp2(7.5f * static_cast<float>(place * 389 % 1024) / 1024.0f);
+  std::size_t place = 0;
+  for (auto _ : ioState) {
     int octave = 0;
-    int note = inFind(frequencies[number % frequencies.size()], &octave);
-    benchmark::DoNotOptimize(note);
+    benchmark::DoNotOptimize(kFind(frequencies[place++ % 1024], &octave));
     benchmark::DoNotOptimize(octave);
-  });
+  }
 }
+BENCHMARK_TEMPLATE(FindNote, GetNoteFromFrequency)->Name("frequency to note");
+BENCHMARK_TEMPLATE(FindNote, NoteByLogarithm)->Name("frequency to note/log2f");
+
+void WriteNote(benchmark::State& ioState) {
+  plinth::UTF16String text;
+  int number = 0;
+  for (auto _ : ioState) {
+    GetNoteString(text, number % 13, number % 8, number % 2 == 0);
+    benchmark::DoNotOptimize(text.data());
+    ++number;
+  }
+}
+BENCHMARK(WriteNote)->Name("note name");
 
 }  // namespace
-
-void AddMusicalNotes() {
-  AddNoteFinder(kLibrary, &utility::GetNoteFromFrequency);
-  AddNoteFinder("log2f", &NoteByLogarithm);
-  Add("51 note name", kLibrary, [text = plinth::UTF16String()](std::size_t number) mutable {
-    utility::GetNoteString(text, static_cast<int>(number % 13), static_cast<int>(number % 8),
-                           number % 2 == 0);
-    benchmark::DoNotOptimize(text.data());
-  });
-}
-
-}  // namespace mezzo::bench
+}  // namespace mezzo::utility

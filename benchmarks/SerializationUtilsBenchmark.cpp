@@ -1,67 +1,71 @@
-#include "Rows.h"
+// Both variants pass the text by value as the library's functions take it.
+
 #include <Utility/SerializationUtils.h>
 
-#include <array>
+#include <benchmark/benchmark.h>
+
+#include <cstddef>
 #include <map>
-#include <string_view>
-#include <utility>
 #include <vector>
 
-namespace mezzo::bench {
+namespace mezzo::utility {
 namespace {
 
-using namespace mezzo::utility;
 using plinth::UTF16String;
 using plinth::utility::Guid;
 
 constexpr std::size_t kHandlers = 19;
 
-struct Handler {
-  UTF16String identifier;
-  UTF16String name;
-};
-
-std::vector<Handler> Handlers() {
-  std::vector<Handler> handlers(kHandlers);
-  for (std::size_t index = 0; index < kHandlers; ++index) {
-    handlers[index].identifier =
-        GetNativeHandlerID(static_cast<NativePluginIndex>(index)).AsString();
-    TranslateToHumanReadableMediaHandler(handlers[index].identifier, handlers[index].name);
-  }
-  return handlers;
+UTF16String Identifier(std::size_t inIndex) {
+  return GetNativeHandlerID(static_cast<NativePluginIndex>(inIndex)).AsString();
 }
 
-/// Both variants pass the text by value as the library's functions take it.
-template <class Translate>
-void AddTranslation(const char* inRow, const char* inVariant, UTF16String Handler::*inText,
-                    Translate inTranslate) {
+UTF16String Name(std::size_t inIndex) {
+  UTF16String name;
+  TranslateToHumanReadableMediaHandler(Identifier(inIndex), name);
+  return name;
+}
+
+bool NameInMap(UTF16String inText, UTF16String& outText) {
+  static const auto sNames = [] {
+    std::map<Guid, UTF16String> names;
+    for (std::size_t index = 0; index < kHandlers; ++index)
+      names[Guid(Identifier(index))] = Name(index);
+    return names;
+  }();
+  outText = sNames.find(Guid(inText))->second;
+  return true;
+}
+
+bool IdentifierInMap(UTF16String inText, UTF16String& outText) {
+  static const auto sIdentifiers = [] {
+    std::map<UTF16String, Guid> identifiers;
+    for (std::size_t index = 0; index < kHandlers; ++index)
+      identifiers[Name(index)] = Guid(Identifier(index));
+    return identifiers;
+  }();
+  outText = sIdentifiers.find(inText)->second.AsString();
+  return true;
+}
+
+template <bool (*kTranslate)(UTF16String, UTF16String&), UTF16String (*kInput)(std::size_t)>
+void Translate(benchmark::State& ioState) {
+  std::vector<UTF16String> inputs;
+  for (std::size_t index = 0; index < kHandlers; ++index) inputs.push_back(kInput(index));
   UTF16String result;
   result.reserve(64);
-  Add(inRow, inVariant, [=, handlers = Handlers()](std::size_t number) mutable {
-    inTranslate(handlers[number % kHandlers].*inText, result);
+  std::size_t place = 0;
+  for (auto _ : ioState) {
+    benchmark::DoNotOptimize(kTranslate(inputs[place++ % kHandlers], result));
     benchmark::DoNotOptimize(result.data());
-  });
+  }
 }
+BENCHMARK_TEMPLATE(Translate, TranslateToHumanReadableMediaHandler, Identifier)
+    ->Name("identifier to name");
+BENCHMARK_TEMPLATE(Translate, NameInMap, Identifier)->Name("identifier to name/map");
+BENCHMARK_TEMPLATE(Translate, TranslateFromHumanReadableMediaHandler, Name)
+    ->Name("name to identifier");
+BENCHMARK_TEMPLATE(Translate, IdentifierInMap, Name)->Name("name to identifier/map");
 
 }  // namespace
-
-void AddMediaHandlers() {
-  std::map<Guid, UTF16String> names;
-  std::map<UTF16String, Guid> identifiers;
-  for (const Handler& handler : Handlers()) {
-    names[Guid(handler.identifier)] = handler.name;
-    identifiers[handler.name] = Guid(handler.identifier);
-  }
-  AddTranslation("60 identifier to name", kLibrary, &Handler::identifier,
-                 &TranslateToHumanReadableMediaHandler);
-  AddTranslation("60 identifier to name", "map", &Handler::identifier,
-                 [names](UTF16String id, UTF16String& out) { out = names.find(Guid(id))->second; });
-  AddTranslation("61 name to identifier", kLibrary, &Handler::name,
-                 &TranslateFromHumanReadableMediaHandler);
-  AddTranslation("61 name to identifier", "map", &Handler::name,
-                 [identifiers](UTF16String name, UTF16String& out) {
-                   out = identifiers.find(name)->second.AsString();
-                 });
-}
-
-}  // namespace mezzo::bench
+}  // namespace mezzo::utility

@@ -1,214 +1,252 @@
-// Every conversion beside what a competent engineer would write instead: integer arithmetic,
-// `snprintf` and widening, or narrowing and `sscanf`.
+// Every display and every reading beside what a competent engineer would write instead: integer
+// arithmetic, `snprintf` and widening, or narrowing and `sscanf`; and the most frequent displays
+// written by hand.
+//
+// A display's cost depends on what the caller's string held before, so there are three states:
+// "same", the same string, texts of the same length nearly always; "changing", the same string,
+// lengths and signs change from call to call; "fresh", a new string for each text, its allocation
+// included.
 
-#include "Floor.h"
-#include "Rows.h"
+#include "../tests/support/Heap.h"
 #include <Utility/TimeConversionUtils.h>
 
-#include <plinth/string/UTF16String.h>
+#include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <random>
-#include <sstream>
 #include <string>
-#include <string_view>
 #include <vector>
 
-namespace mezzo::bench {
+namespace mezzo::utility {
 namespace {
 
-using namespace mezzo::utility;
 using plinth::UTF16String;
+using Positions = std::vector<std::int64_t>;
 
 constexpr std::int32_t kRate = 48000;
 constexpr std::int32_t kFps = 30;
-constexpr std::size_t kPositions = 1024;  // a power of two
-const BeatInfo kBeats{960, 120.0, 4, 4, 0.0};
+constexpr std::int64_t kHour = std::int64_t{3600} * kRate;
+constexpr std::size_t kPositions = 4096;  // a power of two
+BeatInfo sBeats{960, 120.0, 4, 4, 0.0};
 
 /// Positions spread over a stretch of the timeline, in order, as a ruler or a marker list has them.
-std::vector<std::int64_t> Positions(std::int64_t inFrom, std::int64_t inTo) {
+Positions Spread(std::int64_t inFrom, std::int64_t inTo) {
   std::mt19937_64 random(1);
-  std::uniform_int_distribution<std::int64_t> distribution(inFrom, inTo);
-  std::vector<std::int64_t> positions(kPositions);
-  for (auto& position : positions) position = distribution(random);
+  Positions positions(kPositions);
+  for (auto& position : positions)
+    position =
+        inFrom + static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(inTo - inFrom));
   std::sort(positions.begin(), positions.end());
   return positions;
 }
 
-constexpr std::int64_t kHour = std::int64_t{3600} * kRate;
-const std::vector<std::int64_t> kDay = Positions(0, 24 * kHour);
+const Positions kDay = Spread(0, 24 * kHour);
 
-std::int64_t Position(std::size_t inNumber) {
-  return kDay[inNumber % kPositions];
+const Positions kChanging = [] {
+  Positions positions = kDay;
+  for (std::size_t place = 1; place < kPositions; place += 2) positions[place] /= -50;
+  return positions;
+}();
+
+// ----------------------------------------------------------------------------------------- Writing
+
+using Display = void (*)(UTF16String&, std::int64_t);
+
+template <TimecodeFormat kFormat>
+void Write(UTF16String& outString, std::int64_t inSamples) {
+  ConvertSamplesToTimecode(outString, inSamples, kRate, kFormat, kFps, &sBeats, false);
 }
-
-/// Full, since a copy has room for its text only.
-UTF16String StringWithRoom() {
-  return UTF16String(64, u' ');
-}
-
-// -------------------------------------------------------------------------------------- Displays
 
 /// Formats into narrow text and widens it into the string.
 template <class... Values>
 void Print(UTF16String& outString, const char* inFormat, Values... inValues) {
-  char narrow[64];
-  const int length = std::snprintf(narrow, sizeof narrow, inFormat, inValues...);
+  std::array<char, 64> narrow;
+  const int length = std::snprintf(narrow.data(), narrow.size(), inFormat, inValues...);
   outString.resize(static_cast<std::size_t>(length));
-  for (std::size_t unit = 0; unit < outString.size(); ++unit) {
-    outString[unit] = static_cast<unsigned char>(narrow[unit]);
-  }
+  std::copy_n(narrow.data(), length, outString.data());
 }
 
 struct Split {
+  const char* sign;
   int hours, minutes, seconds, frames;
 
-  Split(std::int64_t inLabel, std::int64_t inFps)
-      : hours(static_cast<int>(inLabel / (3600 * inFps))),
-        minutes(static_cast<int>(inLabel / (60 * inFps) % 60)),
-        seconds(static_cast<int>(inLabel / inFps % 60)),
-        frames(static_cast<int>(inLabel % inFps)) {}
+  Split(std::int64_t inSamples, std::int64_t inLabel)
+      : sign(inSamples < 0 ? "-" : ""),
+        hours(static_cast<int>(inLabel / (3600 * kFps))),
+        minutes(static_cast<int>(inLabel / (60 * kFps) % 60)),
+        seconds(static_cast<int>(inLabel / kFps % 60)),
+        frames(static_cast<int>(inLabel % kFps)) {}
 };
 
-void PrintSMPTE(UTF16String& outString, std::int64_t inSamples) {
-  const Split split(inSamples * kFps / kRate, kFps);
-  Print(outString, "%02d:%02d:%02d:%02d", split.hours, split.minutes, split.seconds, split.frames);
+Split SplitSMPTE(std::int64_t inSamples) {
+  return {inSamples, std::abs(inSamples) * kFps / kRate};
 }
 
-void PrintDropFrame(UTF16String& outString, std::int64_t inSamples) {
-  const std::int64_t count = inSamples * kFps * 1000 / (std::int64_t{1001} * kRate);
+Split SplitPulledDown(std::int64_t inSamples, bool inDropsLabels) {
+  const std::int64_t count = std::abs(inSamples) * kFps * 1000 / (std::int64_t{1001} * kRate);
   const std::int64_t rest = count % 17982;
   const std::int64_t dropped =
       18 * (count / 17982) + (rest < 1800 ? 0 : 2 + (rest - 1800) / 1798 * 2);
-  const Split split(count + dropped, kFps);
-  Print(outString, "%02d;%02d;%02d;%02d", split.hours, split.minutes, split.seconds, split.frames);
+  return {inSamples, inDropsLabels ? count + dropped : count};
 }
 
-void StreamSMPTE(UTF16String& outString, std::int64_t inSamples) {
-  const Split split(inSamples * kFps / kRate, kFps);
-  std::ostringstream stream;
-  stream.fill('0');
-  for (const int field : {split.hours, split.minutes, split.seconds}) {
-    stream.width(2);
-    stream << field << ':';
-  }
-  stream.width(2);
-  stream << split.frames;
-  const std::string narrow = stream.str();
-  outString.assign(narrow.begin(), narrow.end());
-}
-
-void PrintDecimal(UTF16String& outString, std::int64_t inSamples) {
-  const std::int64_t seconds = inSamples / kRate;
-  const int past = static_cast<int>(inSamples % kRate);
-  const int h = static_cast<int>(seconds / 3600);
-  const int m = static_cast<int>(seconds / 60 % 60);
-  const int s = static_cast<int>(seconds % 60);
-  if (h >= 10) return Print(outString, "%d:%02d:%02d.%02d", h, m, s, past * 100 / kRate);
-  const int milliseconds = static_cast<int>((past * 1000.0 + 500.0) / kRate);
-  if (h >= 1) return Print(outString, "%d:%02d:%02d.%03d", h, m, s, milliseconds);
-  Print(outString, "%3s%d:%02d.%03d", "", m, s, milliseconds);
-}
-
-void PrintBarsAndBeats(UTF16String& outString, std::int64_t inSamples) {
-  const double beats = static_cast<double>(inSamples) * kBeats.dTempo / (60.0 * kRate) +
-                       0.0005 / kBeats.iTicksPerBeat;
-  const int whole = static_cast<int>(beats);
-  const int tick = static_cast<int>((beats - whole) * kBeats.iTicksPerBeat);
-  Print(outString, "%d:%d.%03d", whole / kBeats.iBeatsPerBar + 1, whole % kBeats.iBeatsPerBar + 1,
-        tick);
-}
-
-void PrintBeats(UTF16String& outString, std::int64_t inSamples) {
-  Print(outString, "%.3f", static_cast<double>(inSamples) * kBeats.dTempo / (60.0 * kRate));
-}
-
-void PrintMilliseconds(UTF16String& outString, std::int64_t inSamples) {
-  Print(outString, "%g", static_cast<double>(inSamples) * 1000.0 / kRate);
-}
-
-void PrintSamples(UTF16String& outString, std::int64_t inSamples) {
-  Print(outString, "%lld", static_cast<long long>(inSamples));
-}
-
-void PrintFrames(UTF16String& outString, std::int64_t inSamples) {
-  Print(outString, "%d", static_cast<int>(inSamples * kFps / kRate));
+void PrintLabel(UTF16String& outString, const Split& inSplit) {
+  Print(outString, "%s%02d:%02d:%02d:%02d", inSplit.sign, inSplit.hours, inSplit.minutes,
+        inSplit.seconds, inSplit.frames);
 }
 
 void PrintCompact(UTF16String& outString, std::int64_t inSamples) {
-  const std::int64_t frames = inSamples * kFps;
-  const Split s(frames / kRate, kFps);
-  const int hundredths = static_cast<int>(frames * 100 / kRate % 100);
+  const Split s = SplitSMPTE(inSamples);
+  const int hundredths = static_cast<int>(std::abs(inSamples) * kFps * 100 / kRate % 100);
   if (s.hours != 0) {
-    Print(outString, "%02d:%02d:%02d:%02d.%02d", s.hours, s.minutes, s.seconds, s.frames,
+    Print(outString, "%s%02d:%02d:%02d:%02d.%02d", s.sign, s.hours, s.minutes, s.seconds, s.frames,
           hundredths);
   } else if (s.minutes != 0) {
-    Print(outString, "%d:%02d:%02d.%02d", s.minutes, s.seconds, s.frames, hundredths);
+    Print(outString, "%s%d:%02d:%02d.%02d", s.sign, s.minutes, s.seconds, s.frames, hundredths);
   } else {
-    Print(outString, "%d:%02d.%02d", s.seconds, s.frames, hundredths);
+    Print(outString, "%s%d:%02d.%02d", s.sign, s.seconds, s.frames, hundredths);
   }
 }
 
-using Display = void (*)(UTF16String&, std::int64_t);
+void PrintClock(UTF16String& outString, std::int64_t inSamples) {
+  const char* const sign = inSamples < 0 ? "-" : "";
+  const std::int64_t magnitude = std::abs(inSamples);
+  const std::int64_t seconds = magnitude / kRate;
+  const int past = static_cast<int>(magnitude % kRate);
+  const int h = static_cast<int>(seconds / 3600);
+  const int m = static_cast<int>(seconds / 60 % 60);
+  const int s = static_cast<int>(seconds % 60);
+  if (h >= 10) return Print(outString, "%s%d:%02d:%02d.%02d", sign, h, m, s, past * 100 / kRate);
+  const int milliseconds = static_cast<int>((past * 1000.0 + 500.0) / kRate);
+  if (h >= 1) return Print(outString, "%s%d:%02d:%02d.%03d", sign, h, m, s, milliseconds);
+  Print(outString, "%3s%d:%02d.%03d", sign, m, s, milliseconds);
+}
 
-template <class Call>
-void AddDisplay(const std::string& inRow, const std::string& inVariant, Call inCall) {
-  Add(inRow, inVariant, [inCall, text = StringWithRoom()](std::size_t number) mutable {
-    inCall(text, Position(number));
+void PrintBarsAndBeats(UTF16String& outString, std::int64_t inSamples) {
+  const double beats = static_cast<double>(inSamples) * sBeats.dTempo / (60.0 * kRate) +
+                       0.0005 / sBeats.iTicksPerBeat;
+  const int whole = static_cast<int>(std::floor(beats));
+  const int tick = static_cast<int>((beats - whole) * sBeats.iTicksPerBeat);
+  const int bar = whole >= 0 ? whole / 4 : (whole + 1) / 4 - 1;
+  Print(outString, "%d:%d.%03d", bar + 1, whole - bar * 4 + 1, tick);
+}
+
+void PushDigits(UTF16String& outString, int inValue) {
+  outString.push_back(static_cast<char16_t>(u'0' + inValue / 10));
+  outString.push_back(static_cast<char16_t>(u'0' + inValue % 10));
+}
+
+void PushSMPTE(UTF16String& outString, std::int64_t inSamples) {
+  const Split split = SplitSMPTE(inSamples);
+  outString.clear();
+  if (*split.sign != '\0') outString.push_back(u'-');
+  PushDigits(outString, split.hours);
+  for (const int field : {split.minutes, split.seconds, split.frames}) {
+    outString.push_back(u':');
+    PushDigits(outString, field);
+  }
+}
+
+struct DisplayRow {
+  const char* name;
+  Display library;
+  Display snprintf;
+  Display byHand = nullptr;
+};
+
+const DisplayRow kDisplays[] = {
+    {"SMPTE", &Write<kTimecodeFormat_SMPTE>,
+     [](UTF16String& text, std::int64_t samples) { PrintLabel(text, SplitSMPTE(samples)); },
+     &PushSMPTE},
+    {"pulled-down", &Write<kTimecodeFormat_SMPTEPulldown>,
+     [](UTF16String& text, std::int64_t samples) {
+       PrintLabel(text, SplitPulledDown(samples, false));
+     }},
+    {"drop-frame", &Write<kTimecodeFormat_SMPTEDropFrame>,
+     [](UTF16String& text, std::int64_t samples) {
+       PrintLabel(text, SplitPulledDown(samples, true));
+     }},
+    {"compact", &Write<kTimecodeFormat_CompactSubframes>, &PrintCompact},
+    {"clock", &Write<kTimecodeFormat_Decimal>, &PrintClock},
+    {"bars-beats", &Write<kTimecodeFormat_BarsAndBeats>, &PrintBarsAndBeats},
+    {"beats", &Write<kTimecodeFormat_Beats>,
+     [](UTF16String& text, std::int64_t samples) {
+       Print(text, "%.3f", static_cast<double>(samples) * sBeats.dTempo / (60.0 * kRate));
+     }},
+    {"milliseconds", &Write<kTimecodeFormat_Milliseconds>,
+     [](UTF16String& text, std::int64_t samples) {
+       Print(text, "%g", static_cast<double>(samples) * 1000.0 / kRate);
+     }},
+    {"samples", &Write<kTimecodeFormat_Samples>,
+     [](UTF16String& text, std::int64_t samples) {
+       Print(text, "%lld", static_cast<long long>(samples));
+     }},
+    {"frames", &Write<kTimecodeFormat_Frames>,
+     [](UTF16String& text, std::int64_t samples) {
+       Print(text, "%d", static_cast<int>(std::abs(samples) * kFps / kRate));
+     }},
+    {"pulled-down-frames", &Write<kTimecodeFormat_PulldownFrames>,
+     [](UTF16String& text, std::int64_t samples) {
+       Print(text, "%d", static_cast<int>(std::abs(samples) * kFps * 1000 / (1001LL * kRate)));
+     }},
+};
+
+void IntoOneString(benchmark::State& ioState, Display inDisplay, const Positions& inPositions) {
+  UTF16String text;
+  text.reserve(64);
+  std::size_t place = 0;
+  const auto before = test::heap::AllocationCount();
+  for (auto _ : ioState) {
+    inDisplay(text, inPositions[place++ % kPositions]);
     benchmark::DoNotOptimize(text.data());
-  });
-}
-
-void AddFormat(const std::string& inRow, TimecodeFormat inFormat, Display inBaseline) {
-  AddDisplay(inRow, kLibrary, [inFormat](UTF16String& text, std::int64_t position) {
-    ConvertSamplesToTimecode(text, position, kRate, inFormat, kFps, &kBeats, false);
-  });
-  AddDisplay(inRow, "snprintf", inBaseline);
-}
-
-/// Keeps the compiler from making a kernel for the benchmarks' rates alone.
-template <class Kernel>
-Kernel General(Kernel inKernel) {
-  benchmark::DoNotOptimize(inKernel);
-  return inKernel;
-}
-
-template <class Kernel>
-void AddWritingFloor(const std::string& inRow, Kernel inKernel) {
-  Add(inRow, kFloor, [kernel = General(inKernel)](std::size_t number) {
-    char16_t units[12];
-    kernel(units, Position(number), kRate, kFps);
-    benchmark::DoNotOptimize(units);
-  });
-}
-
-// --------------------------------------------------------------------------------------- Reading
-
-/// The labels of the positions in a format, as a person would have typed them.
-std::vector<UTF16String> Labels(TimecodeFormat inFormat) {
-  // Past 100 seconds the milliseconds show no tenths, later an exponent, as nobody types them.
-  const bool isShort = inFormat == kTimecodeFormat_Milliseconds;
-  std::vector<UTF16String> labels;
-  for (const std::int64_t position : isShort ? Positions(0, 100 * kRate) : kDay) {
-    labels.emplace_back();
-    ConvertSamplesToTimecode(labels.back(), position, kRate, inFormat, kFps, &kBeats, false);
-    const std::size_t text = labels.back().find_first_not_of(u' ');
-    labels.back().erase(0, text);
+    benchmark::ClobberMemory();
   }
-  return labels;
+  if (test::heap::AllocationCount() != before) ioState.SkipWithError("It allocates.");
+}
+
+void IntoFreshStrings(benchmark::State& ioState, Display inDisplay) {
+  std::size_t place = 0;
+  for (auto _ : ioState) {
+    UTF16String text;
+    inDisplay(text, kDay[place++ % kPositions]);
+    benchmark::DoNotOptimize(text.data());
+  }
+}
+
+void RegisterDisplay(const char* inName, const std::string& inVariant, Display inDisplay) {
+  if (inDisplay == nullptr) return;
+  const auto name = [&](const char* state) {
+    return std::string(inName) + '/' + state + inVariant;
+  };
+  benchmark::RegisterBenchmark(name("same").c_str(), &IntoOneString, inDisplay, kDay);
+  benchmark::RegisterBenchmark(name("changing").c_str(), &IntoOneString, inDisplay, kChanging);
+  benchmark::RegisterBenchmark(name("fresh").c_str(), &IntoFreshStrings, inDisplay);
+}
+
+// ----------------------------------------------------------------------------------------- Reading
+
+using Reading = std::int64_t (*)(const UTF16String&);
+
+template <TimecodeFormat kFormat>
+std::int64_t Read(const UTF16String& inText) {
+  std::int64_t samples = 0;
+  ConvertTimecodeToSamples(samples, inText, kFormat, kRate, kFps, &sBeats, false);
+  return samples;
 }
 
 /// Narrows a text and scans it with `sscanf`.
 template <class... Values>
 void Scan(const UTF16String& inText, const char* inFormat, Values*... outValues) {
-  char narrow[64];
-  const std::size_t length = std::min(inText.size(), sizeof narrow - 1);
+  std::array<char, 64> narrow{};
+  const std::size_t length = std::min(inText.size(), narrow.size() - 1);
   for (std::size_t unit = 0; unit < length; ++unit) narrow[unit] = static_cast<char>(inText[unit]);
-  narrow[length] = '\0';
-  std::sscanf(narrow, inFormat, outValues...);
+  std::sscanf(narrow.data(), inFormat, outValues...);
 }
 
 std::int64_t ScanSMPTE(const UTF16String& inText) {
@@ -234,7 +272,7 @@ std::int64_t ScanCompact(const UTF16String& inText) {
   return static_cast<std::int64_t>((((h * 60 + m) * 60 + s) * kFps + f) * kRate / kFps + 0.5);
 }
 
-std::int64_t ScanDecimal(const UTF16String& inText) {
+std::int64_t ScanClock(const UTF16String& inText) {
   int h = 0, m = 0;
   double s = 0;
   Scan(inText, "%d:%d:%lf", &h, &m, &s);
@@ -248,161 +286,73 @@ std::int64_t ScanNumber(const UTF16String& inText) {
   return static_cast<std::int64_t>(value * kSamplesPerUnit + 0.5);
 }
 
-std::int64_t ScanSamples(const UTF16String& inText) {
-  long long value = 0;
-  Scan(inText, "%lld", &value);
-  return value;
-}
-
 std::int64_t ScanBarsAndBeats(const UTF16String& inText) {
   int bar = 0, beat = 0, tick = 0;
   Scan(inText, "%d:%d.%d", &bar, &beat, &tick);
-  const double beats = (bar - 1) * kBeats.iBeatsPerBar + (beat - 1) +
-                       static_cast<double>(tick) / kBeats.iTicksPerBeat;
-  return static_cast<std::int64_t>(beats * 60.0 * kRate / kBeats.dTempo + 0.5);
+  const double beats = (bar - 1) * sBeats.iBeatsPerBar + (beat - 1) +
+                       static_cast<double>(tick) / sBeats.iTicksPerBeat;
+  return static_cast<std::int64_t>(beats * 60.0 * kRate / sBeats.dTempo + 0.5);
 }
 
-template <class Read>
-void AddReading(const std::string& inRow, const std::string& inVariant,
-                std::vector<UTF16String> inLabels, Read inRead) {
-  Add(inRow, inVariant, [inRead, labels = std::move(inLabels)](std::size_t number) {
-    benchmark::DoNotOptimize(inRead(labels[number % kPositions]));
-  });
+struct ReadingRow {
+  const char* name;
+  Display display;  ///< writes the texts as a person would have typed them
+  Reading library;
+  Reading sscanf;
+};
+
+const ReadingRow kReadings[] = {
+    {"SMPTE", &Write<kTimecodeFormat_SMPTE>, &Read<kTimecodeFormat_SMPTE>, &ScanSMPTE},
+    {"drop-frame", &Write<kTimecodeFormat_SMPTEDropFrame>, &Read<kTimecodeFormat_SMPTEDropFrame>,
+     &ScanDropFrame},
+    {"compact", &Write<kTimecodeFormat_CompactSubframes>, &Read<kTimecodeFormat_CompactSubframes>,
+     &ScanCompact},
+    {"clock", &PrintClock, &Read<kTimecodeFormat_Decimal>, &ScanClock},
+    {"bars-beats", &Write<kTimecodeFormat_BarsAndBeats>, &Read<kTimecodeFormat_BarsAndBeats>,
+     &ScanBarsAndBeats},
+    {"beats", &Write<kTimecodeFormat_Beats>, &Read<kTimecodeFormat_Beats>, &ScanNumber<kRate / 2>},
+    // Milliseconds of a whole day show an exponent, which nobody types.
+    {"milliseconds",
+     [](UTF16String& text, std::int64_t samples) {
+       Write<kTimecodeFormat_Milliseconds>(text, samples % (100 * kRate));
+     },
+     &Read<kTimecodeFormat_Milliseconds>, &ScanNumber<kRate / 1000>},
+    {"samples", &Write<kTimecodeFormat_Samples>, &Read<kTimecodeFormat_Samples>, &ScanNumber<1>},
+    {"frames", &Write<kTimecodeFormat_Frames>, &Read<kTimecodeFormat_Frames>,
+     &ScanNumber<kRate / kFps>},
+};
+
+void ReadTexts(benchmark::State& ioState, Reading inReading, Display inDisplay) {
+  std::vector<UTF16String> texts(kPositions);
+  for (std::size_t place = 0; place < kPositions; ++place) inDisplay(texts[place], kDay[place]);
+  std::size_t place = 0;
+  for (auto _ : ioState) benchmark::DoNotOptimize(inReading(texts[place++ % kPositions]));
 }
 
-template <class Kernel>
-void AddReadingFloor(const std::string& inRow, const std::vector<UTF16String>& inLabels,
-                     Kernel inKernel) {
-  AddReading(inRow, kFloor, inLabels, [kernel = General(inKernel)](const UTF16String& text) {
-    return kernel(text.data(), kRate, kFps);
-  });
-}
+// -------------------------------------------------------------------------------------------------
 
-void AddReadingFormat(const std::string& inRow, TimecodeFormat inFormat,
-                      std::int64_t (*inBaseline)(const UTF16String&)) {
-  AddReading(inRow, kLibrary, Labels(inFormat), [inFormat](const UTF16String& text) {
-    BeatInfo beats = kBeats;
-    std::int64_t samples = 0;
-    ConvertTimecodeToSamples(samples, text, inFormat, kRate, kFps, &beats, false);
-    return samples;
-  });
-  AddReading(inRow, "sscanf", Labels(inFormat), inBaseline);
-}
-
-std::int64_t ReadRate(const UTF16String& inText, bool inPulldown, bool inDropFrame) {
-  std::int64_t samples = 0;
-  ConvertTimecodeToSamples(samples, inText, kRate, kFps, inPulldown, inDropFrame);
-  return samples;
-}
-
-void AddDisplays() {
-  const std::string plain = "01 samples to SMPTE";
-  AddDisplay(plain, kLibrary, [](UTF16String& text, std::int64_t position) {
-    ConvertSamplesToTimecode(text, position, kRate, kFps, false, false, false, false, false, false,
-                             false);
-  });
-  AddDisplay(plain, "snprintf", &PrintSMPTE);
-  AddDisplay(plain, "ostringstream", &StreamSMPTE);
-  AddWritingFloor(plain, &floor::WriteSMPTE);
-  const std::string drop = "02 samples to drop-frame SMPTE";
-  AddDisplay(drop, kLibrary, [](UTF16String& text, std::int64_t position) {
-    ConvertSamplesToTimecode(text, position, kRate, kFps, true, false, false, false, false, false,
-                             false);
-  });
-  AddDisplay(drop, "snprintf", &PrintDropFrame);
-  AddWritingFloor(drop, &floor::WriteDropFrame);
-
-  const std::string plainFormat = "03 samples to SMPTE by format";
-  AddFormat(plainFormat, kTimecodeFormat_SMPTE, &PrintSMPTE);
-  AddWritingFloor(plainFormat, &floor::WriteSMPTE);
-  const std::string dropFormat = "04 samples to drop-frame SMPTE by format";
-  AddFormat(dropFormat, kTimecodeFormat_SMPTEDropFrame, &PrintDropFrame);
-  AddWritingFloor(dropFormat, &floor::WriteDropFrame);
-  AddFormat("05 samples to compact SMPTE", kTimecodeFormat_CompactSubframes, &PrintCompact);
-  AddFormat("06 samples to decimal clock", kTimecodeFormat_Decimal, &PrintDecimal);
-  AddFormat("07 samples to bars and beats", kTimecodeFormat_BarsAndBeats, &PrintBarsAndBeats);
-  AddFormat("08 samples to beats", kTimecodeFormat_Beats, &PrintBeats);
-  AddFormat("09 samples to milliseconds", kTimecodeFormat_Milliseconds, &PrintMilliseconds);
-  AddFormat("10 samples to samples text", kTimecodeFormat_Samples, &PrintSamples);
-  AddFormat("11 samples to frames", kTimecodeFormat_Frames, &PrintFrames);
-  AddFormat("12 samples to pulled-down frames", kTimecodeFormat_PulldownFrames, &PrintFrames);
-}
-
-void AddReadings() {
-  const std::string plain = "20 SMPTE to samples";
-  const auto plainLabels = Labels(kTimecodeFormat_SMPTE);
-  AddReading(plain, kLibrary, plainLabels,
-             [](const UTF16String& text) { return ReadRate(text, false, false); });
-  AddReading(plain, "sscanf", plainLabels, &ScanSMPTE);
-  AddReadingFloor(plain, plainLabels, &floor::ReadSMPTE);
-  const std::string drop = "21 drop-frame SMPTE to samples";
-  const auto dropLabels = Labels(kTimecodeFormat_SMPTEDropFrame);
-  AddReading(drop, kLibrary, dropLabels,
-             [](const UTF16String& text) { return ReadRate(text, true, true); });
-  AddReading(drop, "sscanf", dropLabels, &ScanDropFrame);
-  AddReadingFloor(drop, dropLabels, &floor::ReadDropFrame);
-
-  AddReadingFormat("22 SMPTE to samples by format", kTimecodeFormat_SMPTE, &ScanSMPTE);
-  AddReadingFormat("23 compact SMPTE to samples", kTimecodeFormat_CompactSubframes, &ScanCompact);
-  AddReadingFormat("24 decimal clock to samples", kTimecodeFormat_Decimal, &ScanDecimal);
-  AddReadingFormat("25 bars and beats to samples", kTimecodeFormat_BarsAndBeats, &ScanBarsAndBeats);
-  AddReadingFormat("26 beats to samples", kTimecodeFormat_Beats, &ScanNumber<kRate / 2>);
-  AddReadingFormat("27 milliseconds to samples", kTimecodeFormat_Milliseconds,
-                   &ScanNumber<kRate / 1000>);
-  AddReadingFormat("28 samples text to samples", kTimecodeFormat_Samples, &ScanSamples);
-  AddReadingFormat("29 frames to samples", kTimecodeFormat_Frames, &ScanNumber<kRate / kFps>);
-}
-
-/// The cost of a display hardly depends on where the position lies.
-void AddRange() {
-  const struct {
-    const char* row;
-    std::vector<std::int64_t> positions;
-  } stretches[] = {{"40 SMPTE display within the first second", Positions(0, kRate)},
-                   {"41 SMPTE display past 100 hours", Positions(100 * kHour, 101 * kHour)}};
-  for (const auto& stretch : stretches) {
-    for (const bool dropFrame : {false, true}) {
-      Add(stretch.row + std::string(dropFrame ? ", drop-frame" : ""), kLibrary,
-          [dropFrame, positions = stretch.positions,
-           text = StringWithRoom()](std::size_t number) mutable {
-            ConvertSamplesToTimecode(text, positions[number % kPositions], kRate, kFps, dropFrame,
-                                     false, false, false, false, false, false);
-            benchmark::DoNotOptimize(text.data());
-          });
-    }
+[[maybe_unused]] const bool sIsRegistered = [] {
+  for (const DisplayRow& row : kDisplays) {
+    RegisterDisplay(row.name, "", row.library);
+    RegisterDisplay(row.name, "/snprintf", row.snprintf);
+    RegisterDisplay(row.name, "/push_back", row.byHand);
   }
-}
-
-/// The floors only measure what they compute rightly.
-void CheckFloors() {
-  UTF16String text;
-  for (const std::int64_t position : kDay) {
-    char16_t units[12];
-    for (const std::int32_t fps : {30, 60}) {
-      for (const bool drop : {false, true}) {
-        ConvertSamplesToTimecode(text, position, kRate, fps, drop, false, false, false, false,
-                                 false, false);
-        (drop ? floor::WriteDropFrame : floor::WriteSMPTE)(units, position, kRate, fps);
-        std::int64_t samples = 0;
-        ConvertTimecodeToSamples(samples, text, kRate, fps, drop, drop);
-        const auto read = (drop ? floor::ReadDropFrame : floor::ReadSMPTE)(units, kRate, fps);
-        if (text != std::u16string_view(units, floor::kLabelUnits) || samples != read) {
-          std::fprintf(stderr, "a floor is wrong at position %lld\n",
-                       static_cast<long long>(position));
-          std::exit(EXIT_FAILURE);
-        }
-      }
-    }
+  for (const ReadingRow& row : kReadings) {
+    const std::string name = row.name + std::string("/read");
+    benchmark::RegisterBenchmark(name.c_str(), &ReadTexts, row.library, row.display);
+    benchmark::RegisterBenchmark((name + "/sscanf").c_str(), &ReadTexts, row.sscanf, row.display);
   }
-}
+  // The cost hardly depends on where the position lies.
+  const Positions stretches[] = {Spread(0, kRate), Spread(100 * kHour, 101 * kHour)};
+  for (const DisplayRow& row : {kDisplays[0], kDisplays[2]}) {
+    const std::string name = row.name;
+    benchmark::RegisterBenchmark((name + "/first second").c_str(), &IntoOneString, row.library,
+                                 stretches[0]);
+    benchmark::RegisterBenchmark((name + "/past 100 hours").c_str(), &IntoOneString, row.library,
+                                 stretches[1]);
+  }
+  return true;
+}();
 
 }  // namespace
-
-void AddTimeConversions() {
-  CheckFloors();
-  AddDisplays();
-  AddReadings();
-  AddRange();
-}
-
-}  // namespace mezzo::bench
+}  // namespace mezzo::utility
