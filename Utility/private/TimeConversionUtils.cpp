@@ -283,17 +283,16 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
     beats += (barsBeforeZero * beatsPerBar).Value();
   }
 
+  double ticks = 0.0;
   std::int32_t tick = 0;
-  Int64 thousandths = 0;
   if (ticksPerBeat >= 1) {
-    const double ticks = Fraction(beats) * ticksPerBeat;
+    ticks = Fraction(beats) * ticksPerBeat;
     tick = TruncateTo<std::int32_t>(ticks);
     if (tick == ticksPerBeat) {
       // So close below a whole beat that the product rounded up: that beat it is.
+      ticks = 0.0;
       tick = 0;
       beats += 1.0 / ticksPerBeat;
-    } else {
-      thousandths = Int64(TruncateTo<std::int64_t>(ticks * 1000.0)) - Int64(tick) * 1000;
     }
   }
 
@@ -312,7 +311,10 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
   } else if (inPrecision >= 2) {
     text.Unit(u'.').Number(tick, DivisionWidth(ticksPerBeat));
   }
-  if (inPrecision >= 3) text.Unit(u'.').Number(Shown(thousandths), 3);
+  if (inPrecision >= 3) {
+    const Int64 thousandths = TruncateTo<std::int64_t>(ticks * 1000.0);
+    text.Unit(u'.').Number(Shown(thousandths - Int64(tick) * 1000), 3);
+  }
   text.AssignTo(outString);
   return true;
 }
