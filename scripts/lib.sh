@@ -34,7 +34,7 @@ install_packages() {
 
 # Installs what the release build needs, and builds its named targets in build/release.
 build_release() {
-  install_packages cmake g++ libbenchmark-dev libboost-dev libcli11-dev libfast-float-dev libgtest-dev ninja-build \
+  install_packages cmake g++ help2man libbenchmark-dev libboost-dev libcli11-dev libfast-float-dev libgtest-dev ninja-build \
     nlohmann-json3-dev
   # For this prefix, installed files lie where Debian has them; packages are made from this build.
   cmake --preset release -DCMAKE_INSTALL_PREFIX=/usr >/dev/null

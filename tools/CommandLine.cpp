@@ -1,65 +1,72 @@
 #include "CommandLine.h"
 
 #include "InputError.h"
-#include "NumberReading.h"
 
 #include <algorithm>
-#include <functional>
 #include <iostream>
-#include <tuple>
-#include <utility>
+#include <string>
 #include <vector>
 
 namespace mezzo::tool {
 namespace {
 
-// The manual takes the first sentence as its headline.
 constexpr char kDescription[] =
     R"(Convert, name and draw positions on an audio timeline.
 
-A position is a signed count of samples. Texts are read leniently: what is no
-digit separates fields, fields fill up from the right, a "." begins a decimal
-fraction. A minus sign counts in samples and in bars-beats; in all other
-formats it only separates.
+A position is a signed count of samples. Fields of a typed text fill up from
+the right, and a "." begins a decimal fraction. A minus sign in front counts.
+
+A FORMAT is a name or number from the list of 'mezzo formats', in any letter
+case, or a frame rate as people say it, which chooses the nominal rate, too:
+  23.976 23.98 24 25 29.97 29.97df 30 47.952 48 50 59.94 59.94df 60 100
+  119.88 120
 )";
 
 constexpr char kToolNotes[] = R"(Exit status:
   0  Everything was converted.
-  1  Something could not be read, or the library reported a broken
-     precondition, such as drop-frame labels at 25 frames per second.
-     Everything else was converted.
+  1  Something could not be converted; everything else was.
   2  The arguments cannot be used, or a file cannot be read or written.
 
 Examples:
   mezzo show 480000
-  mezzo parse smpte-drop < markers.txt | mezzo format bars-beats
-  mezzo ruler --format smpte-drop --from "00;00;58;00" --to "00;01;02;00")";
+  mezzo convert 29.97df bars-beats "01;00;02;00" --tempo 90
+  mezzo parse 29.97df < markers.txt | mezzo format bars-beats
+  mezzo ruler --format 29.97df --from "00;00;58;00" --to "00;01;02;00")";
 
 constexpr char kShowNotes[] = R"(JSON:
   {"position", "rate", "fps", "tempo", "meter", "ticks", "offset_ms",
-   "duration", "formats": [{"number", "name", "text"}, ...]}
-  The text of the reserved format is null.
+   "duration", "notes", "formats": [{"number", "name", "text", "notes"}, ...]}
+  Where there is no text, it is null, and the notes tell why. Notes are left
+  out where there are none.
 
 Examples:
   mezzo show 480000
+  mezzo show --from 29.97df "01;00;02;00"
   mezzo show -1234 --fps 24 --tempo 90 --meter 6/8)";
 
 constexpr char kParseNotes[] = R"(JSON:
-  [{"item", "samples", "text"}, ...]
-  The item is the number of the line or argument. Where it cannot be read:
-  {"item", "text", "error"}.
+  [{"item", "samples", "text", "notes"}, ...]
+  The item is the number of the line or argument. Notes are left out where
+  there are none. What cannot be converted is {"item", "text", "error"}.
 
 Examples:
   mezzo parse smpte 01:02:03:04
   mezzo parse bars-beats -1:4.000 2:1 --tempo 90
-  mezzo parse smpte-drop < markers.txt | mezzo format bars-beats)";
+  mezzo parse 29.97df --field 2 --header < markers.csv)";
 
 constexpr char kFormatNotes[] = R"(JSON:
-  As that of parse.
+  As that of parse; the text is the one written.
 
 Examples:
   mezzo format smpte 178707200 -48000
   seq 0 12000 96000 | mezzo format bars-beats)";
+
+constexpr char kConvertNotes[] = R"(JSON:
+  As that of parse; the text is the one written.
+
+Examples:
+  mezzo convert 29.97df bars-beats "01;00;02;00" --tempo 90
+  mezzo convert 29.97df decimal --field 2 --delimiter tab < markers.tsv)";
 
 constexpr char kListFormatsNotes[] = R"(JSON:
   [{"number", "name", "text", "meaning"}, ...]
@@ -68,8 +75,8 @@ Examples:
   mezzo formats)";
 
 constexpr char kRulerNotes[] = R"(Ends:
-  A text in the format of the ruler. A minus sign in front counts in every
-  format. Or @ and a position in samples, such as @-48000.
+  A text in the format of the ruler, or @ and a position in samples, such as
+  @-48000.
 
 Labels and positions:
   Every position is read by the library from a round text, and every label is
@@ -81,7 +88,7 @@ JSON:
    "ticks": [{"position", "text", "labelled", "reads_back"}, ...]}
 
 Examples:
-  mezzo ruler --format smpte-drop --from "00;00;58;00" --to "00;01;02;00"
+  mezzo ruler --format 29.97df --from "00;00;58;00" --to "00;01;02;00"
   mezzo ruler --format bars-beats --from 0:1 --to 5:1 --meter 6/8
   mezzo ruler --from @-96000 --to @96000 --svg ruler.svg)";
 
@@ -104,87 +111,103 @@ constexpr char kHandlerNotes[] = R"(JSON:
 Examples:
   mezzo handler RuvoWav)";
 
-using Assignment = std::function<void(const std::string&)>;
+constexpr char kTimelineGroup[] = "Timeline";
 
-template <class Target, class Read>
-Assignment To(Target& outTarget, Read inRead) {
-  return [&outTarget, inRead](const std::string& inText) { outTarget = inRead(inText); };
-}
+/// What the parser would take for an option, though it stands behind "--", bears this in front
+/// until an argument takes it.
+constexpr char kMark = '\x01';
 
-// What the assignment has to say against a text becomes the complaint of the option.
-CLI::Option* AddValue(CLI::App& outCommand, const std::string& inName, const std::string& inType,
-                      const std::string& inDescription, const Assignment& inAssign) {
-  const auto assign = [inName, inAssign](const std::string& inText) {
-    try {
-      inAssign(inText);
-    } catch (const InputError& error) {
-      throw CLI::ValidationError(inName, error.what());
-    }
-  };
-  return outCommand.add_option_function<std::string>(inName, assign, inDescription)
-      ->type_name(inType);
-}
-
-std::pair<int, int> ReadMeter(const std::string& inText) {
-  const std::size_t slash = std::min(inText.find('/'), inText.size());
-  try {
-    const int beatsPerBar = NumberFrom(1, 999)(inText.substr(0, slash));
-    const int beatUnit = NumberFrom(1, 128)(inText.substr(std::min(slash + 1, inText.size())));
-    if ((beatUnit & (beatUnit - 1)) == 0) return {beatsPerBar, beatUnit};
-  } catch (const InputError&) {
-    // One complaint covers both halves.
-  }
-  throw InputError("must be beats per bar and a note value, such as 6/8, not '" + inText + "'");
-}
-
-// The parser ends a command at "--" once each of its positional arguments has a value, so that
-// nothing more is read as a text. Here "--" goes, and no argument behind it looks like an option:
-// in front of texts and positions a blank means nothing. \return the arguments in reverse order, as
-// the parser takes them.
+/// The parser ends a command at "--" once each of its arguments has a value. Here "--" goes, and
+/// what stands behind it is marked. \return the arguments in reverse order, as the parser takes
+/// them.
 std::vector<std::string> ArgumentsForParser(std::vector<std::string> inArguments) {
-  const auto mark = std::find(inArguments.begin(), inArguments.end(), "--");
-  if (mark != inArguments.end()) {
-    for (auto argument = inArguments.erase(mark); argument != inArguments.end(); ++argument) {
-      if (argument->starts_with('-')) argument->insert(0, " ");
+  const auto end = std::find(inArguments.begin(), inArguments.end(), "--");
+  if (end != inArguments.end()) {
+    for (auto argument = inArguments.erase(end); argument != inArguments.end(); ++argument) {
+      if (argument->starts_with('-')) argument->insert(0, 1, kMark);
     }
   }
   std::reverse(inArguments.begin(), inArguments.end());
   return inArguments;
 }
 
-int ReadTicks(const std::string& inText) {
-  return inText == "-1" ? -1 : NumberFrom(1, 1000000)(inText);
+CLI::Validator WithoutMark() {
+  return CLI::Validator(
+      [](std::string& text) {
+        if (text.starts_with(kMark)) text.erase(0, 1);
+        return std::string();
+      },
+      "");
 }
 
-void AddTimelineOptions(CLI::App& outCommand, Timeline& outTimeline) {
-  utility::BeatInfo& beats = outTimeline.beats;
-  const auto add = [&](const char* inName, const char* inType, const char* inDefault,
-                       const char* inDescription, const Assignment& inAssign) {
-    AddValue(outCommand, inName, inType, inDescription, inAssign)
-        ->group(kTimelineGroup)
-        ->default_str(inDefault);
+/// "nan" is a number to the parser, and lies in every range.
+template <class Value>
+CLI::Validator Between(Value inLowest, Value inHighest) {
+  const CLI::Range range(inLowest, inHighest);
+  return CLI::Validator(
+      [range](std::string& text) {
+        if (text.find_first_of("nN") != std::string::npos) return Quoted(text) + " is not a number";
+        return range(text);
+      },
+      "");
+}
+
+/// Rates with a decimal point are no nominal rates.
+CLI::Validator NominalRate() {
+  return CLI::Validator(
+      [](std::string& text) {
+        for (const RateName& rate : RateNames()) {
+          if (rate.name != text || rate.name.find('.') == std::string_view::npos) continue;
+          const bool hasLabels = rate.framesPerSecond == 30 || rate.framesPerSecond == 60;
+          return text + " is " + std::to_string(rate.framesPerSecond) + " with smpte-pulldown" +
+                 (hasLabels ? " or smpte-drop" : "");
+        }
+        return std::string();
+      },
+      "");
+}
+
+/// Adds an option or argument that is read by a function of ours. What that has to say against a
+/// text becomes the complaint of the option.
+template <class Read>
+CLI::Option* AddRead(CLI::App& outCommand, const std::string& inName,
+                     const std::string& inDescription, Read inRead) {
+  const auto assign = [inName, inRead](const std::string& text) {
+    try {
+      inRead(text);
+    } catch (const InputError& error) {
+      throw CLI::ValidationError(inName, error.what());
+    }
   };
-  add("--rate", "HZ", "48000", "Samples per second",
-      To(outTimeline.sampleRate, NumberFrom(1, 10000000)));
-  add("--fps", "N", "30", "Nominal frames per second; 30 or 60 for drop-frame",
-      To(outTimeline.framesPerSecond, NumberFrom(1, 1000)));
-  add("--tempo", "BPM", "120", "Quarter notes per minute",
-      To(beats.dTempo, NumberFrom(0.001, 100000.0)));
-  add("--meter", "N/N", "4/4", "Beats per bar and note value of a beat",
-      [&beats](const std::string& inText) {
-        std::tie(beats.iBeatsPerBar, beats.iBeatUnit) = ReadMeter(inText);
-      });
-  add("--ticks", "N", "960", "Ticks in a beat; -1: decimal fraction of the beat",
-      To(beats.iTicksPerBeat, ReadTicks));
-  add("--offset-ms", "MS", "0", "Milliseconds from sample 0 to bar 1 beat 1",
-      To(beats.dOffsetMs, NumberFrom(-1e9, 1e9)));
+  return outCommand.add_option_function<std::string>(inName, assign, inDescription)
+      ->transform(WithoutMark());
 }
 
-void AddDurationFlag(CLI::App& outCommand, Timeline& outTimeline) {
-  outCommand
-      .add_flag("--duration", outTimeline.isDuration,
-                "A length, not a position: bars and beats from 0")
-      ->group(kTimelineGroup);
+void AddFormat(CLI::App& outCommand, const char* inName, FormatChoice& outFormat) {
+  AddRead(outCommand, inName, "Format, by name or number",
+          [&outFormat](const std::string& text) { outFormat = ReadFormat(text); })
+      ->type_name("")
+      ->required();
+}
+
+void ReadMeter(const std::string& inText, utility::BeatInfo& outBeats) {
+  const std::vector<std::string> parts = CLI::detail::split(inText, '/');
+  int beats = 0;
+  int unit = 0;
+  const bool isMeter = parts.size() == 2 && CLI::detail::lexical_cast(parts[0], beats) &&
+                       CLI::detail::lexical_cast(parts[1], unit) && beats >= 1 && beats <= 999 &&
+                       unit >= 1 && unit <= 128 && (unit & (unit - 1)) == 0;
+  if (!isMeter) {
+    throw InputError("must be beats per bar and a note value, such as 6/8, not " + Quoted(inText));
+  }
+  outBeats.iBeatsPerBar = beats;
+  outBeats.iBeatUnit = unit;
+}
+
+char ReadDelimiter(const std::string& inText) {
+  if (inText == "tab" || inText == "\\t") return '\t';
+  if (inText.size() == 1 && inText != "\"") return inText[0];
+  throw InputError("must be one character or 'tab', not " + Quoted(inText));
 }
 
 }  // namespace
@@ -192,8 +215,10 @@ void AddDurationFlag(CLI::App& outCommand, Timeline& outTimeline) {
 CommandLine::CommandLine() : fApp(kDescription, "mezzo") {
   fApp.footer(kToolNotes);
   fApp.set_help_flag("-h,--help", "Print this help and exit");
+  fApp.set_help_all_flag("--help-all", "Print the help of every command and exit");
   fApp.set_version_flag("--version", "mezzo " MEZZO_TOOL_VERSION, "Print the version and exit");
   fApp.require_subcommand(1);
+  fApp.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
   fApp.get_formatter()->label("SUBCOMMAND", "COMMAND");
   fApp.get_formatter()->label("Positionals", "Arguments");
   fApp.get_formatter()->column_width(26);
@@ -208,14 +233,16 @@ int CommandLine::Run(int inCount, const char* const* inArguments) {
   } catch (const CLI::CallForHelp&) {
     std::cout << fApp.help();
     return kSuccess;
+  } catch (const CLI::CallForAllHelp&) {
+    std::cout << fApp.help("", CLI::AppFormatMode::All);
+    return kSuccess;
   } catch (const CLI::CallForVersion& version) {
     std::cout << version.what() << '\n';
     return kSuccess;
   } catch (const CLI::ParseError& error) {
     if (!fApp.get_subcommands().empty()) throw InputError(error.what());
-    throw InputError(
-        (inCount < 2 ? "no command" : "unknown command '" + std::string(inArguments[1]) + "'") +
-        "; 'mezzo --help' lists them");
+    throw InputError((inCount < 2 ? "no command" : "unknown command " + Quoted(inArguments[1])) +
+                     "; 'mezzo --help' lists them");
   }
   return fCommand(fSettings);
 }
@@ -229,27 +256,102 @@ CLI::App& CommandLine::AddCommand(const char* inName, const char* inDescription,
   return command;
 }
 
+void CommandLine::AddTimelineOptions(CLI::App& outCommand, bool inHasDuration) {
+  Timeline& timeline = fSettings.timeline;
+  utility::BeatInfo& beats = timeline.beats;
+  outCommand.option_defaults()->group(kTimelineGroup);
+  outCommand.add_option("--rate", timeline.sampleRate, "Samples per second")
+      ->check(Between(1, 10000000))
+      ->type_name("HZ")
+      ->capture_default_str();
+  outCommand
+      .add_option("--fps", fSettings.framesPerSecond,
+                  "Nominal frames per second; 30 or 60 for drop-frame")
+      ->check(NominalRate())
+      ->check(Between(1, 1000))
+      ->type_name("N")
+      ->default_str("30");
+  outCommand.add_option("--tempo", beats.dTempo, "Quarter notes per minute")
+      ->check(Between(0.001, 100000.0))
+      ->type_name("BPM")
+      ->default_str("120");
+  AddRead(outCommand, "--meter", "Beats per bar and note value of a beat",
+          [&beats](const std::string& text) { ReadMeter(text, beats); })
+      ->type_name("N/N")
+      ->default_str("4/4");
+  outCommand
+      .add_option("--ticks", beats.iTicksPerBeat,
+                  "Ticks in a beat; -1: decimal fraction of the beat")
+      ->check(Between(-1, 1000000))
+      ->check([](const std::string& text) { return text == "0" ? "A beat has ticks" : ""; })
+      ->type_name("N")
+      ->capture_default_str();
+  outCommand
+      .add_option("--offset-ms", beats.dOffsetMs, "Milliseconds from sample 0 to bar 1 beat 1")
+      ->check(Between(-1e9, 1e9))
+      ->type_name("MS")
+      ->default_str("0");
+  if (!inHasDuration) return;
+  outCommand.add_flag("--duration", timeline.isDuration,
+                      "A length, not a position: bars and beats from 0");
+}
+
+void CommandLine::AddReadingOptions(CLI::App& outCommand) {
+  outCommand.add_flag("--lenient", fSettings.isLenient,
+                      "Read as the library does: what is no digit separates");
+}
+
+void CommandLine::AddTextOptions(CLI::App& outCommand, const char* inName,
+                                 const char* inDescription) {
+  outCommand.add_option(inName, fSettings.texts, inDescription)
+      ->transform(WithoutMark())
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->type_name("");
+  CLI::Option* const field =
+      outCommand.add_option("--field", fSettings.field, "Convert this column of a table alone")
+          ->check(Between(1, 1000))
+          ->type_name("N");
+  AddRead(outCommand, "--delimiter", "What separates columns: a character or 'tab'",
+          [this](const std::string& text) { fSettings.delimiter = ReadDelimiter(text); })
+      ->type_name("C")
+      ->default_str(",")
+      ->needs(field);
+  outCommand.add_flag("--header", fSettings.hasHeader, "Leave the first line as it is");
+  AddTimelineOptions(outCommand);
+}
+
 void CommandLine::AddConversionCommands() {
   CLI::App& show = AddCommand("show", "Show a position in every display format", &Show, kShowNotes);
-  show.add_option("POSITION", fSettings.position, "Position in samples")->type_name("")->required();
-  AddTimelineOptions(show, fSettings.timeline);
-  AddDurationFlag(show, fSettings.timeline);
+  show.add_option("POSITION", fSettings.position,
+                  "Position in samples; with --from, a text in that format")
+      ->transform(WithoutMark())
+      ->type_name("")
+      ->required();
+  AddRead(show, "--from", "Format of the position", [this](const std::string& text) {
+    fSettings.typedFormat = ReadFormat(text);
+  })->type_name("FORMAT");
+  AddReadingOptions(show);
+  AddTimelineOptions(show);
 
-  const auto addConversion = [&](CLI::App& outCommand, const char* inName,
-                                 const char* inDescription) {
-    AddValue(outCommand, kFormatValue, "", "Format, by name or number",
-             To(fSettings.format, ReadFormat))
-        ->required();
-    outCommand.add_option(inName, fSettings.texts, inDescription)->type_name("");
-    AddTimelineOptions(outCommand, fSettings.timeline);
-    AddDurationFlag(outCommand, fSettings.timeline);
-  };
-  addConversion(AddCommand("parse", "Read texts in a format and print positions in samples", &Parse,
-                           kParseNotes),
-                "TEXT", "Texts; without one, the lines of standard input");
-  addConversion(AddCommand("format", "Write positions in samples as texts in a format", &Format,
-                           kFormatNotes),
-                "POSITION", "Positions; without one, the lines of standard input");
+  CLI::App& parse = AddCommand("parse", "Read texts in a format and print positions in samples",
+                               &Parse, kParseNotes);
+  AddFormat(parse, "FORMAT", fSettings.format);
+  AddReadingOptions(parse);
+  AddTextOptions(parse, "TEXT", "Texts; without one, or for '-', the lines of standard input");
+
+  CLI::App& format = AddCommand("format", "Write positions in samples as texts in a format",
+                                &Format, kFormatNotes);
+  AddFormat(format, "FORMAT", fSettings.format);
+  AddTextOptions(format, "POSITION",
+                 "Positions; without one, or for '-', the lines of standard input");
+
+  CLI::App& convert = AddCommand("convert", "Write texts in one format as texts in another",
+                                 &Convert, kConvertNotes);
+  AddFormat(convert, "FROM", fSettings.format);
+  AddFormat(convert, "TO", fSettings.target);
+  AddReadingOptions(convert);
+  AddTextOptions(convert, "TEXT", "Texts; without one, or for '-', the lines of standard input");
+
   AddCommand("formats", "List the formats with an example of each", &ListFormats,
              kListFormatsNotes);
 }
@@ -257,37 +359,47 @@ void CommandLine::AddConversionCommands() {
 void CommandLine::AddRulerCommand() {
   CLI::App& ruler = AddCommand("ruler", "Draw a time ruler with the exact positions of its labels",
                                &DrawRuler, kRulerNotes);
-  AddValue(ruler, "--format", kFormatValue, "Format of labels and ends, by name or number",
-           To(fSettings.format, ReadFormat))
+  AddRead(ruler, "--format", "Format of labels and ends, by name or number",
+          [this](const std::string& text) { fSettings.format = ReadFormat(text); })
+      ->type_name("FORMAT")
       ->default_str("smpte");
   ruler.add_option("--from", fSettings.from, "Where it begins")->type_name("TEXT")->required();
   ruler.add_option("--to", fSettings.to, "Where it ends")->type_name("TEXT")->required();
-  AddValue(ruler, "--width", "COLUMNS", "Width, 20 or more; without it the terminal's, or 80",
-           To(fSettings.width, NumberFrom(kNarrowestRuler, kWidestRuler)));
+  ruler
+      .add_option("--width", fSettings.width, "Width, 20 to 2000; without it the terminal's, or 80")
+      ->check(Between(kNarrowestRuler, kWidestRuler))
+      ->type_name("COLUMNS");
   ruler
       .add_option("--svg", fSettings.pictureFile,
                   "Draw a picture, 8 pixels a column; '-': standard output")
-      ->type_name(kFileValue);
-  AddTimelineOptions(ruler, fSettings.timeline);
+      ->type_name("FILE");
+  AddTimelineOptions(ruler, false);
 }
 
 void CommandLine::AddNoteAndHandlerCommands() {
   CLI::App& note = AddCommand("note", "Name the note nearest to a frequency, or a note by number",
                               &ShowNote, kNoteNotes);
-  AddValue(note, "FREQUENCY", "", "Frequency in hertz; A4 is at 440",
-           To(fSettings.frequency, NumberFrom(0.001F, 1e6F)));
-  CLI::Option* const index = AddValue(note, "--index", "N", "Semitones above A, 0 to 12",
-                                      To(fSettings.noteIndex, NumberFrom(0, 12)));
-  AddValue(note, "--octave", "N", "Octave of the A at or below the note; -1: unnumbered",
-           To(fSettings.octave, NumberFrom(-1, 10)))
-      ->default_str("-1")
+  note.add_option("FREQUENCY", fSettings.frequency, "Frequency in hertz; A4 is at 440")
+      ->transform(WithoutMark())
+      ->check(Between(0.001F, 1e6F))
+      ->type_name("");
+  CLI::Option* const index =
+      note.add_option("--index", fSettings.noteIndex, "Semitones above A, 0 to 12")
+          ->check(Between(0, 12))
+          ->type_name("N");
+  note.add_option("--octave", fSettings.octave,
+                  "Octave of the A at or below the note; -1: unnumbered")
+      ->check(Between(-1, 10))
+      ->type_name("N")
+      ->capture_default_str()
       ->needs(index);
   note.add_flag("--flat", fSettings.isFlatOnly, "Name a black key by its flat alone");
 
   AddCommand("handlers", "List the native media handlers", &ListHandlers, kListHandlersNotes);
   CLI::App& handler =
       AddCommand("handler", "Find a native media handler", &FindHandler, kHandlerNotes);
-  handler.add_option(kHandlerValue, fSettings.handler, "Name or identifier")
+  handler.add_option("HANDLER", fSettings.handler, "Name or identifier")
+      ->transform(WithoutMark())
       ->type_name("")
       ->required();
 }

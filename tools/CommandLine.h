@@ -1,26 +1,12 @@
 /// \file
-/// The commands and options of the tool. Help, manual page and completion are made from this tree.
+/// The commands and options of the tool.
 #pragma once
 
 #include "Commands.h"
 
 #include <CLI/CLI.hpp>
 
-#include <string>
-
 namespace mezzo::tool {
-
-/// The limits of a ruler's width, in columns.
-constexpr int kNarrowestRuler = 20;
-constexpr int kWidestRuler = 2000;
-
-/// The options that every conversion takes.
-constexpr char kTimelineGroup[] = "Timeline";
-
-/// What a value is, where completion can offer something for it.
-constexpr char kFormatValue[] = "FORMAT";
-constexpr char kFileValue[] = "FILE";
-constexpr char kHandlerValue[] = "HANDLER";
 
 /// The tool's command line. Reading it fills the settings.
 class CommandLine {
@@ -34,13 +20,14 @@ class CommandLine {
   /// \exception InputError when arguments or inputs cannot be used.
   int Run(int inCount, const char* const* inArguments);
 
-  const CLI::App& Tree() const { return fApp; }
-
  private:
   using Command = int (*)(const Settings&);
 
   CLI::App& AddCommand(const char* inName, const char* inDescription, Command inCommand,
                        const char* inNotes);
+  void AddTimelineOptions(CLI::App& outCommand, bool inHasDuration = true);
+  void AddTextOptions(CLI::App& outCommand, const char* inName, const char* inDescription);
+  void AddReadingOptions(CLI::App& outCommand);
   void AddConversionCommands();
   void AddRulerCommand();
   void AddNoteAndHandlerCommands();

@@ -29,24 +29,52 @@ struct DisplayFormat {
 /// All formats, in the order of their numbers.
 const std::array<DisplayFormat, utility::kTimecodeFormat_AfterLast>& DisplayFormats();
 
-/// Finds a format by its name or its number.
-/// \exception InputError when there is none.
-utility::TimecodeFormat ReadFormat(const std::string& inNameOrNumber);
+/// A frame rate as people say it, which chooses a format and the nominal rate at once.
+struct RateName {
+  std::string_view name;
+  utility::TimecodeFormat format;
+  std::int32_t framesPerSecond;
+};
+
+/// Lists them by the rate.
+const std::array<RateName, 16>& RateNames();
+
+/// What the name of a format chooses.
+struct FormatChoice {
+  utility::TimecodeFormat format;
+  std::optional<std::int32_t> framesPerSecond;  ///< with the name of a rate only
+};
+
+/// Finds a format by its name, its number or the name of a rate, in any letter case.
+/// \exception InputError when there is none; it names one that is spelled nearly so.
+FormatChoice ReadFormat(const std::string& inName);
 
 std::string_view NameOf(utility::TimecodeFormat inFormat);
 
-/// Refuses the reserved format for commands that can do nothing with it.
-/// \exception InputError when the format has no conversion.
-void RequireConversion(utility::TimecodeFormat inFormat);
+bool HasDropFrameLabels(utility::TimecodeFormat inFormat);
+bool IsPulledDown(utility::TimecodeFormat inFormat);
 
-/// Writes a position.
-/// \return the library's text; nothing for the reserved format and where the library refuses.
+/// Tells why a format cannot be used at a frame rate.
+/// \return words for brackets; nothing where it can.
+std::optional<std::string> WhyUnavailable(const Timeline& inTimeline,
+                                          utility::TimecodeFormat inFormat);
+
+/// Refuses a format that cannot be used.
+/// \exception InputError says which rates have it.
+void RequireAvailable(const Timeline& inTimeline, utility::TimecodeFormat inFormat);
+
+/// Writes a position: the library's text. Frame counts, which the library writes without a sign,
+/// get one, so that they read back. \return nothing where the library writes nothing.
 std::optional<std::string> WriteText(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                                      std::int64_t inPosition);
 
-/// Reads a position.
+/// Reads a position as leniently as the library does. A minus sign in front counts in every format.
 /// \exception InputError for a text without a number in it, and one that is not UTF-8.
 std::int64_t ReadText(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                       std::string_view inText);
+
+/// Reads a text that is a position in samples and nothing else but blanks.
+/// \exception InputError when it is not or has more than 64 bits.
+std::int64_t ReadPosition(std::string_view inText);
 
 }  // namespace mezzo::tool

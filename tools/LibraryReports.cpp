@@ -22,7 +22,7 @@ std::string NameIn(const std::string& inSignature) {
 bool ShowOnce(bool& ioDisabled, const char* inCondition, const unsigned char* inMessage,
               const char*, int, const char* inFunction, bool) {
   sHasReported = true;
-  ioDisabled = true;
+  __atomic_store_n(&ioDisabled, true, __ATOMIC_RELAXED);
   std::string message = reinterpret_cast<const char*>(inMessage);
   message.erase(std::min(message.find('\n'), message.size()));
   Complain("library report: " + NameIn(inFunction) + " requires " + inCondition +

@@ -60,13 +60,6 @@ int ShowNote(const Settings& inSettings) {
   return kSuccess;
 }
 
-std::vector<std::string> HandlerNames() {
-  std::vector<std::string> names;
-  names.reserve(kHandlerCount);
-  for (int index = 0; index < kHandlerCount; ++index) names.push_back(HandlerAt(index).name);
-  return names;
-}
-
 int ListHandlers(const Settings& inSettings) {
   JSON list = JSON::array();
   for (int index = 0; index < kHandlerCount; ++index) {
@@ -84,8 +77,8 @@ int FindHandler(const Settings& inSettings) {
   plinth::UTF16String identifier;
   if (!utility::TranslateToHumanReadableMediaHandler(text, name)) name = text;
   if (!utility::TranslateFromHumanReadableMediaHandler(name, identifier)) {
-    throw InputError("no native media handler has the name or identifier '" + inSettings.handler +
-                     "'");
+    throw InputError("no native media handler has the name or identifier " +
+                     Quoted(inSettings.handler));
   }
   for (int index = 0; index < kHandlerCount; ++index) {
     const Handler handler = HandlerAt(index);

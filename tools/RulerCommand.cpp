@@ -1,17 +1,20 @@
 // ruler: from the command line to the drawing.
-#include "CommandLine.h"
+#include "Commands.h"
 #include "InputError.h"
 #include "JSONOutput.h"
 #include "RulerDrawing.h"
 
+#include <langinfo.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <clocale>
 #include <fstream>
 #include <iostream>
 #include <sstream>
+#include <string_view>
 #include <system_error>
 
 namespace mezzo::tool {
@@ -25,30 +28,45 @@ int TerminalColumns() {
   return std::clamp(int{size.ws_col}, kNarrowestRuler, kWidestRuler);
 }
 
-std::string CaptionOf(const Settings& inSettings, const RulerScale& inScale) {
-  const Timeline& timeline = inSettings.timeline;
+/// Only UTF-8 has the lines.
+bool IsTerminalASCII() {
+  std::setlocale(LC_CTYPE, "");                              // NOLINT(concurrency-mt-unsafe)
+  return std::string_view(nl_langinfo(CODESET)) != "UTF-8";  // NOLINT(concurrency-mt-unsafe)
+}
+
+/// The real frame rate, with three decimals at the most: "29.97", "25".
+std::string RealRate(const Timeline& inTimeline, utility::TimecodeFormat inFormat) {
+  std::ostringstream rate;
+  rate.precision(5);
+  rate << inTimeline.framesPerSecond / (IsPulledDown(inFormat) ? 1.001 : 1.0);
+  return rate.str();
+}
+
+std::string CaptionOf(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
+                      const RulerScale& inScale) {
   std::ostringstream caption;
-  caption << NameOf(inSettings.format) << ", " << timeline.sampleRate << " Hz";
-  switch (inSettings.format) {
+  caption << NameOf(inFormat) << ", " << inTimeline.sampleRate << " Hz";
+  switch (inFormat) {
     case utility::kTimecodeFormat_Decimal:
     case utility::kTimecodeFormat_Samples:
     case utility::kTimecodeFormat_Milliseconds:
       break;
     case utility::kTimecodeFormat_BarsAndBeats:
-      caption << ", " << timeline.beats.iBeatsPerBar << "/" << timeline.beats.iBeatUnit;
+      caption << ", " << inTimeline.beats.iBeatsPerBar << "/" << inTimeline.beats.iBeatUnit;
       [[fallthrough]];
     case utility::kTimecodeFormat_Beats:
-      caption << ", " << timeline.beats.dTempo << " quarter notes a minute";
+      caption << ", " << inTimeline.beats.dTempo << " quarter notes a minute";
       break;
     default:
-      caption << ", " << timeline.framesPerSecond << " fps";
+      caption << ", " << RealRate(inTimeline, inFormat) << " fps";
   }
   caption << ", samples " << inScale.From() << " to " << inScale.To();
   return caption.str();
 }
 
-JSON ToJSON(const Settings& inSettings, const RulerScale& inScale, const RulerLayout& inLayout) {
-  JSON ruler{{"format", NameOf(inSettings.format)},
+JSON ToJSON(utility::TimecodeFormat inFormat, const RulerScale& inScale,
+            const RulerLayout& inLayout) {
+  JSON ruler{{"format", NameOf(inFormat)},
              {"from", inScale.From()},
              {"to", inScale.To()},
              {"ticks", JSON::array()}};
@@ -76,13 +94,15 @@ int DrawRuler(const Settings& inSettings) {
   if (inSettings.isJSON && !inSettings.pictureFile.empty()) {
     throw InputError("ruler: give either --json or --svg");
   }
-  const RulerScale scale(inSettings.timeline, inSettings.format, inSettings.from, inSettings.to);
-  const std::string caption = CaptionOf(inSettings, scale);
+  const utility::TimecodeFormat format = inSettings.format.format;
+  const Timeline timeline = inSettings.TimelineOf(inSettings.format);
+  const RulerScale scale(timeline, format, inSettings.from, inSettings.to);
+  const std::string caption = CaptionOf(timeline, format, scale);
   const int columns = inSettings.width.value_or(TerminalColumns());
   if (inSettings.isJSON) {
-    std::cout << ToText(ToJSON(inSettings, scale, LayOut(scale, TextGrid(columns)))) << '\n';
+    std::cout << ToText(ToJSON(format, scale, LayOut(scale, TextGrid(columns)))) << '\n';
   } else if (inSettings.pictureFile.empty()) {
-    std::cout << DrawText(scale, caption, columns);
+    std::cout << DrawText(scale, caption, columns, IsTerminalASCII());
   } else if (inSettings.pictureFile == "-") {
     std::cout << DrawSVG(scale, caption, columns);
   } else {

@@ -16,10 +16,11 @@ std::vector<std::string> WrapWords(const std::string& inText, int inColumns);
 /// \param inColumns the width, in columns of a terminal.
 Grid TextGrid(int inColumns);
 
-/// Draws in UTF-8; no line is wider than the ruler.
+/// Draws with the lines of UTF-8, or in ASCII; no line is wider than the ruler.
 /// \param inCaption words that tell what the ruler shows.
 /// \param inColumns the width, in columns of a terminal.
-std::string DrawText(const RulerScale& inScale, const std::string& inCaption, int inColumns);
+std::string DrawText(const RulerScale& inScale, const std::string& inCaption, int inColumns,
+                     bool inIsASCII);
 
 /// Draws an SVG document that follows the viewer's light or dark colour scheme.
 /// \param inCaption words that tell what the ruler shows.

@@ -126,7 +126,7 @@ RulerNotation BarsAndBeats(const Timeline& inTimeline) {
 }  // namespace
 
 RulerNotation NotationOf(const Timeline& inTimeline, TimecodeFormat inFormat) {
-  RequireConversion(inFormat);
+  RequireAvailable(inTimeline, inFormat);
   const double rate = inTimeline.sampleRate;
   switch (inFormat) {
     case kTimecodeFormat_Decimal:

@@ -20,22 +20,29 @@ constexpr int kAxis = 54;
 constexpr int kPositionLine = 74;
 constexpr int kRulerHeight = 78;
 
-constexpr char kStyle[] = R"(  <style>
-    svg { --paper: #ffffff; --ink: #1c2024; --quiet: #60666d; --line: #9aa1a9; --seam: #b3470b; }
-    @media (prefers-color-scheme: dark) {
-      svg { --paper: #16191d; --ink: #e8eaed; --quiet: #a0a7b0; --line: #666e78; --seam: #ff9e64; }
-    }
-    text { font: 13px ui-monospace, "SF Mono", Menlo, Consolas, "DejaVu Sans Mono", monospace; }
-    text { fill: var(--ink); }
-    .caption { font-family: system-ui, -apple-system, "Segoe UI", sans-serif; }
-    .caption, .position { fill: var(--quiet); font-size: 12px; }
-    .paper { fill: var(--paper); }
-    path { stroke: var(--line); fill: none; }
-    path.label { stroke: var(--ink); }
-    path.seam { stroke: var(--seam); stroke-width: 1.5; }
-    text.seam { fill: var(--seam); }
-  </style>
-)";
+/// What the light scheme draws with stands at the elements, for viewers that know no style sheets;
+/// the dark scheme overrides it.
+struct Colour {
+  const char* name;
+  const char* light;
+  const char* dark;
+};
+constexpr Colour kPaper{"paper", "#ffffff", "#16191d"};
+constexpr Colour kInk{"label", "#1c2024", "#e8eaed"};
+constexpr Colour kQuiet{"quiet", "#60666d", "#a0a7b0"};
+constexpr Colour kLine{"tick", "#9aa1a9", "#666e78"};
+constexpr Colour kSeam{"seam", "#b3470b", "#ff9e64"};
+
+std::string Style() {
+  std::string style = "  <style>\n    @media (prefers-color-scheme: dark) {\n";
+  for (const Colour& colour : {kPaper, kInk, kQuiet, kLine, kSeam}) {
+    const std::string name = colour.name;
+    style.append("      rect.").append(name).append(", text.").append(name);
+    style.append(" { fill: ").append(colour.dark).append("; }\n      path.").append(name);
+    style.append(" { stroke: ").append(colour.dark).append("; }\n");
+  }
+  return style + "    }\n  </style>\n";
+}
 
 std::string Escaped(const std::string& inText) {
   std::string escaped;
@@ -57,28 +64,28 @@ std::string Escaped(const std::string& inText) {
   return escaped;
 }
 
-void DrawLine(std::ostream& outPicture, const char* inClass, int inX, int inTop) {
-  // Half a pixel to the right, a line one pixel wide is crisp.
-  outPicture << "  <path class=\"" << inClass << "\" d=\"M" << kMargin + inX + kCharacter / 2
-             << ".5 " << inTop << "V" << kAxis << "\"/>\n";
+void DrawLine(std::ostream& outPicture, const Colour& inColour, const std::string& inPath) {
+  outPicture << "  <path class=\"" << inColour.name << "\" stroke=\"" << inColour.light
+             << "\" fill=\"none\" d=\"" << inPath << "\"/>\n";
 }
 
-void WriteText(std::ostream& outPicture, const char* inClass, const LabelBox& inBox, int inLine,
-               const std::string& inText) {
+void WriteText(std::ostream& outPicture, const Colour& inColour, int inSize, const LabelBox& inBox,
+               int inLine, const std::string& inText) {
   const int x = inBox.alignment == Alignment::kLeft    ? inBox.left
                 : inBox.alignment == Alignment::kRight ? inBox.left + inBox.width
                                                        : inBox.left + inBox.width / 2;
   const char* const anchor = inBox.alignment == Alignment::kLeft    ? "start"
                              : inBox.alignment == Alignment::kRight ? "end"
                                                                     : "middle";
-  outPicture << "  <text class=\"" << inClass << "\" x=\"" << kMargin + x << "\" y=\"" << inLine
+  outPicture << "  <text class=\"" << inColour.name << "\" fill=\"" << inColour.light << "\" x=\""
+             << kMargin + x << "\" y=\"" << inLine << "\" font-size=\"" << inSize
              << "\" text-anchor=\"" << anchor << "\">" << Escaped(inText) << "</text>\n";
 }
 
 void WriteLines(std::ostream& outPicture, int inFirstLine,
                 const std::vector<std::string>& inLines) {
   for (int line = inFirstLine; const std::string& text : inLines) {
-    WriteText(outPicture, "caption", {0, 0, Alignment::kLeft}, line, text);
+    WriteText(outPicture, kQuiet, 12, {0, 0, Alignment::kLeft}, line, text);
     line += kLineHeight;
   }
 }
@@ -104,20 +111,28 @@ std::string DrawSVG(const RulerScale& inScale, const std::string& inCaption, int
   picture << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << width << " " << height
           << "\" width=\"" << width << "\" height=\"" << height << "\" role=\"img\">\n  <title>"
           << Escaped(inCaption) << "</title>\n"
-          << kStyle << "  <rect class=\"paper\" width=\"100%\" height=\"100%\"/>\n";
+          << Style() << "  <rect class=\"" << kPaper.name << "\" fill=\"" << kPaper.light
+          << "\" width=\"100%\" height=\"100%\"/>\n"
+          << "  <g font-family=\"ui-monospace, 'SF Mono', Menlo, Consolas, 'DejaVu Sans Mono', "
+             "monospace\">\n";
   WriteLines(picture, kMargin + kLineHeight / 2, caption);
   WriteLines(picture, noteTop + kLineHeight, note);
-  picture << "  <g transform=\"translate(0 " << rulerTop << ")\">\n"
-          << "  <path d=\"M" << kMargin << " " << kAxis << ".5H" << kMargin + grid.width
-          << "\"/>\n";
+  picture << "  <g transform=\"translate(0 " << rulerTop << ")\">\n";
+  DrawLine(picture, kLine,
+           "M" + std::to_string(kMargin) + " " + std::to_string(kAxis) + ".5H" +
+               std::to_string(kMargin + grid.width));
   for (const PlacedTick& tick : layout.ticks) {
-    const char* const kind = tick.isAtSeam ? "seam" : tick.hasLabel ? "label" : "tick";
-    DrawLine(picture, kind, tick.x, tick.hasLabel ? kLabelledTickTop : kTickTop);
+    const Colour& colour = tick.isAtSeam ? kSeam : tick.hasLabel ? kInk : kLine;
+    // Half a pixel to the right, a line one pixel wide is crisp.
+    DrawLine(picture, colour,
+             "M" + std::to_string(kMargin + tick.x + kCharacter / 2) + ".5 " +
+                 std::to_string(tick.hasLabel ? kLabelledTickTop : kTickTop) + "V" +
+                 std::to_string(kAxis));
     if (!tick.hasLabel) continue;
-    WriteText(picture, kind, tick.box, kLabelLine, DrawnLabel(tick.tick));
-    WriteText(picture, "position", tick.box, kPositionLine, std::to_string(tick.tick.position));
+    WriteText(picture, colour, 13, tick.box, kLabelLine, DrawnLabel(tick.tick));
+    WriteText(picture, kQuiet, 12, tick.box, kPositionLine, std::to_string(tick.tick.position));
   }
-  picture << "  </g>\n</svg>\n";
+  picture << "  </g>\n  </g>\n</svg>\n";
   return picture.str();
 }
 

@@ -1,7 +1,7 @@
 #include "RulerScale.h"
 
+#include "CheckedConversion.h"
 #include "InputError.h"
-#include "NumberReading.h"
 
 #include <boost/iterator/counting_iterator.hpp>
 
@@ -82,28 +82,22 @@ std::vector<std::int64_t> RulerScale::Multiples(std::int64_t inStep) const {
 
 std::int64_t RulerScale::PositionOf(std::int64_t inUnits) const {
   const bool isMirrored = inUnits < 0 && !fNotation.keepsSign;
-  return Read(fNotation.type(isMirrored ? -inUnits : inUnits), isMirrored);
+  return ReadText(fTimeline, fFormat,
+                  (isMirrored ? "-" : "") + fNotation.type(isMirrored ? -inUnits : inUnits));
 }
 
 Tick RulerScale::TickAt(std::int64_t inPosition) const {
-  const std::string label = WriteText(fTimeline, fFormat, inPosition).value_or("");
-  const bool isMirrored = inPosition < 0 && !fNotation.keepsSign;
-  return {inPosition, label, Read(label, isMirrored) == inPosition};
-}
-
-// To most formats a minus sign is a separator like any other: what they read is the magnitude.
-std::int64_t RulerScale::Read(const std::string& inText, bool inIsNegative) const {
-  const std::int64_t position = ReadText(fTimeline, fFormat, inText);
-  return inIsNegative ? -position : position;
+  const std::string label = WriteText(fTimeline, fFormat, inPosition).value_or("0");
+  return {inPosition, label, ReadText(fTimeline, fFormat, label) == inPosition};
 }
 
 std::int64_t RulerScale::ReadEnd(const std::string& inText) const {
   const std::int64_t position = inText.starts_with('@')
                                     ? ReadPosition(inText.substr(1))
-                                    : Read(inText, inText.starts_with('-') && !fNotation.keepsSign);
+                                    : ReadTyped(fTimeline, fFormat, inText).position;
   const std::int64_t farthest = kFarthestHours * 3600 * fTimeline.sampleRate;
   if (position < -farthest || position > farthest) {
-    throw InputError("'" + inText + "' lies more than " + std::to_string(kFarthestHours) +
+    throw InputError(Quoted(inText) + " lies more than " + std::to_string(kFarthestHours) +
                      " hours from sample 0");
   }
   return position;

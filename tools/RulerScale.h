@@ -17,7 +17,7 @@ namespace mezzo::tool {
 struct Tick {
   std::int64_t position;
   std::string label;  ///< the library's text for the position
-  bool readsBack;     ///< the library reads the label as this position, apart from a lost sign
+  bool readsBack;     ///< the label reads as this position
 };
 
 /// Two ticks that follow each other although labels are missing between theirs.
@@ -29,8 +29,7 @@ struct Seam {
 /// The part of a timeline that a ruler shows, and what may stand on it.
 class RulerScale {
  public:
-  /// Each end is a text in the format, in which a leading minus sign counts whatever the format, or
-  /// "@" and a position.
+  /// Each end is a text in the format, or "@" and a position.
   /// \exception InputError for ends that are neither, far away, or leave nothing between them.
   RulerScale(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
              const std::string& inFrom, const std::string& inTo);
@@ -55,7 +54,6 @@ class RulerScale {
   std::vector<std::int64_t> Multiples(std::int64_t inStep) const;
   std::int64_t PositionOf(std::int64_t inUnits) const;
   Tick TickAt(std::int64_t inPosition) const;
-  std::int64_t Read(const std::string& inText, bool inIsNegative) const;
   std::int64_t ReadEnd(const std::string& inText) const;
 
   Timeline fTimeline;

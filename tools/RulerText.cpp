@@ -17,10 +17,11 @@ void PutText(std::string& outRow, const LabelBox& inBox, const std::string& inTe
   outRow.replace(begin, inText.size(), inText);
 }
 
-std::string DrawAxis(const RulerLayout& inLayout, int inColumns) {
+std::string DrawAxis(const RulerLayout& inLayout, int inColumns, bool inIsASCII) {
   enum Mark : std::size_t { kNone, kTick, kLabel };
-  static constexpr const char* kMarks[][3] = {
+  static constexpr const char* kLines[][3] = {
       {"─", "┌", "├"}, {"─", "┬", "┼"}, {"─", "┐", "┤"}};  // first, inner, last column
+  static constexpr const char* kASCII[][3] = {{"-", "'", "|"}, {"-", "'", "|"}, {"-", "'", "|"}};
   std::vector<Mark> marks(static_cast<std::size_t>(inColumns), kNone);
   for (const PlacedTick& tick : inLayout.ticks) {
     Mark& mark = marks[static_cast<std::size_t>(tick.x)];
@@ -29,7 +30,7 @@ std::string DrawAxis(const RulerLayout& inLayout, int inColumns) {
   std::string axis;
   for (std::size_t column = 0; column < marks.size(); ++column) {
     const std::size_t place = column == 0 ? 0 : column + 1 == marks.size() ? 2 : 1;
-    axis += kMarks[place][marks[column]];
+    axis += (inIsASCII ? kASCII : kLines)[place][marks[column]];
   }
   return axis;
 }
@@ -59,7 +60,8 @@ Grid TextGrid(int inColumns) {
   return {.width = inColumns, .character = 1, .tickDistance = 4, .labelDistance = 2};
 }
 
-std::string DrawText(const RulerScale& inScale, const std::string& inCaption, int inColumns) {
+std::string DrawText(const RulerScale& inScale, const std::string& inCaption, int inColumns,
+                     bool inIsASCII) {
   const RulerLayout layout = LayOut(inScale, TextGrid(inColumns));
   std::string labels(static_cast<std::size_t>(inColumns), ' ');
   std::string positions = labels;
@@ -69,8 +71,9 @@ std::string DrawText(const RulerScale& inScale, const std::string& inCaption, in
     PutText(positions, tick.box, std::to_string(tick.tick.position));
   }
   std::vector<std::string> lines = WrapWords(inCaption, inColumns);
-  lines.insert(lines.end(), {"", WithoutTrailingBlanks(labels), DrawAxis(layout, inColumns),
-                             WithoutTrailingBlanks(positions)});
+  lines.insert(lines.end(),
+               {"", WithoutTrailingBlanks(labels), DrawAxis(layout, inColumns, inIsASCII),
+                WithoutTrailingBlanks(positions)});
   if (!layout.isEachReadBack) {
     for (const std::string& line : WrapWords(kMarkMeaning, inColumns)) lines.push_back(line);
   }

@@ -1,22 +1,42 @@
-# Completes command lines with the script that is installed: completion.sh SCRIPT
+# Completes command lines, and looks for every name in the scripts: completion.sh TOOL DIRECTORY
 # shellcheck source=/dev/null
-source "$1"
-failures=0
+source "$2/mezzo.bash"
+mezzo=$1 failures=0
+fail() { echo "FAILED: $1" && ((++failures)); }
 
 # expect WORDS COMMAND-LINE-WORD...: what the last word may become
 expect() {
   local expected=$1 && shift
   COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)) COMPREPLY=()
   _mezzo
-  [[ ${COMPREPLY[*]} == "$expected" ]] && return
-  echo "$*: '${COMPREPLY[*]}' instead of '$expected'" && ((++failures))
+  [[ ${COMPREPLY[*]} == "$expected" ]] || fail "$*: '${COMPREPLY[*]}' instead of '$expected'"
 }
 
 expect 'format formats' mezzo f
 expect 'smpte-drop smpte-drop2' mezzo parse smpte-d
+expect '29.97 29.97df' mezzo convert 25 29
+expect '29.97 29.97df' mezzo convert --rate=44100 29
+expect '' mezzo convert 25 29.97 sm
 expect 'smpte-drop smpte-drop2' mezzo ruler --from 0 --format smpte-d
-expect '--fps' mezzo show 5 --json --f
+expect 'bars-beats' mezzo show --from bar
+expect '--fps' mezzo show 5 --json --fp
 expect '' mezzo show --rate ''
 expect 'RuvoMP2 RuvoMP3' mezzo handler RuvoMP
-expect "$1" mezzo ruler --svg "${1%?}"
+expect "$2/mezzo.fish" mezzo ruler --svg "$2/mezzo.f"
+
+# Every command with its options, every format and handler stands in each of the scripts.
+mapfile -t names < <(
+  "$mezzo" formats | sed -En 's/^ ?[0-9]+  ([^ ]+) .*/\1/p; s/^([0-9.]+(df)?) .*/\1/p'
+  "$mezzo" handlers | awk '{print $2}'
+  "$mezzo" --help | sed -n '/^Commands:/,/^$/s/^  \([a-z]*\) .*/\1/p'
+  "$mezzo" --help-all | grep -o -- '--[a-z][a-z-]*')
+((${#names[@]} > 80)) || fail "only ${#names[@]} names"
+for name in $(printf '%s\n' "${names[@]}" | sort -u); do
+  for script in mezzo.bash _mezzo mezzo.fish; do
+    grep -qE -- "(^|[^a-zA-Z0-9.-])($name|-l ${name#--})([^a-zA-Z0-9.-]|$)" "$2/$script" ||
+      grep -qE "for option in.* ${name#--}( |$)" "$2/$script" || fail "$script lacks $name"
+  done
+done
+if command -v zsh >/dev/null; then zsh -n "$2/_mezzo" || fail zsh; fi
+if command -v fish >/dev/null; then fish -n "$2/mezzo.fish" || fail fish; fi
 exit $((failures > 0))
