@@ -10,6 +10,11 @@ target_compile_options(mezzo_project_options INTERFACE
   # Assertion reports name files relative to the root.
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/="
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/plinth/include/plinth/=")
+if(CMAKE_SYSTEM_NAME STREQUAL Linux)
+  target_compile_options(mezzo_project_options INTERFACE
+    $<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
+  target_link_options(mezzo_project_options INTERFACE LINKER:-z,relro,-z,now)
+endif()
 if(PROJECT_IS_TOP_LEVEL)
   target_compile_options(mezzo_project_options INTERFACE
     -Wall -Wextra -Wpedantic -Werror

@@ -1,15 +1,41 @@
 # Sourced by the other scripts.
 
 set -euo pipefail
+
+# The comment at the head of a script is its help.
+if [ "${1:-}" = --help ]; then
+  sed -n '2,/^[^#]/{s/^# \{0,1\}//p}' "$0"
+  exit
+fi
+refuse() {
+  echo "${0##*/}: unknown argument '$1'; --help tells what there is" >&2
+  exit 2
+}
+
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}
 
-# Installs those of the named Debian packages that are missing.
-install_packages() {
-  local missing=() as_root=()
-  for package in "$@"; do
-    dpkg-query -W -f '${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed ||
-      missing+=("$package")
+# The Debian packages that a purpose needs.
+declare -A packages=(
+  [tool]='cmake g++ libboost-dev libcli11-dev libfast-float-dev ninja-build nlohmann-json3-dev'
+  [tests]='help2man libbenchmark-dev libgtest-dev'
+  [running tests]='abigail-tools dpkg-dev fakeroot file librsvg2-bin lintian locales netpbm pkg-config'
+  [packages]='dpkg-dev file'
+  [checks]='binutils clang clang-format clang-tidy git'
+  [fuzzing]='clang'
+  [processors]='clang diffutils g++-aarch64-linux-gnu googletest libc++-14-dev libc++abi-14-dev
+    qemu-user-static'
+  [documents]='doxygen'
+)
+
+# Installs those packages that are missing: need PURPOSE...
+need() {
+  local missing=() as_root=() purpose package
+  for purpose in "$@"; do
+    for package in ${packages[$purpose]}; do
+      dpkg-query -W -f '${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed ||
+        missing+=("$package")
+    done
   done
   [ ${#missing[@]} -eq 0 ] && return
   if [ "$(id -u)" -ne 0 ]; then
@@ -23,7 +49,7 @@ install_packages() {
     echo "Missing, and no apt-get to install them: ${missing[*]}" >&2
     exit 1
   fi
-  echo "Installing ${missing[*]}"
+  echo "Installing ${missing[*]}" >&2
   if ! { "${as_root[@]}" apt-get update -qq &&
          "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
            apt-get install -qq --no-install-recommends "${missing[@]}" >/dev/null; }; then
@@ -32,10 +58,9 @@ install_packages() {
   fi
 }
 
-# Installs what the release build needs, and builds its named targets in build/release.
+# Builds the named targets of the release build in build/release.
 build_release() {
-  install_packages cmake g++ help2man libbenchmark-dev libboost-dev libcli11-dev libfast-float-dev libgtest-dev ninja-build \
-    nlohmann-json3-dev
+  need tool tests
   # For this prefix, installed files lie where Debian has them; packages are made from this build.
   cmake --preset release -DCMAKE_INSTALL_PREFIX=/usr >/dev/null
   cmake --build --preset release --target "$@"

@@ -5,20 +5,18 @@ set -euo pipefail
 source=$1 build=$2 scratch=$3
 packages=(libmezzo1 libmezzo-dev mezzo) root=$scratch/root
 rm -rf "$scratch"
-mkdir -p "$scratch/bin" "$root/var/lib/dpkg/"{info,triggers,updates}
+mkdir -p "$root/var/lib/dpkg/"{info,triggers,updates}
 touch "$root/var/lib/dpkg/"{available,status}
 
 cpack --config "$build/CPackConfig.cmake" -B "$scratch/packages" >"$scratch/log"
 
-# The maintainer scripts run outside of the root, so this takes the place of the machine's ldconfig.
-printf '#!/bin/sh\necho "$DPKG_MAINTSCRIPT_NAME" >>"%s"\n' "$scratch/ldconfig" >"$scratch/bin/ldconfig"
-chmod +x "$scratch/bin/ldconfig"
 in_root() {
-  PATH=$scratch/bin:$PATH:/usr/sbin:/sbin fakeroot dpkg --root="$root" --log=/dev/null \
+  PATH=$PATH:/usr/sbin:/sbin fakeroot dpkg --root="$root" --log=/dev/null --no-triggers \
     --force-script-chrootless --force-depends "$@" >>"$scratch/log" 2>&1
 }
 files() { (cd "$root" && find . -path ./var/lib/dpkg -prune -o -print | sort); }
 
+lintian --fail-on error,warning "$scratch/packages/"*.deb
 before=$(files)
 in_root --install "$scratch/packages/"*.deb
 dpkg-query --admindir="$root/var/lib/dpkg" -W -f '${Package} ${db:Status-Status} ${Depends}\n' |
@@ -38,4 +36,3 @@ cmake --build "$scratch/consumer" >>"$scratch/log"
 
 in_root --purge "${packages[@]}"
 diff <(echo "$before") <(files)
-diff <(printf '%s\n' postinst postrm) "$scratch/ldconfig"

@@ -1,0 +1,22 @@
+# What Debian wants of a package with shared libraries and CPack does not write: the trigger in place
+# of scripts that call ldconfig, and the list of symbols.
+function(run)
+  execute_process(COMMAND ${ARGN} WORKING_DIRECTORY "${root}" COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+foreach(package ${CPACK_PACKAGE_FILES})
+  if(NOT package MATCHES "/lib[a-z]+[0-9]+_[^/]*[.]deb$")
+    continue()
+  endif()
+  string(REGEX MATCH "lib[a-z]+[0-9]+" name "${package}")
+  set(root "${package}.root")
+  file(REMOVE_RECURSE "${root}")
+  file(MAKE_DIRECTORY "${root}/debian")
+  run(dpkg-deb --raw-extract "${package}" tree)
+  file(REMOVE "${root}/tree/DEBIAN/postinst" "${root}/tree/DEBIAN/postrm")
+  file(WRITE "${root}/tree/DEBIAN/triggers" "activate-noawait ldconfig\n")
+  file(WRITE "${root}/debian/control" "Source: mezzo\n\nPackage: ${name}\nArchitecture: any\n")
+  run(dpkg-gensymbols "-p${name}" "-v${CPACK_PACKAGE_VERSION}" -Ptree -Otree/DEBIAN/symbols -c0)
+  run(dpkg-deb --root-owner-group --build tree "${package}")
+  file(REMOVE_RECURSE "${root}")
+endforeach()
