@@ -4,6 +4,7 @@
 
 #include <Module/Export.h>
 
+/// What helps to find faults.
 namespace mezzo::debug {
 
 /// Tells whether error handling is switched off.

@@ -27,6 +27,12 @@
 
 #include <cstdint>
 
+/// Timeline utilities for audio applications.
+namespace mezzo {}
+
+/// Positions to and from text, in `Utility/TimeConversionUtils.h`; musical notes, in
+/// `Utility/MusicalNoteUtils.h`; media handlers, in `Utility/SerializationUtils.h`; the
+/// application's state and its activation, in `Utility/AppRunningState.h`.
 namespace mezzo::utility {
 
 /// The display formats of a position. Valid ones lie strictly between the two bounds.

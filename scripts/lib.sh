@@ -25,7 +25,7 @@ declare -A packages=(
   [fuzzing]='clang'
   [processors]='clang diffutils g++-aarch64-linux-gnu googletest libc++-14-dev libc++abi-14-dev
     qemu-user-static'
-  [documents]='doxygen'
+  [documents]='doxygen linkchecker'
 )
 
 # Installs those packages that are missing: need PURPOSE...

@@ -12,10 +12,14 @@
 
 namespace plinth::utility {
 
-/// Reports a value that does not fit. The arguments behind the flag make up the message; file and
-/// line are the site's.
+/// Reports a value that does not fit.
+/// \param[in,out] ioDisabled the site's flag.
+/// \param inError what is wrong with the value.
+/// \param inValue the value in decimal.
 /// \param inTarget the target type's name, as `std::type_info::name` gives it.
 /// \param inSource the same of the source type.
+/// \param inFile the site's file.
+/// \param inLine the site's line.
 /// \exception std::bad_alloc when memory runs out.
 [[gnu::cold]] PLINTH_EXPORT void ReportNumericCast(bool& ioDisabled, const char* inError,
                                                    const std::string& inValue, const char* inTarget,
@@ -45,6 +49,8 @@ PLINTH_EXPORT T NumericCast(F inValue) {
   return static_cast<T>(inValue);
 }
 
+/// \cond
 extern template int NumericCast<int, long>(long);
+/// \endcond
 
 }  // namespace plinth::utility
