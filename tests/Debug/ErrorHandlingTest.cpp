@@ -9,6 +9,11 @@
 #include <plinth/debug/DebugDatabase.h>
 
 #include <gtest/gtest.h>
+#include <sys/ptrace.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
 
 namespace mezzo::debug {
 namespace {
@@ -30,6 +35,31 @@ TEST(Assertion, NamesItsSiteAndGoesOn) {
   EXPECT_EQ(taken[0].file, "Utility/private/TimeConversionUtils.cpp");
   EXPECT_GT(taken[0].line, 1);
   EXPECT_EQ(taken[0].message, "");
+  EXPECT_TRUE(taken[0].flag);
+}
+
+TEST(Assertion, BreaksIntoADebuggerWhenAsked) {
+  const pid_t child = fork();
+  if (child == 0) {
+    if (ptrace(PT_TRACE_ME, 0, nullptr, 0) != 0) _exit(2);
+    test::RecordedReports reports;
+    plinth::UTF16String text;
+    const auto contradict = [&] {
+      utility::ConvertSamplesToTimecode(text, 1, 1, 1, true, true, false, false, false, false,
+                                        false);
+    };
+    contradict();  // nobody asks for a break
+    reports.AnswerBreak(true);
+    contradict();
+    _exit(0);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  if (WIFEXITED(status) && WEXITSTATUS(status) == 2) GTEST_SKIP() << "tracing is not permitted";
+  EXPECT_TRUE(WIFSTOPPED(status) && WSTOPSIG(status) == SIGTRAP) << status;
+  ptrace(PT_CONTINUE, child, nullptr, 0);
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "it goes on, and breaks once";
 }
 
 TEST(Assertion, SilencesOneSiteAndNoOther) {

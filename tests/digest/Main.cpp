@@ -40,18 +40,7 @@ bool Record(bool&, const char* inCondition, const unsigned char* inMessage, cons
 std::string Results(const ExportedCall& inCall, std::uint64_t inSeed, Fields* outTrace = nullptr) {
   sReports.clear();
   DrawnArguments arguments(inSeed, outTrace);
-  const Fields fields = inCall.call(arguments);
-  const std::string results = Joined(fields) + sReports;
-  const std::string& text = fields.back();
-  const bool replacesText = text.size() > 2 && text[0] == '"' && !text.starts_with("\"keep");
-  if (!replacesText) return results;
-
-  // Over a text of the same length a label is written in a way of its own, which must not be taken
-  // over a text that is a unit shorter or longer.
-  DrawnArguments again(inSeed);
-  again.oldText.assign(text.size() - 3 + inSeed % 3, u'?');
-  const Fields overwritten = inCall.call(again);
-  return overwritten == fields ? results : results + "\toverwritten: " + Joined(overwritten);
+  return Joined(inCall.call(arguments)) + sReports;
 }
 
 void PrintDigest(const ExportedCall& inCall) {

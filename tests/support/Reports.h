@@ -16,6 +16,7 @@ struct Report {
   std::string file;
   int line;
   std::string function;
+  bool flag;
 };
 
 /// Records every report while it lives; one at a time in a process.
@@ -41,10 +42,10 @@ class RecordedReports {
 
  private:
   static bool Record(bool& ioDisabled, const char* inCondition, const unsigned char* inMessage,
-                     const char* inFile, int inLine, const char* inFunction, bool) {
+                     const char* inFile, int inLine, const char* inFunction, bool inFlag) {
     const std::lock_guard lock(sMutex);
-    sReports.push_back(
-        {inCondition, reinterpret_cast<const char*>(inMessage), inFile, inLine, inFunction});
+    sReports.push_back({inCondition, reinterpret_cast<const char*>(inMessage), inFile, inLine,
+                        inFunction, inFlag});
     if (sSilence) __atomic_store_n(&ioDisabled, true, __ATOMIC_RELAXED);
     return sBreak;
   }
