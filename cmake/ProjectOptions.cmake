@@ -10,6 +10,10 @@ target_compile_options(mezzo_project_options INTERFACE
   # Assertion reports name files relative to the root.
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/="
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/plinth/include/plinth/=")
+if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "x86|[3-6]86|AMD64")
+  # The x87 unit computes in extended precision and rounds a second time when it stores.
+  target_compile_options(mezzo_project_options INTERFACE -msse2 -mfpmath=sse)
+endif()
 if(CMAKE_SYSTEM_NAME STREQUAL Linux)
   target_compile_options(mezzo_project_options INTERFACE
     $<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)

@@ -7,6 +7,7 @@
 
 #pragma once
 
+#include <cfloat>
 #include <cmath>
 #include <compare>
 #include <concepts>
@@ -15,6 +16,9 @@
 #include <type_traits>
 
 namespace mezzo::arithmetic {
+
+// Intermediate results of a wider type round twice, which changes last digits.
+static_assert(FLT_EVAL_METHOD == 0);
 
 /// A signed integer in two's complement whose operators are defined for every operand.
 template <std::signed_integral Int>

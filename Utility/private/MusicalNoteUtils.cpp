@@ -4,7 +4,6 @@
 #include <plinth/string/StringConversion.h>
 
 #include <array>
-#include <bit>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -97,30 +96,25 @@ bool SupportsSharpSymbol() {
 }
 
 int GetNoteFromFrequency(float inFrequency, int* outOctave) {
-  // The A of each octave from 0 to 10; octave -1 lies below all of them.
-  constexpr std::array<float, 11> kOctaveBounds{
-      27.5f, 55.0f, 110.0f, 220.0f, 440.0f, 880.0f, 1760.0f, 3520.0f, 7040.0f, 14080.0f, 28160.0f};
+  // The A of each octave from -1 to 10.
+  constexpr std::array<float, 12> kBases{13.75f, 27.5f,   55.0f,   110.0f,  220.0f,   440.0f,
+                                         880.0f, 1760.0f, 3520.0f, 7040.0f, 14080.0f, 28160.0f};
   // 2^(n/24) for odd n: halfway between neighbouring semitones.
   constexpr std::array<float, 12> kHalfways{1.0293022f, 1.0905077f, 1.1553527f, 1.2240535f,
                                             1.2968396f, 1.3739537f, 1.4556532f, 1.5422108f,
                                             1.6339155f, 1.7310731f, 1.8340081f, 1.943064f};
-  constexpr int kLowestOctave = -1;
-  constexpr int kHighestOctave = 10;
-  constexpr float kLowestBase = 13.75f;
 
-  // Counting the bounds at or below the frequency instead of stopping at the first above it leaves
-  // no branch to predict; bounds increase, so the count is the same. Not a number is above none.
-  int octave = kLowestOctave;
-  for (const float bound : kOctaveBounds) octave += inFrequency >= bound ? 1 : 0;
-  if (outOctave != nullptr) *outOctave = octave;
-  if (octave == kHighestOctave) return 0;
+  // Counting the bases at or below the frequency instead of stopping at the first above it leaves
+  // no branch to predict; bases increase, so the count is the same. Octave -1 takes what lies below
+  // its base, too, and not a number.
+  std::size_t octave = 0;
+  for (std::size_t next = 1; next < kBases.size(); ++next)
+    octave += inFrequency >= kBases[next] ? 1U : 0U;
+  if (outOctave != nullptr) *outOctave = static_cast<int>(octave) - 1;
+  if (octave == kBases.size() - 1) return 0;
 
-  // One octave doubles the base: one more in the exponent of an IEEE 754 single.
-  const auto doublings = static_cast<std::uint32_t>(octave - kLowestOctave);
-  const auto base =
-      std::bit_cast<float>(std::bit_cast<std::uint32_t>(kLowestBase) + (doublings << 23));
   int note = 0;
-  for (const float halfway : kHalfways) note += inFrequency >= base * halfway ? 1 : 0;
+  for (const float halfway : kHalfways) note += inFrequency >= kBases[octave] * halfway ? 1 : 0;
   return note;
 }
 

@@ -1,19 +1,14 @@
 #include <plinth/string/StringConversion.h>
 
-#include <locale.h>  // NOLINT(modernize-deprecated-headers): strtod_l and newlocale are POSIX
+#include <fast_float/fast_float.h>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <string_view>
-#include <system_error>
 #include <type_traits>
-#ifdef __APPLE__
-#include <xlocale.h>
-#endif
 
 namespace plinth::string {
 
@@ -126,9 +121,10 @@ class Significand {
     }
     *fEnd++ = 'e';
     const auto exponent = std::clamp<std::int64_t>(fExponent, -kExponentLimit, kExponentLimit);
-    char* const end = std::to_chars(fEnd, std::end(fText) - 1, exponent).ptr;
-    *end = '\0';
-    return Parse(end);
+    fEnd = std::to_chars(fEnd, std::end(fText), exponent).ptr;
+    double value = 0.0;  // Out of range it becomes zero or an infinity.
+    fast_float::from_chars(fText, fEnd, value);
+    return value;
   }
 
  private:
@@ -157,7 +153,7 @@ class Significand {
     return strtod_l(fText, nullptr, sLocale);
   }
 
-  char fText[kMaxDigits + 16];  // a sign, the digits, '1', "e-99999", NUL
+  char fText[kMaxDigits + 16];  // a sign, the digits, '1', "e-99999"
   char* fEnd = fText;
   const char* fDigits;
   bool fTruncated = false;

@@ -1,11 +1,42 @@
 #include <plinth/string/UTF16StringStream.h>
 
+#include <algorithm>
 #include <charconv>
+#include <clocale>
 #include <cmath>
+#include <cstddef>
+#include <cstdio>
 #include <iterator>
 #include <limits>
+#include <string_view>
 
 namespace plinth {
+
+namespace {
+
+constexpr int kPrecision = 6;
+
+/// Writes in general notation, as "%.6g" does in the C locale.
+/// \return the end of what was written.
+char* WriteGeneral(char* outFirst, [[maybe_unused]] char* inLast, double inNumber) {
+#ifdef __cpp_lib_to_chars
+  return std::to_chars(outFirst, inLast, inNumber, std::chars_format::general, kPrecision).ptr;
+#else
+  // libc++ has no complete <charconv> before version 20.
+  char text[32];
+  const int length = std::snprintf(text, sizeof text, "%.*g", kPrecision, inNumber);
+  const std::string_view number(text, static_cast<std::size_t>(length));
+  const std::string_view point = std::localeconv()->decimal_point;
+  const std::size_t whole = std::min(number.find(point), number.size());
+  char* end = std::copy_n(text, whole, outFirst);
+  if (whole == number.size()) return end;
+  *end++ = '.';
+  return std::copy(number.begin() + static_cast<std::ptrdiff_t>(whole + point.size()), number.end(),
+                   end);
+#endif
+}
+
+}  // namespace
 
 template <class Iterator>
 oUTF16StringStream& oUTF16StringStream::Append(Iterator inFirst, Iterator inLast) {
@@ -22,14 +53,11 @@ oUTF16StringStream& oUTF16StringStream::operator<<(int inNumber) {
 }
 
 oUTF16StringStream& oUTF16StringStream::operator<<(double inNumber) {
-  static constexpr int kPrecision = 6;
   static constexpr std::string_view kNotANumber = "nan";
   // Platforms disagree on the sign and kind of a result that is not a number.
   if (std::isnan(inNumber)) return Append(kNotANumber.begin(), kNotANumber.end());
   char digits[kPrecision + 7];  // sign, point, exponent "e-308"
-  return Append(digits, std::to_chars(std::begin(digits), std::end(digits), inNumber,
-                                      std::chars_format::general, kPrecision)
-                            .ptr);
+  return Append(digits, WriteGeneral(std::begin(digits), std::end(digits), inNumber));
 }
 
 oUTF16StringStream& oUTF16StringStream::operator<<(const UTF16String& inText) {
