@@ -1,6 +1,8 @@
 // Stands in for the fuzzing engine: runs a target on the files of a corpus and on as many made-up
 // inputs, the same ones every time.
 
+#include "../tests/support/ExportedCalls.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -21,12 +23,6 @@ void Run(const Bytes& inBytes) {
   LLVMFuzzerTestOneInput(inBytes.data(), inBytes.size());
 }
 
-std::uint64_t Next(std::uint64_t& ioState) {  // Marsaglia's xorshift
-  ioState ^= ioState << 13;
-  ioState ^= ioState >> 7;
-  return ioState ^= ioState << 17;
-}
-
 }  // namespace
 
 /// Usage: CORPUS-DIRECTORY MADE-UP-INPUTS
@@ -42,14 +38,14 @@ int main(int argc, char** argv) {
     Run(corpus.back());
   }
   if (corpus.empty()) return 1;
-  std::uint64_t state = 1;
+  mezzo::test::SplitMix64 next(1);
   const long count = std::strtol(argv[2], nullptr, 10);
   for (long input = 0; input < count; ++input) {
     // Bytes at random, or a corpus input in which some are.
     const bool isRandom = input % 4 == 0;
-    Bytes bytes = isRandom ? Bytes(Next(state) % 96) : corpus[Next(state) % corpus.size()];
+    Bytes bytes = isRandom ? Bytes(next() % 96) : corpus[next() % corpus.size()];
     for (auto& byte : bytes) {
-      if (isRandom || Next(state) % 8 == 0) byte = static_cast<std::uint8_t>(Next(state) >> 32);
+      if (isRandom || next() % 8 == 0) byte = static_cast<std::uint8_t>(next() >> 32);
     }
     Run(bytes);
   }

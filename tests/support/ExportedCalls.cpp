@@ -52,13 +52,6 @@ BeatInfo Arguments::Beats() {
 
 // ----------------------------------------------------------------------------- Drawing arguments
 
-std::uint64_t DrawnArguments::Bits() {  // splitmix64
-  std::uint64_t bits = fState += 0x9e3779b97f4a7c15;
-  bits = (bits ^ (bits >> 30)) * 0xbf58476d1ce4e5b9;
-  bits = (bits ^ (bits >> 27)) * 0x94d049bb133111eb;
-  return bits ^ (bits >> 31);
-}
-
 std::int64_t DrawnArguments::Integer(int inBits, Usual inUsual) {
   const auto draw = [&]() -> std::uint64_t {
     const std::uint64_t kind = fIsTame ? 2 : Below(8);
@@ -71,7 +64,7 @@ std::int64_t DrawnArguments::Integer(int inBits, Usual inUsual) {
       const std::uint64_t place = places[Below(3)];
       return place + Below(5) - 2;
     }
-    std::uint64_t magnitude = Bits() >> (65 - inBits + (fIsTame ? 20 : 0));
+    std::uint64_t magnitude = fBits() >> (65 - inBits + (fIsTame ? 20 : 0));
     magnitude >>= Below(static_cast<unsigned>(inBits));
     return Below(2) == 0 ? magnitude : 0 - magnitude;
   };
@@ -85,14 +78,14 @@ double DrawnArguments::Double(std::initializer_list<double> inUsual) {
   const auto draw = [&] {
     const std::uint64_t kind = fIsTame ? 4 : Below(8);
     if (kind > 3 && inUsual.size() != 0) return inUsual.begin()[Below(inUsual.size())];
-    if (kind == 0) return std::bit_cast<double>(Bits());
+    if (kind == 0) return std::bit_cast<double>(fBits());
     if (kind == 1) {  // zeros, denormals, one, infinities, not a number, each with both signs
       const std::uint64_t specials[] = {0, 1, 0x3ff0000000000000, 0x7ff0000000000000,
                                         0x7ff8000000000000};
       const std::uint64_t special = specials[Below(5)];
       return std::bit_cast<double>(special | Below(2) << 63);
     }
-    auto numerator = static_cast<std::int64_t>(Bits());
+    auto numerator = static_cast<std::int64_t>(fBits());
     numerator >>= (fIsTame ? 10 : 0) + Below(54);
     return static_cast<double>(numerator) / 1024.0;
   };
@@ -107,7 +100,7 @@ double DrawnArguments::Double(std::initializer_list<double> inUsual) {
 
 char16_t DrawnArguments::Unit() {
   static constexpr std::string_view kTyped = "0123456789:;,. -+eE{}\tAbx";
-  if (Below(4) == 0) return static_cast<char16_t>(Bits());
+  if (Below(4) == 0) return static_cast<char16_t>(fBits());
   return static_cast<unsigned char>(kTyped[Below(kTyped.size())]);
 }
 

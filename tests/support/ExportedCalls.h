@@ -19,6 +19,22 @@ namespace mezzo::test {
 using Fields = std::vector<std::string>;
 using Forms = std::vector<std::string>;
 
+/// The one generator of the tests: the same bits on every platform.
+class SplitMix64 {
+ public:
+  explicit SplitMix64(std::uint64_t inSeed) : fState(inSeed) {}
+
+  std::uint64_t operator()() {
+    std::uint64_t bits = fState += 0x9e3779b97f4a7c15;
+    bits = (bits ^ (bits >> 30)) * 0xbf58476d1ce4e5b9;
+    bits = (bits ^ (bits >> 27)) * 0x94d049bb133111eb;
+    return bits ^ (bits >> 31);
+  }
+
+ private:
+  std::uint64_t fState;
+};
+
 /// Where the arguments of a call come from, and what surrounds the call. The usual values of an
 /// argument are a hint for sources that make arguments up.
 class Arguments {
@@ -63,7 +79,7 @@ class DrawnArguments : public Arguments {
  public:
   /// \param outTrace receives every argument, unless null.
   explicit DrawnArguments(std::uint64_t inSeed, Fields* outTrace = nullptr)
-      : fState(inSeed), fIsTame(inSeed % 2 == 0), fTrace(outTrace) {}
+      : fBits(inSeed), fIsTame(inSeed % 2 == 0), fTrace(outTrace) {}
 
   double Double(std::initializer_list<double> inUsual) override;
   plinth::UTF16String Text(const Forms& inForms) override;
@@ -72,13 +88,12 @@ class DrawnArguments : public Arguments {
   std::int64_t Integer(int inBits, Usual inUsual) override;
 
  private:
-  std::uint64_t Bits();
-  std::uint64_t Below(std::uint64_t inBound) { return Bits() % inBound; }
+  std::uint64_t Below(std::uint64_t inBound) { return fBits() % inBound; }
   char16_t Unit();
   plinth::UTF16String Digits(std::uint64_t inMost);
   plinth::UTF16String AnyText(const Forms& inForms);
 
-  std::uint64_t fState;
+  SplitMix64 fBits;
   bool fIsTame;  // nothing but usual values
   Fields* fTrace;
 };
