@@ -142,17 +142,6 @@ class Significand {
     return true;
   }
 
-  double Parse([[maybe_unused]] const char* inEnd) const {
-    // Where std::from_chars finds a number out of range, it does not tell at which end; strtod_l
-    // does.
-#ifdef __cpp_lib_to_chars
-    double value = 0.0;
-    if (std::from_chars(fText, inEnd, value).ec == std::errc()) return value;
-#endif
-    static const locale_t sLocale = newlocale(LC_ALL_MASK, "C", nullptr);
-    return strtod_l(fText, nullptr, sLocale);
-  }
-
   char fText[kMaxDigits + 16];  // a sign, the digits, '1', "e-99999"
   char* fEnd = fText;
   const char* fDigits;
