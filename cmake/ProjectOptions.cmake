@@ -22,6 +22,7 @@ endif()
 if(PROJECT_IS_TOP_LEVEL)
   target_compile_options(mezzo_project_options INTERFACE
     -Wall -Wextra -Wpedantic -Werror
+    $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wshorten-64-to-32>
     -Wconversion -Wsign-conversion -Wshadow -Wdouble-promotion -Wold-style-cast -Wcast-align
     -Wnon-virtual-dtor -Woverloaded-virtual -Wundef -Wimplicit-fallthrough)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_FLAGS MATCHES "-fsanitize")

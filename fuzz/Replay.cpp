@@ -39,13 +39,16 @@ int main(int argc, char** argv) {
   }
   if (corpus.empty()) return 1;
   mezzo::test::SplitMix64 next(1);
+  const auto below = [&next](std::size_t bound) {
+    return static_cast<std::size_t>(next() % bound);
+  };
   const long count = std::strtol(argv[2], nullptr, 10);
   for (long input = 0; input < count; ++input) {
     // Bytes at random, or a corpus input in which some are.
     const bool isRandom = input % 4 == 0;
-    Bytes bytes = isRandom ? Bytes(next() % 96) : corpus[next() % corpus.size()];
+    Bytes bytes = isRandom ? Bytes(below(96)) : corpus[below(corpus.size())];
     for (auto& byte : bytes) {
-      if (isRandom || next() % 8 == 0) byte = static_cast<std::uint8_t>(next() >> 32);
+      if (isRandom || below(8) == 0) byte = static_cast<std::uint8_t>(next() >> 32);
     }
     Run(bytes);
   }

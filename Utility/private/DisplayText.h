@@ -85,7 +85,8 @@ class DisplayText {
   [[gnu::always_inline]] static char16_t* PutDigits(char16_t* outUnits, Int inValue, int inCount) {
     char16_t* unit = outUnits + inCount;
     for (; unit - outUnits >= 2; inValue /= 100) {
-      std::memcpy(unit -= 2, &kPairs[2 * (inValue % 100)], 2 * sizeof(char16_t));
+      std::memcpy(unit -= 2, &kPairs[static_cast<std::size_t>(2 * (inValue % 100))],
+                  2 * sizeof(char16_t));
     }
     if (unit != outUnits) *outUnits = static_cast<char16_t>(u'0' + inValue);
     return outUnits + inCount;

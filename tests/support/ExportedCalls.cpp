@@ -83,7 +83,7 @@ double DrawnArguments::Double(std::initializer_list<double> inUsual) {
       const std::uint64_t specials[] = {0, 1, 0x3ff0000000000000, 0x7ff0000000000000,
                                         0x7ff8000000000000};
       const std::uint64_t special = specials[Below(5)];
-      return std::bit_cast<double>(special | Below(2) << 63);
+      return std::bit_cast<double>(special | std::uint64_t{Below(2)} << 63);
     }
     auto numerator = static_cast<std::int64_t>(fBits());
     numerator >>= (fIsTame ? 10 : 0) + Below(54);

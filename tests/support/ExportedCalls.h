@@ -88,7 +88,7 @@ class DrawnArguments : public Arguments {
   std::int64_t Integer(int inBits, Usual inUsual) override;
 
  private:
-  std::uint64_t Below(std::uint64_t inBound) { return fBits() % inBound; }
+  std::size_t Below(std::uint64_t inBound) { return static_cast<std::size_t>(fBits() % inBound); }
   char16_t Unit();
   plinth::UTF16String Digits(std::uint64_t inMost);
   plinth::UTF16String AnyText(const Forms& inForms);
