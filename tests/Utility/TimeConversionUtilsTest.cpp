@@ -10,9 +10,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cfenv>
 #include <cstdint>
 #include <limits>
 #include <string>
+#ifdef __SSE2__
+#include <xmmintrin.h>
+#endif
 
 namespace mezzo::utility {
 namespace {
@@ -65,6 +69,41 @@ TEST(SMPTE, EveryFrameOfADayIsInverseToItsDropFrameLabel) {
     }
   }
 }
+
+#ifdef FE_UPWARD
+TEST(FloatingPointEnvironment, DoesNotChangeWhatIsCountedInIntegers) {
+  void (*const environments[])() = {
+      [] { std::fesetround(FE_UPWARD); }, [] { std::fesetround(FE_DOWNWARD); },
+      [] { std::fesetround(FE_TOWARDZERO); },
+#ifdef __SSE2__
+      [] { _mm_setcsr(_mm_getcsr() | 0x8040); },  // denormal numbers are zero, read or written
+#endif
+  };
+  std::fenv_t usual;
+  std::fegetenv(&usual);
+  for (std::uint64_t seed = 0; seed < 20000; ++seed) {
+    const std::int32_t rate = seed % 2 == 0 ? 44100 : 48000;
+    const std::int64_t samples = test::DrawnArguments(seed).Int64() % (360000 * std::int64_t{rate});
+    for (const int format : {1, 2, 3, 4, 8, 10}) {
+      const auto results = [&] {
+        UTF16String text;
+        std::int64_t read = 0;
+        const auto display = static_cast<TimecodeFormat>(format);
+        ConvertSamplesToTimecode(text, samples, rate, display, 30, nullptr, false);
+        ConvertTimecodeToSamples(read, text, display, rate, 30, nullptr, false);
+        return Shown(text) + ' ' + std::to_string(read);
+      };
+      const std::string expected = results();
+      for (const auto& enter : environments) {
+        enter();
+        const std::string actual = results();
+        std::fesetenv(&usual);
+        ASSERT_EQ(actual, expected) << format << ' ' << samples << ' ' << rate;
+      }
+    }
+  }
+}
+#endif
 
 TEST(BarsAndBeats, ReadBackAsTheStartOfTheirTick) {
   for (std::uint64_t seed = 0; seed < 40000; seed += 2) {
