@@ -23,8 +23,9 @@ declare -A packages=(
   [packages]='dpkg-dev file'
   [checks]='binutils clang clang-format clang-tidy git'
   [fuzzing]='clang'
-  [processors]='clang diffutils g++-aarch64-linux-gnu googletest libc++-14-dev libc++abi-14-dev
-    qemu-user-static'
+  [processors]='clang diffutils g++-aarch64-linux-gnu g++-i686-linux-gnu g++-s390x-linux-gnu
+    googletest libc++-14-dev libc++abi-14-dev qemu-user-static'
+  [more processors]='clang-19 g++-arm-linux-gnueabihf g++-powerpc64le-linux-gnu g++-riscv64-linux-gnu'
   [documents]='doxygen linkchecker'
 )
 
