@@ -1,32 +1,24 @@
-# Headers, libraries, CMake package and pkg-config file.
-set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Mezzo")
+# mezzo_install(LIBRARY): the library of the current project with its CMake package and pkg-config
+# file, whose templates lie in that project's folder cmake.
+function(mezzo_install library)
+  string(TOLOWER "${library}" name)
+  set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/${library}")
+  set(config "${PROJECT_BINARY_DIR}/${library}Config.cmake")
+  set(version "${PROJECT_BINARY_DIR}/${library}ConfigVersion.cmake")
+  set(pkg_config "${PROJECT_BINARY_DIR}/${name}.pc")
 
-# The installed libraries find each other wherever the prefix is moved.
-if(APPLE)
-  set_target_properties(Mezzo PROPERTIES INSTALL_RPATH "@loader_path")
-else()
-  set_target_properties(Mezzo PROPERTIES INSTALL_RPATH "$ORIGIN")
-endif()
-
-install(TARGETS Mezzo EXPORT MezzoTargets
-  LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development)
-foreach(folder Utility Debug Module)
-  file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.h")
-  install(FILES ${headers} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/mezzo/${folder}"
+  install(TARGETS ${library} EXPORT ${library}Targets
+    LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development)
+  install(EXPORT ${library}Targets NAMESPACE ${library}:: DESTINATION "${package_dir}"
     COMPONENT Development)
-endforeach()
+  configure_package_config_file("cmake/${library}Config.cmake.in" "${config}"
+    INSTALL_DESTINATION "${package_dir}")
+  write_basic_package_version_file("${version}" COMPATIBILITY SameMajorVersion)
+  install(FILES "${config}" "${version}" DESTINATION "${package_dir}" COMPONENT Development)
 
-install(EXPORT MezzoTargets NAMESPACE Mezzo:: DESTINATION "${package_dir}" COMPONENT Development)
-configure_package_config_file(cmake/MezzoConfig.cmake.in "${PROJECT_BINARY_DIR}/MezzoConfig.cmake"
-  INSTALL_DESTINATION "${package_dir}")
-write_basic_package_version_file("${PROJECT_BINARY_DIR}/MezzoConfigVersion.cmake"
-  COMPATIBILITY SameMajorVersion)
-install(FILES "${PROJECT_BINARY_DIR}/MezzoConfig.cmake"
-              "${PROJECT_BINARY_DIR}/MezzoConfigVersion.cmake"
-  DESTINATION "${package_dir}" COMPONENT Development)
-
-file(RELATIVE_PATH path_to_prefix
-  "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
-configure_file(cmake/mezzo.pc.in "${PROJECT_BINARY_DIR}/mezzo.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/mezzo.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
-  COMPONENT Development)
+  file(RELATIVE_PATH path_to_prefix
+    "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
+  configure_file("cmake/${name}.pc.in" "${pkg_config}" @ONLY)
+  install(FILES "${pkg_config}" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
+    COMPONENT Development)
+endfunction()
