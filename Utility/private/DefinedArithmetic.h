@@ -96,21 +96,10 @@ Int TruncateTo(double inValue) {
   return inValue < 0 ? Limits::min() : Limits::max();
 }
 
-/// From here on, 2^52, every double is a whole number.
-inline constexpr double kAllWhole = 4503599627370496.0;
-
-/// Rounds toward minus infinity, without the library call that `std::floor` is on older processors.
-inline double Floor(double inValue) {
-  if (!(std::fabs(inValue) < kAllWhole)) return inValue;
-  const auto truncated = static_cast<double>(static_cast<std::int64_t>(inValue));
-  return truncated > inValue ? truncated - 1.0 : truncated;
-}
-
-/// The part behind the decimal point, with the sign of the number: `std::fmod(inValue, 1.0)`
-/// without its loop.
+/// The part behind the decimal point, with the sign of the number: `std::fmod(inValue, 1.0)` without
+/// its loop.
 inline double Fraction(double inValue) {
-  if (!(std::fabs(inValue) < kAllWhole)) return inValue - inValue;
-  return inValue - static_cast<double>(static_cast<std::int64_t>(inValue));
+  return inValue - std::trunc(inValue);
 }
 
 }  // namespace mezzo::arithmetic

@@ -252,7 +252,7 @@ namespace {
 
 /// Samples from sample 0 to bar 1 beat 1, rounded to the nearest, halves upward.
 double OffsetInSamples(double inSampleRate, const BeatInfo& inBeatInfo) {
-  return Floor(std::fma(inSampleRate * 0.001, inBeatInfo.dOffsetMs, 0.5));
+  return std::floor(std::fma(inSampleRate * 0.001, inBeatInfo.dOffsetMs, 0.5));
 }
 
 }  // namespace
@@ -545,7 +545,7 @@ std::int64_t ConvertBarsAndBeatsToSamples(const UTF16String& inString, double in
   const Int32 wholeBeats = beat + inBeatInfo.iBeatsPerBar * bar;
   const double samples = (inSampleRate * 60.0 * (partOfBeat + wholeBeats.Value())) /
                          (inBeatInfo.dTempo * 0.25 * inBeatInfo.iBeatUnit);
-  const Int64 position = TruncateTo<std::int64_t>(Floor(samples + 0.5));
+  const Int64 position = TruncateTo<std::int64_t>(std::floor(samples + 0.5));
   if (inIsDuration) return position.Value();
   const Int64 offset = TruncateTo<std::int64_t>(OffsetInSamples(inSampleRate, inBeatInfo));
   return (position + offset).Value();
