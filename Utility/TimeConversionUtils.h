@@ -11,14 +11,14 @@
 /// documented ranges the arithmetic is that of 64-bit Arm (conversions truncate and saturate, not a
 /// number gives 0, integers wrap, division by zero gives 0). Broken preconditions are reported to
 /// the host's assertion dialog and never stop the process. Nothing is thrown but std::bad_alloc,
-/// when a caller's string cannot grow (it then keeps its text) or when 48 characters or more follow
-/// the "." before a decimal fraction of a beat.
+/// when a caller's string cannot grow; it then keeps its text.
 ///
 /// \par Cost
 /// No lock, no system call, and no heap allocation where the caller's string has the room.
 ///
 /// \par Thread safety
-/// Any thread may call any function; they share no state.
+/// Any thread may call any function. They share no state but the flags with which the host's
+/// assertion dialog silences a site; the dialog may be entered on several threads.
 #pragma once
 
 #include <Module/Export.h>
@@ -49,7 +49,7 @@ enum TimecodeFormat : std::int32_t {
   kTimecodeFormat_Frames = 8,             ///< frame count at the nominal rate, "1234"
   kTimecodeFormat_PulldownFrames = 9,     ///< frame count at frame rate × 1000/1001
   kTimecodeFormat_CompactSubframes = 10,  ///< SMPTE, trimmed, hundredths of a frame, "1:15.00"
-  kTimecodeFormat_Milliseconds = 11,      ///< milliseconds to a tenth, "1234.5"
+  kTimecodeFormat_Milliseconds = 11,      ///< milliseconds in six digits, "1234.5", "3.6e+06"
   kTimecodeFormat_SMPTEPulldown2 = 12,    ///< the same as SMPTEPulldown
   kTimecodeFormat_SMPTEDropFrame2 = 13,   ///< the same as SMPTEDropFrame
   kTimecodeFormat_SMPTEPulldown3 = 14,    ///< the same as SMPTEPulldown
@@ -86,12 +86,14 @@ MEZZO_EXPORT bool operator!=(const BeatInfo& inLeft, const BeatInfo& inRight);
 /// \param inPulldown count at the pulled-down rate without dropping labels. Excludes `inDropFrame`.
 /// \param inFramesOnly write the frame count alone; the four flags after it have no effect.
 /// \param inNoFrames end the text after the seconds.
-/// \param inTrimLeadingZeros leave out leading fields that are zero; the first that shows is not
-///     padded.
+/// \param inTrimLeadingZeros leave out leading hours, minutes and seconds that are zero; the first
+///     field that shows is not padded, unless it is the hours, or the seconds under `inNoFrames`,
+///     which always show.
 /// \param inShowSubframes append "." and hundredths of a frame, truncated.
 /// \param inNoHours count whole hours into the minutes.
-/// \return true when a text was written; false with an empty text for a frame rate of 0, and with
-///     the text unchanged (and a report) when both rate flags are set.
+/// \return true when a text was written. Both rate flags set, looked at first: false, with the text
+///     unchanged and a report. A frame rate of 0 at a sample rate that is not: false, with an empty
+///     text.
 MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::int64_t inSamples,
                                            std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
                                            bool inDropFrame, bool inPulldown, bool inFramesOnly,
@@ -120,10 +122,14 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// Reads SMPTE timecode (SMPTE ST 12-1): hours, minutes, seconds, frames, fraction of a frame.
 ///
 /// The reading is lenient: whatever is not a digit separates fields, fields fill up from the right,
-/// and a number behind a "." is a decimal fraction of the field before it. The result is the first
-/// sample at or after the start of the labelled frame, in exact integers, rounded up; reading a
-/// label and writing the position back gives the label, for a label that exists, under the same
-/// rates and flags, as long as a frame lasts at least one sample.
+/// and a number behind a "." is a decimal fraction of the field before it, with which reading ends.
+/// Of five numbers the first is dropped, any further ones are ignored. A fraction counts in units
+/// of 1/10 to the power of the characters from its first digit to the end of the text; a "." that
+/// ends the text makes the last number the fraction. A minus sign only separates. The result is the
+/// first sample at or after the start of the labelled frame, in exact integers, rounded up;
+/// products past 7 × 2^60 are computed in double precision. Reading a label and writing the
+/// position back gives the label, for a label that exists, under the same rates and flags, as long
+/// as a frame lasts at least one sample.
 ///
 /// \param[out] outSamples receives the position in samples; -1 for an empty text, 0 for a text
 ///     without digits and for a frame rate of 0 (which is reported).
@@ -149,7 +155,9 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 /// \param[out] outSamples receives the position in samples: -1 for an empty text; 0 for
 ///     `kTimecodeFormat_Reserved` and for a value outside 0 to 14 (the two bounds are reported).
 /// \param inString the text. A leading minus sign counts for samples and for bars and beats; it
-///     only separates in all other formats.
+///     only separates in all other formats. Clock time, milliseconds and beats have up to three
+///     fields; a fourth in front is reported and dropped. Pulled-down frames are read as drop-frame
+///     labels, with the reports of those.
 /// \param inFormat the format of the text.
 /// \param inSampleRate samples per second.
 /// \param inTimecodeFPS nominal frames per second, for the SMPTE and frame-count formats.
@@ -227,8 +235,8 @@ MEZZO_EXPORT void ConvertSamplesToBeats(plinth::UTF16String& outString, std::int
 /// Reads bars and beats as `ConvertSamplesToBarsAndBeats` writes them or as a person types them.
 ///
 /// Bar, optionally ":" and beat, optionally "." and ticks (with `iTicksPerBeat` -1: the decimal
-/// fraction of a beat). What follows is ignored; a missing number counts as 0, except that a
-/// beat is the first where there is no ":".
+/// fraction of a beat). The "." is looked for in the whole text, the ":" as well. What follows is
+/// ignored; a missing number counts as 0. Without ":" the beat is the first of the bar.
 ///
 /// \param inString the text.
 /// \param inSampleRate samples per second.

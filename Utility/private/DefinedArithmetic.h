@@ -96,8 +96,8 @@ Int TruncateTo(double inValue) {
   return inValue < 0 ? Limits::min() : Limits::max();
 }
 
-/// The part behind the decimal point, with the sign of the number: `std::fmod(inValue, 1.0)` without
-/// its loop.
+/// The part behind the decimal point, with the sign of the number: `std::fmod(inValue, 1.0)`
+/// without its loop.
 inline double Fraction(double inValue) {
   return inValue - std::trunc(inValue);
 }

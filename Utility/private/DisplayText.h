@@ -35,7 +35,7 @@ class DisplayText {
   template <std::signed_integral Int>
   [[gnu::always_inline]] DisplayText& Number(Int inValue, int inWidth = 1) {
     const auto magnitude = static_cast<std::make_unsigned_t<Int>>(inValue);
-    // The bits of a negative number are no number as small as that.
+    // As unsigned, a negative number is beyond every width, so one test sorts out both.
     fEnd = magnitude < PowerOfTen(inWidth) ? PutDigits(fEnd, magnitude, inWidth)
                                            : PutNumber(fEnd, inValue, inWidth);
     return *this;
@@ -75,12 +75,12 @@ class DisplayText {
 
   template <std::unsigned_integral Int>
   static int DigitCount(Int inValue) {
-    // 1233 / 4096 is the decimal logarithm of 2: the estimate is right or one too low.
+    // 1233 / 4096 is just above the decimal logarithm of 2: the estimate is right or one too low.
     const int estimate = static_cast<int>(std::bit_width(inValue | Int{1})) * 1233 >> 12;
     return estimate + ((inValue | Int{1}) >= PowerOfTen(estimate) ? 1 : 0);
   }
 
-  /// Writes a number of at most so many digits, with zeros in front where it has fewer.
+  /// Writes a number of at most `inCount` digits, with zeros in front where it has fewer.
   template <std::unsigned_integral Int>
   [[gnu::always_inline]] static char16_t* PutDigits(char16_t* outUnits, Int inValue, int inCount) {
     char16_t* unit = outUnits + inCount;

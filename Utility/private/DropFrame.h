@@ -36,7 +36,8 @@ constexpr Label LabelOf(std::int64_t inFrames, std::int64_t inMultiplier) {
 
   const std::int64_t blocks = inFrames >= 0 ? inFrames / framesPerTenMinutes : 0;
   const std::int64_t inBlock = inFrames - blocks * framesPerTenMinutes;
-  // The block's first minute is longer by the labels that it keeps.
+  // Minute 0 keeps its labels, so the others start later by those that they drop. The test, as the
+  // one before it, matters for the smallest integer only.
   const std::int64_t minute =
       inBlock > droppedPerMinute ? (inBlock - droppedPerMinute) / framesPerMinute : 0;
   // From here on this counts labels: a minute that drops labels begins behind them.

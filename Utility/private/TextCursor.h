@@ -1,13 +1,11 @@
 // Walks through a text and reads its numbers in place.
 //
 // `plinth::string::StringToNumber` reads whole strings only, so a number in the middle of a text
-// would have to be copied out for it. The cursor reads the grammar of our stand-in for it without
-// the copy; a test holds the two together. A host whose parser reads otherwise shows that in sample
-// counts only.
+// would have to be copied out for it. The cursor reads the same grammar without the copy; a test
+// holds the two together.
 
 #pragma once
 
-#include <plinth/string/StringConversion.h>
 #include <plinth/string/UTF16String.h>
 #include <plinth/utility/Cast.h>
 
@@ -20,9 +18,6 @@
 
 namespace mezzo::utility {
 
-/// The options under which the host's number parser is always called.
-inline constexpr unsigned short kParserFlags = 6;
-
 class TextCursor {
  public:
   explicit TextCursor(const plinth::UTF16String& inText)
@@ -30,8 +25,8 @@ class TextCursor {
 
   bool IsAtEnd() const { return fUnit == fEnd; }
 
-  /// The number of units to the end, reported where it does not fit. The test in front spares every
-  /// field of every text the call.
+  /// The number of units to the end. A count past the int range goes through the checked cast,
+  /// which reports it; testing first saves the call.
   int UnitsLeft() const {
     const std::ptrdiff_t count = fEnd - fUnit;
     if (count <= std::numeric_limits<int>::max()) [[likely]]
@@ -47,7 +42,7 @@ class TextCursor {
     return passesDot;
   }
 
-  /// Moves to the next unit of that kind.
+  /// Moves to the next occurrence of a unit.
   /// \return false at the end, when there is none.
   bool SkipTo(char16_t inUnit) {
     while (fUnit != fEnd && *fUnit != inUnit) ++fUnit;
@@ -69,21 +64,16 @@ class TextCursor {
     return ReadDigits();
   }
 
-  /// Reads the decimal fraction that begins here with a "."; 0 where there is none.
+  /// Reads the decimal fraction that begins here with a "."; 0 where there is none. Of a number of
+  /// more than a thousand characters, those behind are left out: no double needs so many.
   double ReadFraction() const {
-    double value = 0.0;
-    std::array<char, 48> digits;
+    std::array<char, 1024> number;
     std::size_t count = 0;
-    for (const char16_t* unit = fUnit; count < digits.size() && unit != fEnd; ++unit) {
-      // A unit outside ASCII ends a number like any other that is no part of one.
-      digits[count++] = *unit < 0x80 ? static_cast<char>(*unit) : ' ';
-    }
-    if (count == digits.size()) {
-      const plinth::UTF16String text(fUnit, fEnd);
-      plinth::string::StringToNumber(value, text, kParserFlags);
-    } else {
-      fast_float::from_chars(digits.data(), digits.data() + count, value);
-    }
+    for (const char16_t* unit = fUnit; unit != fEnd && *unit < 0x80 && count < number.size();
+         ++unit)
+      number[count++] = static_cast<char>(*unit);
+    double value = 0.0;
+    fast_float::from_chars(number.data(), number.data() + count, value);
     return value;
   }
 

@@ -48,7 +48,7 @@ struct FrameRate {
   Int32 seconds;
 };
 
-/// Displays show the low 32 bits of every field.
+/// Fields are written as the low 32 bits of what they hold.
 std::int32_t Shown(Int64 inField) {
   return Int32(inField).Value();
 }
@@ -73,8 +73,8 @@ std::int32_t PulledDownFrameCount(Int64 inMagnitude, std::int32_t inSampleRate, 
       ((inSampleRate * 599.4) * inFPS));
 }
 
-/// What a timecode display shows; the exported function's flags in one word.
-enum TimecodeDisplay : unsigned {
+/// The flags of a timecode display in one word.
+enum TimecodeFlag : unsigned {
   kDropFrame = 1u << 0,
   kPulldown = 1u << 1,
   kFramesOnly = 1u << 2,
@@ -84,8 +84,8 @@ enum TimecodeDisplay : unsigned {
   kNoHours = 1u << 6,
 };
 
-bool Shows(unsigned inDisplay, TimecodeDisplay inFlag) {
-  return (inDisplay & inFlag) != 0;
+bool Has(unsigned inFlags, TimecodeFlag inFlag) {
+  return (inFlags & inFlag) != 0;
 }
 
 void ComposeDropFrameLabel(DisplayText& ioText, Int64 inWholeFrames, std::int32_t inTimecodeFPS) {
@@ -99,7 +99,7 @@ void ComposeDropFrameLabel(DisplayText& ioText, Int64 inWholeFrames, std::int32_
 }
 
 void ComposeLabel(DisplayText& ioText, Int64 inWholeFrames, std::int32_t inTimecodeFPS,
-                  unsigned inDisplay) {
+                  unsigned inFlags) {
   Int64 frames = inWholeFrames;
   const auto take = [&frames](Int32 framesOfUnit) {
     const Int64 count = frames / framesOfUnit;
@@ -110,14 +110,14 @@ void ComposeLabel(DisplayText& ioText, Int64 inWholeFrames, std::int32_t inTimec
   Int64 hours = take(fps * 3600);
   Int64 minutes = take(fps * 60);
   const Int64 seconds = take(fps);
-  if (Shows(inDisplay, kNoHours)) {
+  if (Has(inFlags, kNoHours)) {
     minutes = minutes + hours * 60;
     hours = 0;
   }
 
-  // While leading, zero fields are left out and the first other one is not padded; hours always
-  // are.
-  bool isLeading = Shows(inDisplay, kTrimLeadingZeros) && hours == 0;
+  // While leading, zero fields are left out and the first non-zero field is unpadded. Hours that
+  // show are always padded.
+  bool isLeading = Has(inFlags, kTrimLeadingZeros) && hours == 0;
   const auto writeField = [&](Int64 field) {
     if (isLeading && field == 0) return;
     if (isLeading) {
@@ -127,9 +127,9 @@ void ComposeLabel(DisplayText& ioText, Int64 inWholeFrames, std::int32_t inTimec
     }
     isLeading = false;
   };
-  if (!Shows(inDisplay, kNoHours)) writeField(hours);
+  if (!Has(inFlags, kNoHours)) writeField(hours);
   writeField(minutes);
-  if (Shows(inDisplay, kNoFrames)) {
+  if (Has(inFlags, kNoFrames)) {
     ioText.Number(Shown(seconds), 2);
   } else {
     writeField(seconds);
@@ -138,9 +138,9 @@ void ComposeLabel(DisplayText& ioText, Int64 inWholeFrames, std::int32_t inTimec
 }
 
 bool WriteTimecode(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate,
-                   std::int32_t inTimecodeFPS, unsigned inDisplay) {
-  const bool isDropFrame = Shows(inDisplay, kDropFrame);
-  const bool isPulledDown = Shows(inDisplay, kPulldown);
+                   std::int32_t inTimecodeFPS, unsigned inFlags) {
+  const bool isDropFrame = Has(inFlags, kDropFrame);
+  const bool isPulledDown = Has(inFlags, kPulldown);
   if (isDropFrame && isPulledDown) {
     MEZZO_REPORT("false", "ConvertSamplesToTimecode programmer error!\n",
                  "bool mezzo::utility::ConvertSamplesToTimecode(plinth::UTF16String &, "
@@ -163,7 +163,7 @@ bool WriteTimecode(UTF16String& outString, std::int64_t inSamples, std::int32_t 
   const Int64 denominator = Int64(rate.seconds) * inSampleRate;
   const Int64 wholeFrames = numerator / denominator;
   DisplayText text;
-  if (Shows(inDisplay, kFramesOnly)) {
+  if (Has(inFlags, kFramesOnly)) {
     text.Number(isDropFrame ? PulledDownFrameCount(magnitude, inSampleRate, inTimecodeFPS)
                             : Shown(wholeFrames));
   } else {
@@ -171,8 +171,8 @@ bool WriteTimecode(UTF16String& outString, std::int64_t inSamples, std::int32_t 
     if (isDropFrame) {
       ComposeDropFrameLabel(text, wholeFrames, inTimecodeFPS);
     } else {
-      ComposeLabel(text, wholeFrames, inTimecodeFPS, inDisplay);
-      if (Shows(inDisplay, kShowSubframes) && !Shows(inDisplay, kNoFrames))
+      ComposeLabel(text, wholeFrames, inTimecodeFPS, inFlags);
+      if (Has(inFlags, kShowSubframes) && !Has(inFlags, kNoFrames))
         text.Unit(u'.').Number(Shown(numerator * 100 / denominator % 100), 2);
     }
   }
@@ -264,14 +264,15 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
       "const mezzo::utility::BeatInfo &, bool, int)";
   MEZZO_ASSERT(inPrecision >= 0, "", kFunction);
   MEZZO_ASSERT(inBeatInfo.iBeatsPerBar != 0, "programmer error!\n", kFunction);
-  // The dialog may have edited the record, so it is read from here on only.
+  // The dialog may edit the record; nothing read before the reports may be used.
   const Int32 beatsPerBar = inBeatInfo.iBeatsPerBar;
   const std::int32_t ticksPerBeat = inBeatInfo.iTicksPerBeat;
   if (beatsPerBar == 0) return false;
 
   const double samples =
       inIsDuration ? inSamples : inSamples - OffsetInSamples(inSampleRate, inBeatInfo);
-  // The last term is half a thousandth of a tick, so that what follows rounds by truncation.
+  // The last term is half a thousandth of a tick, so that what follows rounds by truncation. It
+  // lowers a decimal beat, which is truncated all the same.
   constexpr double kOneTwoHundredFortieth = 0.004166666666666667;
   double beats =
       samples * kOneTwoHundredFortieth * inBeatInfo.dTempo * inBeatInfo.iBeatUnit / inSampleRate +
@@ -289,7 +290,7 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
     ticks = Fraction(beats) * ticksPerBeat;
     tick = TruncateTo<std::int32_t>(ticks);
     if (tick == ticksPerBeat) {
-      // So close below a whole beat that the product rounded up: that beat it is.
+      // The product rounded up to a full beat: carry into the next.
       ticks = 0.0;
       tick = 0;
       beats += 1.0 / ticksPerBeat;
@@ -362,8 +363,8 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
       "bool mezzo::utility::ConvertSamplesToTimecode(plinth::UTF16String &, std::int64_t, "
       "std::int32_t, mezzo::utility::TimecodeFormat, std::int32_t, const mezzo::utility::BeatInfo "
       "*, bool)";
-  const auto writeTimecode = [&](unsigned display) {
-    return WriteTimecode(outString, inSamples, inSampleRate, inTimecodeFPS, display);
+  const auto writeTimecode = [&](unsigned flags) {
+    return WriteTimecode(outString, inSamples, inSampleRate, inTimecodeFPS, flags);
   };
 
   MEZZO_ASSERT(inFormat > kTimecodeFormat_None && inFormat < kTimecodeFormat_AfterLast, "",
@@ -440,25 +441,27 @@ ParsedTimeCode ParseTimeCodeString(const UTF16String& inString) {
   ParsedTimeCode parsed;
   TextCursor cursor(inString);
   int length = 0;  // stays 0 for a first number, which makes the fraction of "1." a whole unit
+  const auto setFraction = [&](int value) {
+    parsed.fractionNumerator = value;
+    parsed.fractionDenominator = FractionDenominator(length);
+  };
   for (int fields = 0; fields < kMostFields; ++fields) {
     const bool isDotted = cursor.SkipToDigit();
     if (cursor.IsAtEnd()) {
       if (isDotted && fields > 0) {
-        // A "." that ends the text makes the last field the fraction.
-        return {0,
-                parsed.hours,
-                parsed.minutes,
-                parsed.seconds,
-                parsed.frames,
-                FractionDenominator(length)};
+        // A "." that ends the text takes the last field back as the fraction.
+        setFraction(parsed.frames);
+        parsed.frames = parsed.seconds;
+        parsed.seconds = parsed.minutes;
+        parsed.minutes = parsed.hours;
+        parsed.hours = 0;
       }
       break;
     }
     if (isDotted || fields > 0) length = cursor.UnitsLeft();
     const int value = cursor.ReadDigits();
     if (isDotted) {
-      parsed.fractionNumerator = value;
-      parsed.fractionDenominator = FractionDenominator(length);
+      setFraction(value);
       break;
     }
     parsed.hours = parsed.minutes;
@@ -530,17 +533,16 @@ std::int64_t ConvertBarsAndBeatsToSamples(const UTF16String& inString, double in
     cursor.Skip();
     beat = cursor.ReadInteger() - first;
   }
-  double partOfBeat = 0.0;
-  if (TextCursor cursor(inString); cursor.SkipTo(u'.') && inBeatInfo.iTicksPerBeat == -1) {
-    partOfBeat = cursor.ReadFraction();
-  } else {
-    int tick = 0;
-    if (!cursor.IsAtEnd()) {
-      cursor.Skip();
-      tick = cursor.ReadInteger();
-    }
-    partOfBeat = static_cast<double>(tick) / inBeatInfo.iTicksPerBeat;
+  const bool isDecimal = inBeatInfo.iTicksPerBeat == -1;
+  double fraction = 0.0;
+  int tick = 0;
+  if (TextCursor cursor(inString); cursor.SkipTo(u'.')) {
+    if (isDecimal) fraction = cursor.ReadFraction();
+    cursor.Skip();
+    tick = cursor.ReadInteger();
   }
+  const double partOfBeat =
+      isDecimal ? fraction : static_cast<double>(tick) / inBeatInfo.iTicksPerBeat;
 
   const Int32 wholeBeats = beat + inBeatInfo.iBeatsPerBar * bar;
   const double samples = (inSampleRate * 60.0 * (partOfBeat + wholeBeats.Value())) /
@@ -559,7 +561,8 @@ constexpr char kReadByFormat[] =
     "bool mezzo::utility::ConvertTimecodeToSamples(std::int64_t &, const plinth::UTF16String &, "
     "mezzo::utility::TimecodeFormat, std::int32_t, std::int32_t, mezzo::utility::BeatInfo *, bool)";
 
-/// Reads clock time in units of the last field: the parser's names stand one field too low for it.
+/// Reads clock time in units of the last field. The parser's minutes are hours here, its seconds
+/// minutes and its frames seconds.
 double ReadClock(const UTF16String& inString) {
   const ParsedTimeCode parsed = ParseTimeCodeString(inString);
   MEZZO_ASSERT_NAMED(parsed.hours == 0, "hours==0",
@@ -587,6 +590,7 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
       outSamples = TruncateTo<std::int64_t>(std::fma(ReadClock(inString), inSampleRate, 0.5));
       return true;
     case kTimecodeFormat_Samples: {
+      constexpr unsigned short kParserFlags = 6;  // the host's option set, always the same
       long long samples = outSamples;
       plinth::string::StringToNumber(samples, inString, kParserFlags);
       outSamples = samples;
