@@ -1,3 +1,5 @@
+include(CheckCXXSymbolExists)
+
 # What every target of this project is compiled with, and none of its consumers.
 add_library(mezzo_project_options INTERFACE)
 target_compile_features(mezzo_project_options INTERFACE cxx_std_20)
@@ -6,16 +8,17 @@ target_compile_options(mezzo_project_options INTERFACE
   # unless told not to.
   -ffp-contract=off
   -fvisibility=hidden -fvisibility-inlines-hidden
-  -fno-semantic-interposition
   # Assertion reports name files relative to the root.
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/="
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/plinth/include/plinth/=")
-if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "x86|[3-6]86|AMD64")
+check_cxx_symbol_exists(__i386__ cstddef MEZZO_TARGETS_32_BIT_X86)
+if(MEZZO_TARGETS_32_BIT_X86)
   # The x87 unit computes in extended precision and rounds a second time when it stores.
   target_compile_options(mezzo_project_options INTERFACE -msse2 -mfpmath=sse)
 endif()
 if(CMAKE_SYSTEM_NAME STREQUAL Linux)
   target_compile_options(mezzo_project_options INTERFACE
+    -fno-semantic-interposition
     $<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
   target_link_options(mezzo_project_options INTERFACE LINKER:-z,relro,-z,now)
 endif()

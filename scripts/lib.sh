@@ -25,7 +25,8 @@ declare -A packages=(
   [fuzzing]='clang'
   [processors]='clang diffutils g++-aarch64-linux-gnu g++-i686-linux-gnu g++-s390x-linux-gnu
     googletest libc++-14-dev libc++abi-14-dev qemu-user-static'
-  [more processors]='clang-19 g++-arm-linux-gnueabihf g++-powerpc64le-linux-gnu g++-riscv64-linux-gnu'
+  [more processors]='clang-19 emscripten g++-arm-linux-gnueabihf g++-powerpc64le-linux-gnu
+    g++-riscv64-linux-gnu'
   [documents]='doxygen linkchecker'
 )
 

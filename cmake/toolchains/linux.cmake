@@ -9,12 +9,4 @@ set(CMAKE_C_COMPILER "${triplet}-gcc")
 set(CMAKE_CXX_COMPILER_TARGET "${triplet}")
 set(CMAKE_CROSSCOMPILING_EMULATOR "qemu-${emulator}-static" -L "/usr/${triplet}")
 
-# The build machine's header-only libraries, without the rest of its headers.
-set(headers "${CMAKE_BINARY_DIR}/headers")
-file(MAKE_DIRECTORY "${headers}")
-foreach(library boost fast_float)
-  file(CREATE_LINK "/usr/include/${library}" "${headers}/${library}" SYMBOLIC)
-endforeach()
-set(Boost_NO_BOOST_CMAKE ON)
-set(Boost_INCLUDE_DIR "${headers}")
-set(FAST_FLOAT_INCLUDE_DIR "${headers}")
+include("${CMAKE_CURRENT_LIST_DIR}/headers.cmake")

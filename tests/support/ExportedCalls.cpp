@@ -10,7 +10,6 @@
 #include <plinth/debug/DebugDatabase.h>
 
 #include <atomic>
-#include <bit>
 #include <cstddef>
 #include <cstdio>
 #include <memory>
@@ -78,12 +77,12 @@ double DrawnArguments::Double(std::initializer_list<double> inUsual) {
   const auto draw = [&] {
     const std::uint64_t kind = fIsTame ? 4 : Below(8);
     if (kind > 3 && inUsual.size() != 0) return inUsual.begin()[Below(inUsual.size())];
-    if (kind == 0) return std::bit_cast<double>(fBits());
+    if (kind == 0) return __builtin_bit_cast(double, fBits());
     if (kind == 1) {  // zeros, denormals, one, infinities, not a number, each with both signs
       const std::uint64_t specials[] = {0, 1, 0x3ff0000000000000, 0x7ff0000000000000,
                                         0x7ff8000000000000};
       const std::uint64_t special = specials[Below(5)];
-      return std::bit_cast<double>(special | std::uint64_t{Below(2)} << 63);
+      return __builtin_bit_cast(double, special | std::uint64_t{Below(2)} << 63);
     }
     auto numerator = static_cast<std::int64_t>(fBits());
     numerator >>= (fIsTame ? 10 : 0) + Below(54);
