@@ -68,8 +68,9 @@ class TextCursor {
   /// more than a thousand characters, those behind are left out: no double needs so many.
   double ReadFraction() const {
     std::array<char, 1024> number;
-    std::size_t count = 0;
-    for (const char16_t* unit = fUnit; unit != fEnd && *unit < 0x80 && count < number.size();
+    number[0] = '.';
+    std::size_t count = 1;
+    for (const char16_t* unit = fUnit + 1; unit != fEnd && *unit < 0x80 && count < number.size();
          ++unit)
       number[count++] = static_cast<char>(*unit);
     double value = 0.0;
