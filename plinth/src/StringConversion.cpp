@@ -142,7 +142,7 @@ class Significand {
     return true;
   }
 
-  char fText[kMaxDigits + 16];  // a sign, the digits, '1', "e-99999"
+  char fText[kMaxDigits + 16]{};  // a sign, the digits, '1', "e-99999"
   char* fEnd = fText;
   const char* fDigits;
   bool fTruncated = false;
