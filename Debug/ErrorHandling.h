@@ -1,20 +1,20 @@
 /// \file
-/// The host's switch that turns error handling off.
+/// Error-handling switch: lets the host turn error handling off.
 #pragma once
 
 #include <Module/Export.h>
 
-/// What helps to find faults.
+/// Debugging aids.
 namespace mezzo::debug {
 
 /// Tells whether error handling is switched off.
 ///
-/// The answer is the entry "mezzo.debug.DisableErrorHandling" of the host's debug database. It is
-/// kept and read again only when the database's generation has changed; an unchanged database costs
-/// a few atomic loads and a comparison, without lock or allocation.
+/// The switch is the entry "mezzo.debug.DisableErrorHandling" of the host's debug database. Its
+/// value is cached until the database's generation changes. With an unchanged database a call takes
+/// a few atomic loads and a comparison, no lock and no allocation.
 ///
-/// \return true exactly when the entry's text is "true"; any other text, and no entry, give false.
-/// \exception std::bad_alloc and what the database throws, on a call that has to read it.
+/// \return true if the entry's text is "true"; false for any other text and without an entry.
+/// \exception std::bad_alloc and the database's own exceptions, on a call that reads the database.
 /// \par Thread safety
 /// Any thread may call it at any time.
 MEZZO_EXPORT bool DisableErrorHandling();

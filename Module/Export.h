@@ -1,6 +1,6 @@
 /// \file
-/// Marks what the shared library offers to its host; everything else stays hidden inside it.
+/// Export macro: marks the functions that the shared library exports; everything else is hidden.
 #pragma once
 
-/// Gives a declaration default visibility in a library that is built with hidden visibility.
+/// Exports a declaration from the library, which is built with hidden visibility.
 #define MEZZO_EXPORT __attribute__((visibility("default")))

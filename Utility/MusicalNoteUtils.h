@@ -1,10 +1,10 @@
 /// \file
-/// Names of musical notes, and the note nearest to a frequency, in equal temperament with A4 at
+/// Musical notes: their names, and the note nearest to a frequency, in equal temperament with A4 at
 /// 440 Hz.
 ///
 /// A note index is the pitch class in semitones above A, 0 to 12; 12 is the A one octave above 0.
-/// An octave here is the octave of the A at or below the note. The written octave number changes at
-/// C, as in scientific pitch notation: note index 3 in octave 3 is the C that is written C4.
+/// The octave is that of the A at or below the note. The octave number in a name changes at C, as
+/// in scientific pitch notation: note index 3 in octave 3 is C4.
 #pragma once
 
 #include <Module/Export.h>
@@ -15,39 +15,39 @@ namespace mezzo::utility {
 
 /// Writes the name of a note, such as "A4", "C5" or "A♯/B♭4".
 ///
-/// The letters come from the host's localiser, asked anew on every call under the keys
+/// The letters come from the host's localiser on every call, under the keys
 /// "$$$/mezzo/MusicalNotes/A=A" to "$$$/mezzo/MusicalNotes/G=G".
 ///
-/// \param[in,out] outNoteString replaced by the name; an index outside 0 to 12 leaves it as it is.
-///     The octave number is appended in either case.
+/// \param[in,out] outNoteString replaced by the name. If the index is outside 0 to 12, the octave
+///     number is appended to the existing text instead.
 /// \param inNoteIndex semitones above A, 0 to 12.
-/// \param inOctave octave of the A at or below the note; negative: no number is written. The number
-///     written is one higher for every index above 2.
-/// \param inFlatOnly true: a black key is named by its flat alone ("B♭"); false: by sharp and flat
+/// \param inOctave octave of the A at or below the note; no number is written if it is negative.
+/// The
+///     number written is one higher for indices above 2; overflow wraps.
+/// \param inFlatOnly true: name a black key by its flat alone ("B♭"); false: by sharp and flat
 ///     ("A♯/B♭").
-/// \exception std::bad_alloc when memory runs out; the text is then unchanged.
+/// \exception std::bad_alloc if memory runs out; the text is unchanged.
 MEZZO_EXPORT void GetNoteString(plinth::UTF16String& outNoteString, int inNoteIndex, int inOctave,
                                 bool inFlatOnly);
 
-/// Tells whether the flat sign (U+266D) can be shown.
+/// Tells whether the flat sign (U+266D) is supported.
 /// \return true, always.
 MEZZO_EXPORT bool SupportsFlatSymbol();
 
-/// Tells whether the sharp sign (U+266F) can be shown.
+/// Tells whether the sharp sign (U+266F) is supported.
 /// \return true, always.
 MEZZO_EXPORT bool SupportsSharpSymbol();
 
 /// Finds the note nearest to a frequency.
 ///
-/// Neighbouring notes meet halfway, 50 cents from each; a frequency exactly between them belongs to
-/// the upper. All arithmetic is IEEE 754 single precision. Pure: no state, no allocation.
+/// Adjacent notes meet 50 cents from each; the frequency exactly between them belongs to the upper
+/// note. All arithmetic is IEEE 754 single precision. No state, no allocation.
 ///
-/// \param inFrequency frequency in hertz. Below about 14.15 Hz, zero, negative and not a number all
-///     give note index 0 in octave -1; 28160 Hz and more give note index 0 in octave 10.
+/// \param inFrequency frequency in hertz. Frequencies below about 14.15 Hz, zero, negative numbers
+///     and NaN give note index 0 in octave -1; 28160 Hz and above give note index 0 in octave 10.
 /// \param[out] outOctave receives the octave of the A at or below the frequency, -1 to 10; may be
 ///     null.
-/// \return the note index, 0 to 12; 12 is the A that closes the octave, for frequencies nearer
-///     to it than to the note below.
+/// \return the note index, 0 to 12. Frequencies nearest to the next A, but still below it, give 12.
 MEZZO_EXPORT int GetNoteFromFrequency(float inFrequency, int* outOctave);
 
 }  // namespace mezzo::utility

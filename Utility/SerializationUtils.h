@@ -1,5 +1,5 @@
 /// \file
-/// The application's native media handlers: their identifiers and the names they are stored under.
+/// Media handlers: the identifiers of the application's native handlers and their stored names.
 #pragma once
 
 #include <Module/Export.h>
@@ -35,25 +35,25 @@ enum NativePluginIndex : std::int32_t {
   kNativePluginIndex_DocketNative = 18,
 };
 
-/// Gives the identifier of a native media handler.
+/// Returns the identifier of a native media handler.
 /// \param inIndex the handler, 0 to 18.
-/// \return its identifier, a random UUID (RFC 9562, version 4); the empty identifier for any value
-///     outside 0 to 18.
+/// \return its identifier, a random UUID (RFC 9562, version 4); the nil UUID for any other value.
 MEZZO_EXPORT plinth::utility::Guid GetNativeHandlerID(NativePluginIndex inIndex);
 
-/// Translates the identifier of a native media handler into the name it is stored under.
-/// \param inHandlerID the identifier as text, in any form that `plinth::utility::Guid` reads.
-/// \param[out] outName receives the name, such as "RuvoWav"; untouched when the result is false.
-/// \return true on success; false for text that is no identifier, for an identifier that is not a
-///     native handler's, and when memory runs out. Nothing is thrown.
+/// Translates the identifier of a native media handler to its stored name.
+/// \param inHandlerID the identifier as text, in any form that `plinth::utility::Guid` parses.
+/// \param[out] outName receives the name, such as "RuvoWav"; unchanged if the result is false.
+/// \return true on success; false for text that is not an identifier, for an identifier of no
+///     native handler, and if memory runs out. Does not throw.
 MEZZO_EXPORT bool TranslateToHumanReadableMediaHandler(plinth::UTF16String inHandlerID,
                                                        plinth::UTF16String& outName);
 
-/// Translates the stored name of a native media handler into its identifier.
+/// Translates the stored name of a native media handler to its identifier.
 /// \param inName the name, compared code unit by code unit.
-/// \param[out] outHandlerID receives the identifier as `plinth::utility::Guid` writes it; untouched
-///     when the result is false.
-/// \return true on success; false for any other name and when memory runs out. Nothing is thrown.
+/// \param[out] outHandlerID receives the identifier in the form that `plinth::utility::Guid`
+/// writes;
+///     unchanged if the result is false.
+/// \return true on success; false for any other name, and if memory runs out. Does not throw.
 MEZZO_EXPORT bool TranslateFromHumanReadableMediaHandler(plinth::UTF16String inName,
                                                          plinth::UTF16String& outHandlerID);
 

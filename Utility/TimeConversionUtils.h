@@ -1,24 +1,24 @@
 /// \file
-/// Positions on an audio timeline, to and from every text in which people read and type them.
+/// Time conversion: positions on an audio timeline to and from the text of every time display.
 ///
-/// A position is a count of samples from the start of the timeline, signed; a sample rate is a
-/// count of samples per second; a frame rate is the nominal count of whole frames per second (SMPTE
-/// ST 12-1). A pulled-down video rate is never passed as a fraction: a flag or a format selects
-/// nominal × 1000/1001.
+/// A position is a signed count of samples from the start of the timeline. A sample rate is a count
+/// of samples per second. A frame rate is the nominal count of whole frames per second (SMPTE
+/// ST 12-1). A pulled-down rate is never passed as a fraction: a flag or a format selects nominal ×
+/// 1000/1001.
 ///
 /// \par Guarantee
-/// Every function is defined for every input and gives the same bits on every platform; outside the
-/// documented ranges the arithmetic is that of 64-bit Arm (conversions truncate and saturate, not a
-/// number gives 0, integers wrap, division by zero gives 0). Broken preconditions are reported to
-/// the host's assertion dialog and never stop the process. Nothing is thrown but std::bad_alloc,
-/// when a caller's string cannot grow; it then keeps its text.
+/// Every function is defined for every input and gives the same bits on every platform. Outside the
+/// documented ranges the arithmetic is that of 64-bit Arm: floating point converts to integers by
+/// truncation and saturates, NaN converts to 0, integers wrap, division by zero gives 0. A broken
+/// precondition is reported to the host's assertion dialog and never stops the process. The only
+/// exception is std::bad_alloc, when the caller's string cannot grow; the string keeps its text.
 ///
 /// \par Cost
-/// No lock, no system call, and no heap allocation where the caller's string has the room.
+/// No lock, no system call, and no heap allocation if the caller's string has the capacity.
 ///
 /// \par Thread safety
-/// Any thread may call any function. They share no state but the flags with which the host's
-/// assertion dialog silences a site; the dialog may be entered on several threads.
+/// Any thread may call any function. The only shared state is the flag of each assertion site,
+/// which the host's dialog sets to silence the site. The dialog may run on several threads at once.
 #pragma once
 
 #include <Module/Export.h>
@@ -30,14 +30,14 @@
 /// Timeline utilities for audio applications.
 namespace mezzo {}
 
-/// Positions to and from text, in `Utility/TimeConversionUtils.h`; musical notes, in
-/// `Utility/MusicalNoteUtils.h`; media handlers, in `Utility/SerializationUtils.h`; the
-/// application's state and its activation, in `Utility/AppRunningState.h`.
+/// Time conversion (`Utility/TimeConversionUtils.h`), musical notes (`Utility/MusicalNoteUtils.h`),
+/// media handlers (`Utility/SerializationUtils.h`), and the application's state and activation
+/// (`Utility/AppRunningState.h`).
 namespace mezzo::utility {
 
-/// The display formats of a position. Valid ones lie strictly between the two bounds.
+/// The display formats of a position. Valid formats lie strictly between the two bounds.
 enum TimecodeFormat : std::int32_t {
-  kTimecodeFormat_None = -1,              ///< lower bound; no format
+  kTimecodeFormat_None = -1,              ///< lower bound, not a format
   kTimecodeFormat_Decimal = 0,            ///< clock time with decimal seconds, "1:02:03.250"
   kTimecodeFormat_Samples = 1,            ///< the sample count, "-1234"
   kTimecodeFormat_SMPTE = 2,              ///< SMPTE timecode at the nominal rate, "01:02:03:04"
@@ -53,10 +53,10 @@ enum TimecodeFormat : std::int32_t {
   kTimecodeFormat_SMPTEPulldown2 = 12,    ///< the same as SMPTEPulldown
   kTimecodeFormat_SMPTEDropFrame2 = 13,   ///< the same as SMPTEDropFrame
   kTimecodeFormat_SMPTEPulldown3 = 14,    ///< the same as SMPTEPulldown
-  kTimecodeFormat_AfterLast = 15,         ///< upper bound; no format
+  kTimecodeFormat_AfterLast = 15,         ///< upper bound, not a format
 };
 
-/// Tempo, meter and tick resolution: what turns samples into musical time and back.
+/// Tempo, meter, tick resolution and start offset of musical time.
 struct BeatInfo {
   std::int32_t iTicksPerBeat;  ///< ticks in one beat, 1 or more; -1: decimal fraction of the beat
   double dTempo;               ///< quarter notes per minute
@@ -65,35 +65,34 @@ struct BeatInfo {
   double dOffsetMs;            ///< milliseconds from sample 0 to bar 1 beat 1
 };
 
-/// Tells whether all five fields are equal; doubles compare by IEEE 754, so a NaN equals nothing.
+/// Compares all five fields. Doubles compare by IEEE 754, so NaN equals nothing.
 MEZZO_EXPORT bool operator==(const BeatInfo& inLeft, const BeatInfo& inRight);
 
-/// Tells whether any of the five fields differs; the exact negation of `operator==`.
+/// The negation of `operator==`.
 MEZZO_EXPORT bool operator!=(const BeatInfo& inLeft, const BeatInfo& inRight);
 
 /// Writes a position as SMPTE timecode (SMPTE ST 12-1) or as a frame count.
 ///
-/// Frames are counted in whole numbers, truncated toward zero. A negative position is written as
-/// its magnitude behind one "-"; frame counts carry no sign. Hours are not wrapped at 24.
+/// Frames are counted in exact integers and truncated toward zero; only the pulled-down frame count
+/// (`inDropFrame` with `inFramesOnly`) is computed in double precision. A negative position is
+/// written as "-" and its magnitude; frame counts have no sign. Hours do not wrap at 24.
 ///
 /// \param[out] outString replaced by the text.
 /// \param inSamples the position in samples.
 /// \param inSampleRate samples per second; 0 writes "0".
-/// \param inTimecodeFPS nominal frames per second; 0 writes an empty text. Drop-frame labels have
-///     30 or 60; other rates are reported and counted as `DropFrameToHMSF` says.
+/// \param inTimecodeFPS nominal frames per second; 0 writes an empty text. Drop-frame labels exist
+///     at 30 and 60; `DropFrameToHMSF` reports other rates.
 /// \param inDropFrame count at the pulled-down rate and write drop-frame labels, "01;02;03;04". The
-///     four flags after `inFramesOnly` then have no effect.
+///     four flags after `inFramesOnly` have no effect then.
 /// \param inPulldown count at the pulled-down rate without dropping labels. Excludes `inDropFrame`.
-/// \param inFramesOnly write the frame count alone; the four flags after it have no effect.
-/// \param inNoFrames end the text after the seconds.
-/// \param inTrimLeadingZeros leave out leading hours, minutes and seconds that are zero; the first
-///     field that shows is not padded, unless it is the hours, or the seconds under `inNoFrames`,
-///     which always show.
+/// \param inFramesOnly write the frame count alone; the four flags after it have no effect then.
+/// \param inNoFrames end the text after the seconds, which are then always written in two digits.
+/// \param inTrimLeadingZeros omit leading hours, minutes and seconds that are zero. The first field
+///     written is not padded, unless it is the hours.
 /// \param inShowSubframes append "." and hundredths of a frame, truncated.
-/// \param inNoHours count whole hours into the minutes.
-/// \return true when a text was written. Both rate flags set, looked at first: false, with the text
-///     unchanged and a report. A frame rate of 0 at a sample rate that is not: false, with an empty
-///     text.
+/// \param inNoHours write hours as minutes: 62:03:02 instead of 01:02:03:02.
+/// \return true if a text was written. False if both rate flags are set (checked first; reported,
+///     text unchanged), and if the frame rate is 0 and the sample rate is not (text empty).
 MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::int64_t inSamples,
                                            std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
                                            bool inDropFrame, bool inPulldown, bool inFramesOnly,
@@ -102,18 +101,18 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 
 /// Writes a position in any display format.
 ///
-/// The sample rate comes before the format here, and after it in the function that reads.
+/// The sample rate comes before the format here, but after it in the function that reads.
 ///
-/// \param[out] outString replaced by the text; untouched where no text is written.
+/// \param[out] outString replaced by the text; unchanged for a format that writes none.
 /// \param inSamples the position in samples.
 /// \param inSampleRate samples per second.
-/// \param inFormat the format. `kTimecodeFormat_Reserved` writes nothing; a value outside 0 to
-///     14 is reported and writes nothing.
+/// \param inFormat the format. `kTimecodeFormat_Reserved` writes nothing. A value outside 0 to 14
+///     is reported and writes nothing.
 /// \param inTimecodeFPS nominal frames per second, for the SMPTE and frame-count formats.
 /// \param inBeatInfo tempo and meter, for beats and for bars and beats; may be null otherwise.
 /// \param inIsDuration for bars and beats: the value is a length, counted from 0 without offset.
-/// \return true, also for the formats that write nothing; false when `inBeatInfo` is missing
-///     (reported, text untouched) or the format's converter fails.
+/// \return true, also for formats that write nothing. False if `inBeatInfo` is missing (reported,
+///     text unchanged) or the format's converter fails.
 MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::int64_t inSamples,
                                            std::int32_t inSampleRate, TimecodeFormat inFormat,
                                            std::int32_t inTimecodeFPS, const BeatInfo* inBeatInfo,
@@ -121,27 +120,28 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 
 /// Reads SMPTE timecode (SMPTE ST 12-1): hours, minutes, seconds, frames, fraction of a frame.
 ///
-/// The reading is lenient: whatever is not a digit separates fields, fields fill up from the right,
-/// and a number behind a "." is a decimal fraction of the field before it, with which reading ends.
-/// Of five numbers the first is dropped, any further ones are ignored. A fraction counts in units
-/// of 1/10 to the power of the characters from its first digit to the end of the text; a "." that
-/// ends the text makes the last number the fraction. A minus sign only separates. The result is the
-/// first sample at or after the start of the labelled frame, in exact integers, rounded up;
-/// products past 7 × 2^60 are computed in double precision. Reading a label and writing the
-/// position back gives the label, for a label that exists, under the same rates and flags, as long
-/// as a frame lasts at least one sample.
+/// The parser is lenient. Any non-digit separates fields, a minus sign included; omitted fields are
+/// the leading ones. A number after "." is a decimal fraction of the field before it and ends the
+/// text. With five numbers the first is dropped; any more are ignored. The fraction's denominator
+/// is 10 to the power of the number of code units from its first digit to the end of the text. If
+/// "." ends the text, the last number is the fraction.
 ///
-/// \param[out] outSamples receives the position in samples; -1 for an empty text, 0 for a text
-///     without digits and for a frame rate of 0 (which is reported).
+/// The result is the first sample at or after the start of the labelled frame, rounded up in exact
+/// integers; products above 7 × 2^60 are computed in double precision. For a label that exists,
+/// writing the result under the same rates and flags gives the label back, as long as a frame lasts
+/// at least one sample.
+///
+/// \param[out] outSamples receives the position in samples; -1 for an empty text; 0 for a text
+///     without digits and for a frame rate of 0 (reported).
 /// \param inString the text.
 /// \param inSampleRate samples per second.
 /// \param inTimecodeFPS nominal frames per second.
 /// \param inPulldown frames run at `inTimecodeFPS` × 1000/1001.
-/// \param inDropFrame the labels are drop-frame labels, which 30 and 60 frames per second have. A
-///     dropped label stands for the first frame of its minute. Unlike in writing, this does not
-///     imply the pulled-down rate: real drop-frame labels need both flags. Other rates are counted
-///     by the same rule, without meaning; those that do not divide an hour of such labels into six
-///     equal parts, such as 24, are reported, others, such as 25, are not.
+/// \param inDropFrame the labels are drop-frame labels, which exist at 30 and 60 frames per second.
+///     A dropped label stands for the first frame of its minute. Unlike in writing, this flag does
+///     not imply the pulled-down rate: real drop-frame labels need both flags. Other rates follow
+///     the same rule, without meaning. A rate is reported if its frames in a drop-frame hour are
+///     not a multiple of six: 24 is reported, 25 is not.
 /// \return true, always.
 MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
                                            const plinth::UTF16String& inString,
@@ -150,21 +150,21 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 
 /// Reads a position from text in any display format.
 ///
-/// The format comes before the sample rate here, and after it in the function that writes.
+/// The format comes before the sample rate here, but after it in the function that writes.
 ///
-/// \param[out] outSamples receives the position in samples: -1 for an empty text; 0 for
+/// \param[out] outSamples receives the position in samples; -1 for an empty text; 0 for
 ///     `kTimecodeFormat_Reserved` and for a value outside 0 to 14 (the two bounds are reported).
-/// \param inString the text. A leading minus sign counts for samples and for bars and beats; it
-///     only separates in all other formats. Clock time, milliseconds and beats have up to three
-///     fields; a fourth in front is reported and dropped. Pulled-down frames are read as drop-frame
-///     labels, with the reports of those.
+/// \param inString the text. A leading minus sign negates sample counts and bars; in all other
+///     formats it is a separator. Clock time, milliseconds and beats have up to three fields; a
+///     fourth field in front is reported and dropped. Pulled-down frames are read as drop-frame
+///     labels, with the same reports.
 /// \param inFormat the format of the text.
 /// \param inSampleRate samples per second.
 /// \param inTimecodeFPS nominal frames per second, for the SMPTE and frame-count formats.
 /// \param inBeatInfo tempo and meter, for beats and for bars and beats; may be null otherwise.
 /// \param inIsDuration for bars and beats: the text is a length, counted from 0 without offset.
-/// \return true, also where the text could not be read; false when `inBeatInfo` is missing
-///     (reported, `outSamples` untouched).
+/// \return true, also for a text that is not a position. False if `inBeatInfo` is missing
+///     (reported, `outSamples` unchanged).
 MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
                                            const plinth::UTF16String& inString,
                                            TimecodeFormat inFormat, std::int32_t inSampleRate,
@@ -174,50 +174,51 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 /// Splits a frame count into its drop-frame label (SMPTE ST 12-1).
 ///
 /// The first two labels of a minute (four at 60 frames per second) do not exist, except in every
-/// tenth minute. Call it with all four outputs zero: what the count does not reach is not written,
-/// and minutes within a ten-minute block are added to `outMinutes`.
+/// tenth minute. Set all four outputs to 0 before the call: hours, tens of minutes and seconds are
+/// written only if they are not 0, and minutes within a ten-minute block are added to `outMinutes`.
 ///
-/// \param inFrameCount frames from zero; only the magnitude counts.
-/// \param inTimecodeFPS 30 or 60. Any other rate is reported and counted as the multiple of 30
-///     below it; a rate below 30 leaves the outputs as they are.
-/// \param[out] outHours hours, written from one full hour on.
+/// \param inFrameCount frames from zero; the sign is ignored.
+/// \param inTimecodeFPS 30 or 60. Any other rate is reported and rounded down to a multiple of 30;
+///     below 30 the outputs stay unchanged.
+/// \param[out] outHours hours, not wrapped.
 /// \param[in,out] outMinutes minutes, 0 to 59.
-/// \param[out] outSeconds seconds, 0 to 59, written from one full second on.
+/// \param[out] outSeconds seconds, 0 to 59.
 /// \param[out] outFrames frames within the second.
 MEZZO_EXPORT void DropFrameToHMSF(std::int64_t inFrameCount, std::int32_t inTimecodeFPS,
                                   std::uint32_t& outHours, std::uint32_t& outMinutes,
                                   std::uint32_t& outSeconds, std::uint32_t& outFrames);
 
-/// Writes a position as clock time: "   1:30.500" under an hour, "1:02:03.250" under ten hours,
-/// "10:00:00.50" from there on.
+/// Writes a position as clock time: "   1:30.500" below one hour, "1:02:03.250" below ten hours,
+/// "10:00:00.50" from ten hours on.
 ///
-/// Everything is truncated; the milliseconds are those of the sample's middle, so that half a
-/// sample is added to them. No fraction is carried into the next second.
+/// Milliseconds are taken at the middle of the sample and truncated; hundredths are taken at its
+/// start and truncated. The fraction never carries into the next second.
 ///
 /// \param[out] outString replaced by the text.
-/// \param inSamples the position in samples; a negative one is written as its magnitude behind "-".
+/// \param inSamples the position in samples; a negative one is written as "-" and its magnitude.
 /// \param inSampleRate samples per second; 0 writes "0".
-/// \param inWholeSeconds leave out the fraction.
+/// \param inWholeSeconds omit the fraction.
 MEZZO_EXPORT void ConvertSamplesToDecimalTimecode(plinth::UTF16String& outString,
                                                   std::int64_t inSamples, std::int32_t inSampleRate,
                                                   bool inWholeSeconds);
 
 /// Writes a position or length as bar, beat, tick and thousandths of a tick, "2:3.480.125".
 ///
-/// Rounded to the nearest thousandth of a tick, so that a position on a beat shows tick 0 of that
-/// beat. A position counts bars and beats from 1, with bar 0 and negative bars before the zero
-/// point; a length counts from 0. With `iTicksPerBeat` -1 the text is bar, beat and the decimal
-/// fraction of the beat, lowered by half a thousandth and truncated, "2:3.499".
+/// The value is rounded to the nearest thousandth of a tick, so a position on a beat shows tick 0
+/// of that beat. A position counts bars and beats from 1; bars before the zero point are 0 and
+/// negative. A length counts bars and beats from 0. With `iTicksPerBeat` -1 the text is bar, beat
+/// and decimal fraction of the beat, lowered by half a thousandth and truncated, "2:3.499".
 ///
-/// \param[out] outString replaced by the text; empty for a negative precision, except in the
-///     decimal form, which shows bar, beat and fraction at every precision.
+/// \param[out] outString replaced by the text; empty for a negative precision. The decimal form
+///     shows bar, beat and fraction at every precision.
 /// \param inSamples the position or length in samples; may be fractional.
 /// \param inSampleRate samples per second.
 /// \param inBeatInfo tempo, meter, ticks and offset.
 /// \param inIsDuration true: a length, `dOffsetMs` is ignored; false: a position.
-/// \param inPrecision 0 bar, 1 and beat, 2 and tick, 3 and thousandths; a negative one is reported.
-/// \return true; false, with the text unchanged and a report, when `iBeatsPerBar` is 0. Reports
-///     come first: what a dialog changes in the record counts.
+/// \param inPrecision the last field: 0 bar, 1 beat, 2 tick, 3 thousandths. A negative precision is
+///     reported.
+/// \return true. False if `iBeatsPerBar` is 0 (reported, text unchanged). Reports come first; the
+///     record is read after them, with any change that the dialog made.
 MEZZO_EXPORT bool ConvertSamplesToBarsAndBeats(plinth::UTF16String& outString, double inSamples,
                                                double inSampleRate, const BeatInfo& inBeatInfo,
                                                bool inIsDuration, int inPrecision);
@@ -225,24 +226,25 @@ MEZZO_EXPORT bool ConvertSamplesToBarsAndBeats(plinth::UTF16String& outString, d
 /// Writes a position as a count of quarter-note beats from sample 0, rounded to three decimals.
 ///
 /// \param[out] outString replaced by the text, such as "4.167"; a count that rounds below zero is
-///     the text of its magnitude behind "-".
+///     written as "-" and its magnitude.
 /// \param inSamples the position in samples.
 /// \param inSampleRate samples per second; 0 writes "0".
 /// \param inTempo quarter notes per minute.
 MEZZO_EXPORT void ConvertSamplesToBeats(plinth::UTF16String& outString, std::int64_t inSamples,
                                         std::int32_t inSampleRate, double inTempo);
 
-/// Reads bars and beats as `ConvertSamplesToBarsAndBeats` writes them or as a person types them.
+/// Reads bars and beats as `ConvertSamplesToBarsAndBeats` writes them or as people type them.
 ///
-/// Bar, optionally ":" and beat, optionally "." and ticks (with `iTicksPerBeat` -1: the decimal
-/// fraction of a beat). The "." is looked for in the whole text, the ":" as well. What follows is
-/// ignored; a missing number counts as 0. Without ":" the beat is the first of the bar.
+/// The text is bar, optionally ":" and beat, optionally "." and ticks (with `iTicksPerBeat` -1: the
+/// decimal fraction of the beat). The first ":" and the first "." of the text count, wherever they
+/// are. Anything after these numbers is ignored. A missing number is 0; without ":" the beat is the
+/// first of the bar.
 ///
 /// \param inString the text.
 /// \param inSampleRate samples per second.
 /// \param inBeatInfo tempo, meter, ticks and offset.
 /// \param inIsDuration true: a length, counted from 0, `dOffsetMs` is ignored; false: a position.
-/// \return the position or length in samples, rounded to the nearest, halves upward.
+/// \return the position or length in samples, rounded half up.
 MEZZO_EXPORT std::int64_t ConvertBarsAndBeatsToSamples(const plinth::UTF16String& inString,
                                                        double inSampleRate,
                                                        const BeatInfo& inBeatInfo,

@@ -8,7 +8,7 @@ namespace mezzo::debug {
 
 void ReportAssertion(bool& ioDisabled, const char* inCondition, const char* inMessage,
                      const char* inFile, int inLine, const char* inFunction) {
-  // Another thread's dialog may be silencing this site at the same moment.
+  // The dialog of another thread may silence this site at the same time.
   if (__atomic_load_n(&ioDisabled, __ATOMIC_RELAXED)) return;
 
   const bool wantsBreak = plinth::debug::BreakAfterAssertDialog(

@@ -1,20 +1,20 @@
-// How a broken precondition reaches the host.
+// Assertion sites: how a broken precondition is reported to the host.
 //
-// Every site owns a flag with which the host's assertion dialog may silence it for the rest of the
-// process. A report never stops the process and throws nothing of its own: the code behind the site
-// goes on and decides what the function answers.
+// Each site has a flag that the host's assertion dialog may set to silence the site for the rest of
+// the process. A report never stops the process and throws nothing of its own. The function
+// continues after the site and decides its own result.
 
 #pragma once
 
 namespace mezzo::debug {
 
-/// Shows one failed assertion in the host's dialog unless its site is silenced, and breaks into the
-/// debugger when the dialog asks for it and one is attached.
+/// Shows a failed assertion in the host's dialog unless the site is silenced. Breaks into the
+/// debugger if the dialog asks for it and a debugger is attached.
 ///
-/// Out of line and cold, so that a site whose condition holds costs its caller one test.
+/// Cold and out of line: a site whose condition holds costs its caller one test.
 ///
 /// \param ioDisabled the site's flag, which the dialog may set.
-/// \param inCondition the condition as written at the site.
+/// \param inCondition the text of the condition.
 /// \param inMessage empty, or ending in a line feed.
 [[gnu::cold, gnu::noinline]] void ReportAssertion(bool& ioDisabled, const char* inCondition,
                                                   const char* inMessage, const char* inFile,
@@ -22,9 +22,9 @@ namespace mezzo::debug {
 
 }  // namespace mezzo::debug
 
-/// Reports at this site when `holds` is false. `conditionText` names the condition in the report;
-/// `function` is the enclosing function's signature as a literal, since compilers disagree on
-/// theirs.
+/// Reports at this site if `holds` is false. `conditionText` is the condition's text in the report.
+/// `function` is the signature of the enclosing function, a literal because compilers spell
+/// signatures differently.
 #define MEZZO_ASSERT_NAMED(holds, conditionText, message, function)                          \
   do {                                                                                       \
     if (!(holds)) [[unlikely]] {                                                             \
@@ -34,10 +34,10 @@ namespace mezzo::debug {
     }                                                                                        \
   } while (false)
 
-/// Reports at this site when the condition is false, under the condition's own text.
+/// Reports at this site if the condition is false, with the condition as its text.
 #define MEZZO_ASSERT(condition, message, function) \
   MEZZO_ASSERT_NAMED(condition, #condition, message, function)
 
-/// Reports a case that must not happen.
+/// Reports an impossible case.
 #define MEZZO_REPORT(conditionText, message, function) \
   MEZZO_ASSERT_NAMED(false, conditionText, message, function)

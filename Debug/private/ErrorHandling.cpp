@@ -7,7 +7,7 @@ namespace mezzo::debug {
 
 namespace {
 
-plinth::debug::ByteString SwitchKey() {
+plinth::debug::ByteString MakeSwitchKey() {
   static constexpr unsigned char kKey[] = "mezzo.debug.DisableErrorHandling";
   return plinth::debug::ByteString(kKey, sizeof(kKey) - 1);
 }
@@ -15,7 +15,7 @@ plinth::debug::ByteString SwitchKey() {
 }  // namespace
 
 bool DisableErrorHandling() {
-  static plinth::debug::CachedDatabaseValue<bool> sDisabled(SwitchKey(), false, true);
+  static plinth::debug::CachedDatabaseValue<bool> sDisabled(MakeSwitchKey(), false, true);
   return sDisabled.Get();
 }
 

@@ -1,4 +1,4 @@
-// Registers the module with the host when the library is loaded.
+// Module registration: registers the module with the host when the library is loaded.
 
 #include <plinth/config/InitializerRegistrar.h>
 
@@ -9,7 +9,7 @@ namespace mezzo {
 
 namespace {
 
-// The flags under which the host runs a module's initialisers; this module has none to run.
+// The host's context flags for a module's initialisers; this module has none.
 constexpr auto kContextFlags = static_cast<plinth::config::EInitializerContextFlags>(2);
 
 const plinth::config::InitializerRegistrar sMezzoInitializer(

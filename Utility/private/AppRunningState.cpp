@@ -8,30 +8,38 @@ namespace mezzo::utility {
 
 namespace {
 
-boost::signals2::signal<void(bool)> sAppActivatedSignal;
+using plinth::appstatemanager::GetState;
 
-std::int32_t State() {
-  return plinth::appstatemanager::GetState();
-}
+// The host's states. They are ordered; negative numbers are none, and any number from
+// kAppState_Terminating up is terminating.
+enum AppState : std::int32_t {
+  kAppState_Initialized = 1,
+  kAppState_EventLoopRunning = 2,
+  kAppState_TerminationRequested = 3,  // the event loop is running, termination is requested
+  kAppState_EventLoopEnded = 4,        // termination is requested
+  kAppState_Terminating = 5,
+};
+
+boost::signals2::signal<void(bool)> sAppActivatedSignal;
 
 }  // namespace
 
-// One range test: states below 1 become large unsigned numbers.
 bool IsInitialized() {
-  return static_cast<std::uint32_t>(State()) - 1u < 4u;
+  const std::int32_t state = GetState();
+  return state >= kAppState_Initialized && state <= kAppState_EventLoopEnded;
 }
 
-// The two states with a running event loop differ in their lowest bit only.
 bool IsEventLoopRunning() {
-  return (State() & ~std::int32_t{1}) == 2;
+  const std::int32_t state = GetState();
+  return state == kAppState_EventLoopRunning || state == kAppState_TerminationRequested;
 }
 
 bool WillTerminate() {
-  return State() > 2;
+  return GetState() >= kAppState_TerminationRequested;
 }
 
 bool IsTerminating() {
-  return State() > 4;
+  return GetState() >= kAppState_Terminating;
 }
 
 boost::signals2::signal<void(bool)>& GetAppActivatedSignal() {

@@ -1,9 +1,9 @@
-// Arithmetic that is defined for every operand and the same on every platform.
+// Arithmetic that is defined for every operand and gives the same results on every platform.
 //
-// What C++ leaves undefined or to the machine follows 64-bit Arm, the library's home: integers wrap
-// in their width, division by zero gives 0, a floating-point number turns into an integer by
-// truncation that saturates at the integer's range, and not a number gives 0. Inside the documented
-// ranges all of it is plain arithmetic, and formulas read as such.
+// Operations that C++ leaves undefined or to the implementation follow 64-bit Arm, the library's
+// home: integers wrap in their width, division by zero gives 0, and floating point converts to an
+// integer by truncation, saturated at the integer's range, with 0 for NaN. Inside the documented
+// ranges this is ordinary arithmetic, and formulas read as such.
 
 #pragma once
 
@@ -17,10 +17,10 @@
 
 namespace mezzo::arithmetic {
 
-// Intermediate results of a wider type round twice, which changes last digits.
+// Intermediate results in a wider type would round twice and change last digits.
 static_assert(FLT_EVAL_METHOD == 0);
 
-/// A signed integer in two's complement whose operators are defined for every operand.
+/// A signed two's-complement integer whose operators are defined for every operand.
 template <std::signed_integral Int>
 class Defined {
  public:
@@ -29,30 +29,32 @@ class Defined {
   /// Widens without loss.
   template <std::signed_integral Narrow>
   requires(sizeof(Narrow) < sizeof(Int)) constexpr Defined(Defined<Narrow> inValue)
-      : fValue(inValue.Value()) {}
+      : fValue(inValue.GetValue()) {}
 
-  /// Takes the low bits.
+  /// Keeps the low bits.
   template <std::signed_integral Wide>
   requires(sizeof(Wide) > sizeof(Int)) constexpr explicit Defined(Defined<Wide> inValue)
-      : fValue(static_cast<Int>(inValue.Value())) {}
+      : fValue(static_cast<Int>(inValue.GetValue())) {}
 
-  constexpr Int Value() const { return fValue; }
+  constexpr Int GetValue() const { return fValue; }
 
   friend constexpr Defined operator+(Defined inLeft, Defined inRight) {
-    return FromBits(inLeft.Bits() + inRight.Bits());
+    return MakeFromBits(inLeft.GetBits() + inRight.GetBits());
   }
   friend constexpr Defined operator-(Defined inLeft, Defined inRight) {
-    return FromBits(inLeft.Bits() - inRight.Bits());
+    return MakeFromBits(inLeft.GetBits() - inRight.GetBits());
   }
   friend constexpr Defined operator*(Defined inLeft, Defined inRight) {
-    return FromBits(inLeft.Bits() * inRight.Bits());
+    return MakeFromBits(inLeft.GetBits() * inRight.GetBits());
   }
   friend constexpr Defined operator/(Defined inDividend, Defined inDivisor) {
     if constexpr (sizeof(Int) > sizeof(std::uint32_t)) {
-      // Processors divide 32 bits faster than 64, and nearly all operands have no more.
-      const auto low = [](Defined value) { return static_cast<std::uint32_t>(value.Bits()); };
-      const bool isShort = (inDividend.Bits() | inDivisor.Bits()) >> 32 == 0;
-      if (isShort && low(inDivisor) != 0) return Int{low(inDividend) / low(inDivisor)};
+      // Processors divide 32 bits faster than 64, and nearly all operands fit.
+      const auto getLow = [](Defined inValue) {
+        return static_cast<std::uint32_t>(inValue.GetBits());
+      };
+      const bool isShort = (inDividend.GetBits() | inDivisor.GetBits()) >> 32 == 0;
+      if (isShort && getLow(inDivisor) != 0) return Int{getLow(inDividend) / getLow(inDivisor)};
     }
     if (inDivisor.fValue == 0) return 0;
     if (inDivisor.fValue == -1) return -inDividend;
@@ -61,7 +63,7 @@ class Defined {
   friend constexpr Defined operator%(Defined inDividend, Defined inDivisor) {
     return inDividend - inDividend / inDivisor * inDivisor;
   }
-  constexpr Defined operator-() const { return FromBits(Unsigned{0} - Bits()); }
+  constexpr Defined operator-() const { return MakeFromBits(Unsigned{0} - GetBits()); }
 
   // clang-tidy 14 takes the zero of a three-way comparison for a null pointer.
   friend constexpr auto operator<=>(Defined, Defined) = default;  // NOLINT(modernize-use-nullptr)
@@ -69,8 +71,8 @@ class Defined {
  private:
   using Unsigned = std::make_unsigned_t<Int>;
 
-  constexpr Unsigned Bits() const { return static_cast<Unsigned>(fValue); }
-  static constexpr Defined FromBits(Unsigned inBits) { return static_cast<Int>(inBits); }
+  constexpr Unsigned GetBits() const { return static_cast<Unsigned>(fValue); }
+  static constexpr Defined MakeFromBits(Unsigned inBits) { return static_cast<Int>(inBits); }
 
   Int fValue;
 };
@@ -78,17 +80,17 @@ class Defined {
 using Int32 = Defined<std::int32_t>;
 using Int64 = Defined<std::int64_t>;
 
-/// The smallest integer has no positive magnitude and stays as it is.
+/// The smallest integer has no positive magnitude and stays unchanged.
 template <std::signed_integral Int>
-constexpr Defined<Int> Magnitude(Defined<Int> inValue) {
+constexpr Defined<Int> GetMagnitude(Defined<Int> inValue) {
   return inValue < 0 ? -inValue : inValue;
 }
 
-/// Truncates toward zero and saturates.
+/// Truncates toward zero and saturates; NaN gives 0.
 template <std::signed_integral Int>
 Int TruncateTo(double inValue) {
   using Limits = std::numeric_limits<Int>;
-  // The smallest integer's magnitude is a power of two, which a double holds exactly.
+  // The magnitude of the smallest integer is a power of two, so the double is exact.
   constexpr double kBeyond = -static_cast<double>(Limits::min());
   if (std::fabs(inValue) < kBeyond) [[likely]]
     return static_cast<Int>(inValue);
@@ -96,9 +98,8 @@ Int TruncateTo(double inValue) {
   return inValue < 0 ? Limits::min() : Limits::max();
 }
 
-/// The part behind the decimal point, with the sign of the number: `std::fmod(inValue, 1.0)`
-/// without its loop.
-inline double Fraction(double inValue) {
+/// The fractional part, with the number's sign: `std::fmod(inValue, 1.0)` without its loop.
+inline double GetFraction(double inValue) {
   return inValue - std::trunc(inValue);
 }
 

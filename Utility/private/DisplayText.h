@@ -1,8 +1,8 @@
-// The text of a display while it is composed.
+// Writing buffer: composes a display's text.
 //
-// A display's text is short. It is composed on the stack and handed over to the caller's string in
-// one step, so that what the string held before makes no difference, and a string that cannot grow
-// keeps its text.
+// The text of a display is short. It is composed on the stack and assigned to the caller's string
+// in one step. The string's former text makes no difference, and a string that cannot grow keeps
+// it.
 
 #pragma once
 
@@ -24,24 +24,25 @@ class DisplayText {
   DisplayText(const DisplayText&) = delete;
   DisplayText& operator=(const DisplayText&) = delete;
 
-  DisplayText& Unit(char16_t inUnit) {
+  DisplayText& Put(char16_t inUnit) {
     *fEnd++ = inUnit;
     return *this;
   }
 
-  /// Writes an integer in decimal.
-  /// \param inWidth fills a shorter number up with zeros. They stand before the sign of a negative
-  ///     one, as a stream with that fill writes it.
+  /// Appends an integer in decimal.
+  /// \param inWidth minimum width; shorter numbers are filled with zeros on the left, in front of
+  ///     the sign, like the output of a standard stream with that fill.
   template <std::signed_integral Int>
-  [[gnu::always_inline]] DisplayText& Number(Int inValue, int inWidth = 1) {
+  [[gnu::always_inline]] DisplayText& Put(Int inValue, int inWidth = 1) {
     const auto magnitude = static_cast<std::make_unsigned_t<Int>>(inValue);
-    // As unsigned, a negative number is beyond every width, so one test sorts out both.
-    fEnd = magnitude < PowerOfTen(inWidth) ? PutDigits(fEnd, magnitude, inWidth)
-                                           : PutNumber(fEnd, inValue, inWidth);
+    // A negative number converts to a large unsigned one, so one comparison covers both cases.
+    fEnd = magnitude < GetPowerOfTen(inWidth) ? WriteDigits(fEnd, magnitude, inWidth)
+                                              : WriteNumber(fEnd, inValue, inWidth);
     return *this;
   }
 
   /// Replaces the caller's text.
+  /// \exception std::bad_alloc if the string cannot grow; it then keeps its text.
   void AssignTo(plinth::UTF16String& outString) const {
     const auto count = static_cast<std::size_t>(fEnd - fUnits);
     outString.resize(count);
@@ -49,8 +50,8 @@ class DisplayText {
   }
 
  private:
-  /// Five numbers of 32 bits, each behind a separator; the longest display has no more.
-  static constexpr std::size_t kMostUnits = 64;
+  /// The longest display has five 32-bit numbers of up to 11 code units, each with a separator.
+  static constexpr std::size_t kCapacity = 64;
 
   static constexpr std::array<std::uint64_t, 20> kPowersOfTen = [] {
     std::array<std::uint64_t, 20> powers{1};
@@ -69,20 +70,21 @@ class DisplayText {
     return pairs;
   }();
 
-  static std::uint64_t PowerOfTen(int inExponent) {
+  static std::uint64_t GetPowerOfTen(int inExponent) {
     return kPowersOfTen[static_cast<std::size_t>(inExponent)];
   }
 
   template <std::unsigned_integral Int>
-  static int DigitCount(Int inValue) {
-    // 1233 / 4096 is just above the decimal logarithm of 2: the estimate is right or one too low.
+  static int CountDigits(Int inValue) {
+    // 1233 / 4096 is just above log10(2): the estimate is right or one too low.
     const int estimate = static_cast<int>(std::bit_width(inValue | Int{1})) * 1233 >> 12;
-    return estimate + ((inValue | Int{1}) >= PowerOfTen(estimate) ? 1 : 0);
+    return estimate + ((inValue | Int{1}) >= GetPowerOfTen(estimate) ? 1 : 0);
   }
 
-  /// Writes a number of at most `inCount` digits, with zeros in front where it has fewer.
+  /// Writes exactly `inCount` digits, with leading zeros.
   template <std::unsigned_integral Int>
-  [[gnu::always_inline]] static char16_t* PutDigits(char16_t* outUnits, Int inValue, int inCount) {
+  [[gnu::always_inline]] static char16_t* WriteDigits(char16_t* outUnits, Int inValue,
+                                                      int inCount) {
     char16_t* unit = outUnits + inCount;
     for (; unit - outUnits >= 2; inValue /= 100) {
       std::memcpy(unit -= 2, &kPairs[static_cast<std::size_t>(2 * (inValue % 100))],
@@ -94,17 +96,17 @@ class DisplayText {
 
   /// Writes any number.
   template <std::signed_integral Int>
-  [[gnu::noinline]] static char16_t* PutNumber(char16_t* outUnits, Int inValue, int inWidth) {
+  [[gnu::noinline]] static char16_t* WriteNumber(char16_t* outUnits, Int inValue, int inWidth) {
     auto magnitude = static_cast<std::make_unsigned_t<Int>>(inValue);
-    if (inValue >= 0) return PutDigits(outUnits, magnitude, DigitCount(magnitude));
+    if (inValue >= 0) return WriteDigits(outUnits, magnitude, CountDigits(magnitude));
     magnitude = 0 - magnitude;
-    const int count = DigitCount(magnitude);
+    const int count = CountDigits(magnitude);
     for (int fill = inWidth - count - 1; fill > 0; --fill) *outUnits++ = u'0';
     *outUnits++ = u'-';
-    return PutDigits(outUnits, magnitude, count);
+    return WriteDigits(outUnits, magnitude, count);
   }
 
-  char16_t fUnits[kMostUnits];
+  char16_t fUnits[kCapacity];
   char16_t* fEnd = fUnits;
 };
 

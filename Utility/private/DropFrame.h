@@ -1,9 +1,9 @@
 // Drop-frame counting (SMPTE ST 12-1), in both directions.
 //
-// Labels run at a nominal 30 or 60 frames per second while the real rate is 1000/1001 of it. To
-// keep the labels near the clock, the first two labels of every minute (four at 60) are left out,
-// except in every tenth minute. Labels are dropped, never frames. The directions are exact inverses
-// at 30 and 60 frames per second; neither knows about samples or the factor 1000/1001.
+// Labels count a nominal 30 or 60 frames per second, but the real rate is 1000/1001 of that. To
+// keep the labels near clock time, the first two labels of every minute (four at 60) are dropped,
+// except in every tenth minute. Labels are dropped, never frames. The two directions are exact
+// inverses at 30 and 60 frames per second. Neither involves samples or the factor 1000/1001.
 
 #pragma once
 
@@ -15,7 +15,7 @@ namespace mezzo::utility::dropframe {
 
 using arithmetic::Int32;
 
-/// A label's fields; the minutes are split at the ten-minute block in which they drop labels.
+/// The fields of a label. Minutes are split into ten-minute blocks, the period of the rule.
 struct Label {
   std::int64_t hours;
   std::int64_t tensOfMinutes;
@@ -24,11 +24,11 @@ struct Label {
   std::int64_t frames;
 };
 
-/// Frame count to label.
-/// \param inFrames the count; the smallest integer, which has no magnitude, fills no field but the
-///     last two.
-/// \param inMultiplier the frame rate in multiples of 30, positive.
-constexpr Label LabelOf(std::int64_t inFrames, std::int64_t inMultiplier) {
+/// Converts a frame count to its label.
+/// \param inFrames the count, not negative. The one exception is the smallest integer, which has no
+///     magnitude; its label has only seconds and frames.
+/// \param inMultiplier the frame rate divided by 30, positive.
+constexpr Label LabelOfFrameCount(std::int64_t inFrames, std::int64_t inMultiplier) {
   const std::int64_t framesPerSecond = 30 * inMultiplier;
   const std::int64_t droppedPerMinute = 2 * inMultiplier;
   const std::int64_t framesPerMinute = 60 * framesPerSecond - droppedPerMinute;
@@ -36,26 +36,27 @@ constexpr Label LabelOf(std::int64_t inFrames, std::int64_t inMultiplier) {
 
   const std::int64_t blocks = inFrames >= 0 ? inFrames / framesPerTenMinutes : 0;
   const std::int64_t inBlock = inFrames - blocks * framesPerTenMinutes;
-  // Minute 0 keeps its labels, so the others start later by those that they drop. The test, as the
-  // one before it, matters for the smallest integer only.
+  // Minute 0 of a block drops no labels and is longer than the others by that much. Both conditions
+  // matter for the smallest integer only.
   const std::int64_t minute =
       inBlock > droppedPerMinute ? (inBlock - droppedPerMinute) / framesPerMinute : 0;
-  // From here on this counts labels: a minute that drops labels begins behind them.
+  // From here on labels are counted, not frames: a later minute begins after its dropped labels.
   const std::int64_t inMinute = inBlock - minute * framesPerMinute;
   const std::int64_t seconds = inMinute / framesPerSecond;
   return {blocks / 6, blocks % 6, minute, seconds, inMinute - seconds * framesPerSecond};
 }
 
-/// Frames in an hour of drop-frame labels; a rate has such labels when this is a multiple of 6.
-constexpr Int32 FramesPerHour(Int32 inTimecodeFPS) {
+/// Counts the frames in an hour of drop-frame labels. A rate has such labels only if this is a
+/// multiple of 6.
+constexpr Int32 CountFramesPerHour(Int32 inTimecodeFPS) {
   return inTimecodeFPS * 3600 - inTimecodeFPS * 108 / 30;
 }
 
-/// Label to frame count. A dropped label stands for the first frame of its minute; seconds and
-/// frames past their range count on.
-constexpr Int32 FrameCountOf(Int32 inHours, Int32 inMinutes, Int32 inSeconds, Int32 inFrames,
-                             Int32 inTimecodeFPS) {
-  const Int32 framesPerHour = FramesPerHour(inTimecodeFPS);
+/// Converts a label to its frame count. A dropped label stands for the first frame of its minute.
+/// Seconds and frames beyond their range are counted too.
+constexpr Int32 FrameCountOfLabel(Int32 inHours, Int32 inMinutes, Int32 inSeconds, Int32 inFrames,
+                                  Int32 inTimecodeFPS) {
+  const Int32 framesPerHour = CountFramesPerHour(inTimecodeFPS);
   const Int32 droppedPerMinute = inTimecodeFPS / 15;
   const Int32 tens = inMinutes / 10;
   const Int32 minuteOfTen = inMinutes % 10;

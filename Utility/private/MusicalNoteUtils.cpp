@@ -25,7 +25,7 @@ constexpr const char kLetterE[] = "$$$/mezzo/MusicalNotes/E=E";
 constexpr const char kLetterF[] = "$$$/mezzo/MusicalNotes/F=F";
 constexpr const char kLetterG[] = "$$$/mezzo/MusicalNotes/G=G";
 
-/// The localisation keys of a note's letters: a black key lies between two of them.
+/// The localisation keys of a note's letters. A black key lies between two letters.
 struct NoteLetters {
   const char* below;
   const char* above;  ///< null for a natural note
@@ -47,8 +47,8 @@ constexpr std::array<NoteLetters, 13> kNotes{{
     {kLetterA, nullptr},
 }};
 
-UTF16String NoteName(const plinth::config::Localizer& inLocalizer, const NoteLetters& inNote,
-                     bool inFlatOnly) {
+UTF16String ComposeNoteName(const plinth::config::Localizer& inLocalizer, const NoteLetters& inNote,
+                            bool inFlatOnly) {
   if (inNote.above == nullptr) return inLocalizer.Localize(inNote.below);
   UTF16String name;
   if (!inFlatOnly) {
@@ -61,11 +61,11 @@ UTF16String NoteName(const plinth::config::Localizer& inLocalizer, const NoteLet
   return name;
 }
 
-/// The octave number as it is written behind a note; empty for a negative octave.
-UTF16String OctaveText(int inNoteIndex, int inOctave) {
+/// Writes the octave number of a note's name; empty for a negative octave.
+UTF16String WriteOctave(int inNoteIndex, int inOctave) {
   constexpr int kLastNoteBelowC = 2;
   if (inOctave < 0) return {};
-  // Octave numbers change at C. Beyond the last int they go on at the smallest.
+  // Octave numbers change at C. Overflow wraps.
   const auto shown = static_cast<unsigned>(inOctave) + (inNoteIndex > kLastNoteBelowC ? 1u : 0u);
   std::array<char, 16> digits;
   const char* const end =
@@ -77,9 +77,9 @@ UTF16String OctaveText(int inNoteIndex, int inOctave) {
 
 void GetNoteString(UTF16String& outNoteString, int inNoteIndex, int inOctave, bool inFlatOnly) {
   const auto& localizer = plinth::config::Localizer::Get();
-  const UTF16String octave = OctaveText(inNoteIndex, inOctave);
+  const UTF16String octave = WriteOctave(inNoteIndex, inOctave);
   if (const auto note = static_cast<unsigned>(inNoteIndex); note < kNotes.size()) {
-    UTF16String name = NoteName(localizer, kNotes[note], inFlatOnly);
+    UTF16String name = ComposeNoteName(localizer, kNotes[note], inFlatOnly);
     name += octave;
     outNoteString.assign(name);
   } else {
@@ -96,21 +96,21 @@ bool SupportsSharpSymbol() {
 }
 
 int GetNoteFromFrequency(float inFrequency, int* outOctave) {
-  // The A of each octave from -1 to 10.
+  constexpr int kLowestOctave = -1;
+  // The A of each octave, from A-1 to A10.
   constexpr std::array<float, 12> kBases{13.75f, 27.5f,   55.0f,   110.0f,  220.0f,   440.0f,
                                          880.0f, 1760.0f, 3520.0f, 7040.0f, 14080.0f, 28160.0f};
-  // 2^(n/24) for odd n: halfway between neighbouring semitones.
+  // 2^(n/24) for odd n from 1 to 23: halfway between adjacent semitones.
   constexpr std::array<float, 12> kHalfways{1.0293022f, 1.0905077f, 1.1553527f, 1.2240535f,
                                             1.2968396f, 1.3739537f, 1.4556532f, 1.5422108f,
                                             1.6339155f, 1.7310731f, 1.8340081f, 1.943064f};
 
-  // Counting the bases at or below the frequency instead of stopping at the first above it leaves
-  // no branch to predict; bases increase, so the count is the same. Octave -1 takes what lies below
-  // its base, too, and not a number.
+  // Counting the bases at or below the frequency needs no branch; stopping at the first one above
+  // would give the same number. The lowest octave includes everything below its base, and NaN.
   std::size_t octave = 0;
   for (std::size_t next = 1; next < kBases.size(); ++next)
     octave += inFrequency >= kBases[next] ? 1U : 0U;
-  if (outOctave != nullptr) *outOctave = static_cast<int>(octave) - 1;
+  if (outOctave != nullptr) *outOctave = static_cast<int>(octave) + kLowestOctave;
   if (octave == kBases.size() - 1) return 0;
 
   int note = 0;

@@ -18,7 +18,7 @@ using plinth::utility::Guid;
 
 namespace {
 
-constexpr std::size_t kHandlerCount = 19;
+constexpr std::size_t kHandlerCount = kNativePluginIndex_DocketNative + 1;
 constexpr std::size_t kIdentifierLength = 36;
 
 struct MediaHandler {
@@ -27,7 +27,7 @@ struct MediaHandler {
   std::string_view identifier;
 };
 
-/// Every handler in the order of its index, and an end marker.
+/// Every handler in the order of its index, then an end marker.
 constexpr std::array<MediaHandler, kHandlerCount + 1> sMediaHandlerNames{{
     {"RuvoAiff", kNativePluginIndex_RuvoAiff, "41D554AA-7FB2-4E7C-A8C1-5E0697508950"},
     {"RuvoApe", kNativePluginIndex_RuvoApe, "89a80910-1cd3-44d5-b483-2b2301024b1d"},
@@ -52,7 +52,7 @@ constexpr std::array<MediaHandler, kHandlerCount + 1> sMediaHandlerNames{{
     {"", kNativePluginIndex_Invalid, ""},
 }};
 
-constexpr std::span<const MediaHandler, kHandlerCount> Handlers() {
+constexpr std::span<const MediaHandler, kHandlerCount> GetHandlers() {
   return std::span(sMediaHandlerNames).first<kHandlerCount>();
 }
 
@@ -60,30 +60,31 @@ constexpr bool IsInItsPlace(const MediaHandler& inHandler) {
   return &inHandler == &sMediaHandlerNames[static_cast<std::size_t>(inHandler.index)] &&
          inHandler.identifier.size() == kIdentifierLength;
 }
-static_assert(std::all_of(Handlers().begin(), Handlers().end(), &IsInItsPlace));
+static_assert(std::all_of(GetHandlers().begin(), GetHandlers().end(), &IsInItsPlace));
 
-UTF16String WideName(const MediaHandler& inHandler) {
+UTF16String WidenName(const MediaHandler& inHandler) {
   return plinth::string::AsciiToUTF16(inHandler.name.data(), inHandler.name.size());
 }
 
-std::map<Guid, UTF16String> NamesByIdentifier() {
+std::map<Guid, UTF16String> MapNamesByIdentifier() {
   std::map<Guid, UTF16String> names;
-  for (const auto& handler : Handlers()) {
-    names[GetNativeHandlerID(handler.index)] = WideName(handler);
+  for (const auto& handler : GetHandlers()) {
+    names[GetNativeHandlerID(handler.index)] = WidenName(handler);
   }
   return names;
 }
 
-/// Holds the identifiers as text: writing one anew would cost every call an allocation.
-std::map<UTF16String, UTF16String> IdentifierTextsByName() {
+/// Keeps the identifiers as text; writing one on every call would allocate.
+std::map<UTF16String, UTF16String> MapIdentifiersByName() {
   std::map<UTF16String, UTF16String> texts;
-  for (const auto& handler : Handlers()) {
-    texts[WideName(handler)] = GetNativeHandlerID(handler.index).AsString();
+  for (const auto& handler : GetHandlers()) {
+    texts[WidenName(handler)] = GetNativeHandlerID(handler.index).AsString();
   }
   return texts;
 }
 
-/// Copies the entry under a key; false, and the output untouched, where there is none.
+/// Copies the text stored under a key.
+/// \return false, with the output unchanged, if there is none.
 template <class Key>
 bool LookUp(const std::map<Key, UTF16String>& inTexts, const Key& inKey, UTF16String& outText) {
   const auto entry = inTexts.find(inKey);
@@ -102,16 +103,15 @@ Guid GetNativeHandlerID(NativePluginIndex inIndex) {
 
 bool TranslateToHumanReadableMediaHandler(UTF16String inHandlerID, UTF16String& outName) try {
   const Guid identifier(inHandlerID);
-  // Filled within its one-time initialisation, so that a first call on another thread waits, and so
-  // that a fill that runs out of memory is begun again by the next call.
-  static const std::map<Guid, UTF16String> sNames = NamesByIdentifier();
+  // Concurrent first calls wait; a failed initialisation is retried by the next call.
+  static const std::map<Guid, UTF16String> sNames = MapNamesByIdentifier();
   return LookUp(sNames, identifier, outName);
 } catch (...) {
   return false;
 }
 
 bool TranslateFromHumanReadableMediaHandler(UTF16String inName, UTF16String& outHandlerID) try {
-  static const std::map<UTF16String, UTF16String> sIdentifiers = IdentifierTextsByName();
+  static const std::map<UTF16String, UTF16String> sIdentifiers = MapIdentifiersByName();
   return LookUp(sIdentifiers, inName, outHandlerID);
 } catch (...) {
   return false;

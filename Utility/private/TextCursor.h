@@ -1,8 +1,7 @@
-// Walks through a text and reads its numbers in place.
+// Reading cursor: walks through a text and reads its numbers in place.
 //
-// `plinth::string::StringToNumber` reads whole strings only, so a number in the middle of a text
-// would have to be copied out for it. The cursor reads the same grammar without the copy; a test
-// holds the two together.
+// `plinth::string::StringToNumber` takes a whole string, so a number inside a text would have to be
+// copied first. The cursor reads the same grammar without a copy; a test compares the two.
 
 #pragma once
 
@@ -25,9 +24,9 @@ class TextCursor {
 
   bool IsAtEnd() const { return fUnit == fEnd; }
 
-  /// The number of units to the end. A count past the int range goes through the checked cast,
-  /// which reports it; testing first saves the call.
-  int UnitsLeft() const {
+  /// Counts the code units to the end. The checked cast reports a count that overflows int; testing
+  /// first saves the call.
+  int CountUnitsLeft() const {
     const std::ptrdiff_t count = fEnd - fUnit;
     if (count <= std::numeric_limits<int>::max()) [[likely]]
       return static_cast<int>(count);
@@ -35,15 +34,15 @@ class TextCursor {
   }
 
   /// Moves to the next digit or to the end.
-  /// \return true when a "." was passed.
+  /// \return true if a "." was skipped.
   bool SkipToDigit() {
     bool passesDot = false;
     for (; fUnit != fEnd && !IsDigit(*fUnit); ++fUnit) passesDot |= *fUnit == u'.';
     return passesDot;
   }
 
-  /// Moves to the next occurrence of a unit.
-  /// \return false at the end, when there is none.
+  /// Moves to the next occurrence of a code unit, or to the end.
+  /// \return true if there is one.
   bool SkipTo(char16_t inUnit) {
     while (fUnit != fEnd && *fUnit != inUnit) ++fUnit;
     return fUnit != fEnd;
@@ -51,11 +50,11 @@ class TextCursor {
 
   void Skip() { ++fUnit; }
 
-  /// Reads a run of digits, which may be empty, and moves behind it; saturated.
+  /// Reads a run of digits and moves past it. Saturates; an empty run is 0.
   int ReadDigits() { return static_cast<int>(ReadMagnitude(kLargestInt)); }
 
-  /// Reads an optionally signed integer behind blanks and moves behind it; saturated, 0 where there
-  /// is none.
+  /// Skips blanks, reads an integer with an optional sign and moves past it. Saturates; 0 if there
+  /// is no number.
   int ReadInteger() {
     while (SkipOver(u' ') || SkipOver(u'\t')) {
     }
@@ -64,8 +63,8 @@ class TextCursor {
     return ReadDigits();
   }
 
-  /// Reads the decimal fraction that begins here with a "."; 0 where there is none. Of a number of
-  /// more than a thousand characters, those behind are left out: no double needs so many.
+  /// Reads the decimal fraction that starts here with "."; 0 if no digit follows. Digits after the
+  /// first 1023 are ignored; no double needs that many.
   double ReadFraction() const {
     std::array<char, 1024> number;
     number[0] = '.';
@@ -89,10 +88,10 @@ class TextCursor {
     return true;
   }
 
-  /// \param inLimit the largest result; a larger number saturates there.
+  /// \param inLimit the largest result; larger numbers saturate.
   std::uint32_t ReadMagnitude(std::uint32_t inLimit) {
     std::uint64_t value = 0;
-    // The NUL at a string's end is no digit, so the end needs no test of its own.
+    // The string's terminating NUL is not a digit, so no test for the end is needed.
     const char16_t* unit = fUnit;
     for (std::uint32_t digit; (digit = static_cast<std::uint32_t>(*unit) - u'0') < 10; ++unit) {
       if (value <= inLimit) value = 10 * value + digit;

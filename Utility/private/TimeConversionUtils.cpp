@@ -1,8 +1,8 @@
-// Positions on an audio timeline, to and from the texts of the time displays.
+// Time conversion: positions on an audio timeline to and from the text of every time display.
 //
 // Each display has one function that writes it and one that reads it. The order of evaluation, the
-// type each step is computed in and the places of `std::fma` decide the last digit of the results
-// and are part of the contract.
+// type of each step and the fused operations decide the last digit of the results and are part of
+// the contract.
 
 #include "../../Debug/private/Assertion.h"
 #include "DefinedArithmetic.h"
@@ -38,7 +38,7 @@ bool operator!=(const BeatInfo& inLeft, const BeatInfo& inRight) {
 
 namespace {
 
-/// A frame rate, `frames` in `seconds`: the nominal rate, or nominal × 1000/1001.
+/// A frame rate as `frames` per `seconds`: the nominal rate, or nominal × 1000/1001.
 struct FrameRate {
   FrameRate(Int32 inTimecodeFPS, bool inIsPulledDown)
       : frames(inIsPulledDown ? inTimecodeFPS * 1000 : inTimecodeFPS),
@@ -48,16 +48,19 @@ struct FrameRate {
   Int32 seconds;
 };
 
-/// Fields are written as the low 32 bits of what they hold.
-std::int32_t Shown(Int64 inField) {
-  return Int32(inField).Value();
+/// Every field is written as a 32-bit number; larger values wrap.
+std::int32_t Narrow(Int64 inField) {
+  return Int32(inField).GetValue();
 }
 
-/// The width in digits of a field that counts up to, and not including, a number of divisions of
-/// the next larger unit: the frames of a second, the ticks of a beat.
-int DivisionWidth(std::int32_t inDivisions) {
+/// The width of a field that counts from 0 up to a number of divisions: the frames of a second, the
+/// ticks of a beat.
+int GetDivisionWidth(std::int32_t inDivisions) {
   return inDivisions <= 10 ? 1 : inDivisions <= 100 ? 2 : inDivisions <= 1000 ? 3 : 4;
 }
+
+/// Half of the last of three decimals: added before a truncation, it rounds to the nearest.
+constexpr double kHalfThousandth = 0.0005;
 
 void WriteZero(UTF16String& outString) {
   outString.assign(1, u'0');
@@ -65,26 +68,30 @@ void WriteZero(UTF16String& outString) {
 
 // -------------------------------------------------------------------------------- Writing timecode
 
-/// The count of pulled-down frames as the frame-count display shows it: in double precision, which
-/// is not always the integer count.
-std::int32_t PulledDownFrameCount(Int64 inMagnitude, std::int32_t inSampleRate, double inFPS) {
+/// Counts pulled-down frames for the frame-count display: magnitude × fps × 1000/1001 / sample
+/// rate, in double precision, which can differ from the integer count in the last digit. Both sides
+/// of the fraction carry the factors fps and 599.4 (20 × 29.97). They cancel, but take part in the
+/// rounding.
+std::int32_t CountPulledDownFrames(Int64 inMagnitude, std::int32_t inSampleRate, double inFPS) {
+  constexpr double kScale = 599.4;
+  constexpr double kPulledDownScale = kScale / 1.001;
   return TruncateTo<std::int32_t>(
-      ((inFPS * inFPS) * 598.8011988011989 * static_cast<double>(inMagnitude.Value())) /
-      ((inSampleRate * 599.4) * inFPS));
+      ((inFPS * inFPS) * kPulledDownScale * static_cast<double>(inMagnitude.GetValue())) /
+      ((inSampleRate * kScale) * inFPS));
 }
 
-/// The flags of a timecode display in one word.
+/// The flags of a timecode display, one bit each.
 enum TimecodeFlag : unsigned {
-  kDropFrame = 1u << 0,
-  kPulldown = 1u << 1,
-  kFramesOnly = 1u << 2,
-  kNoFrames = 1u << 3,
-  kTrimLeadingZeros = 1u << 4,
-  kShowSubframes = 1u << 5,
-  kNoHours = 1u << 6,
+  kTimecodeFlag_DropFrame = 1u << 0,
+  kTimecodeFlag_Pulldown = 1u << 1,
+  kTimecodeFlag_FramesOnly = 1u << 2,
+  kTimecodeFlag_NoFrames = 1u << 3,
+  kTimecodeFlag_TrimLeadingZeros = 1u << 4,
+  kTimecodeFlag_ShowSubframes = 1u << 5,
+  kTimecodeFlag_NoHours = 1u << 6,
 };
 
-bool Has(unsigned inFlags, TimecodeFlag inFlag) {
+bool HasFlag(unsigned inFlags, TimecodeFlag inFlag) {
   return (inFlags & inFlag) != 0;
 }
 
@@ -93,54 +100,50 @@ void ComposeDropFrameLabel(DisplayText& ioText, Int64 inWholeFrames, std::int32_
   std::uint32_t minutes = 0;
   std::uint32_t seconds = 0;
   std::uint32_t frames = 0;
-  DropFrameToHMSF(inWholeFrames.Value(), inTimecodeFPS, hours, minutes, seconds, frames);
-  ioText.Number(Shown(hours), 2).Unit(u';').Number(Shown(minutes), 2).Unit(u';');
-  ioText.Number(Shown(seconds), 2).Unit(u';').Number(Shown(frames), 2);
+  DropFrameToHMSF(inWholeFrames.GetValue(), inTimecodeFPS, hours, minutes, seconds, frames);
+  ioText.Put(Narrow(hours), 2).Put(u';').Put(Narrow(minutes), 2).Put(u';');
+  ioText.Put(Narrow(seconds), 2).Put(u';').Put(Narrow(frames), 2);
 }
 
 void ComposeLabel(DisplayText& ioText, Int64 inWholeFrames, std::int32_t inTimecodeFPS,
                   unsigned inFlags) {
   Int64 frames = inWholeFrames;
-  const auto take = [&frames](Int32 framesOfUnit) {
-    const Int64 count = frames / framesOfUnit;
-    frames = frames - count * framesOfUnit;
+  const auto takeUnits = [&frames](Int32 inFramesPerUnit) {
+    const Int64 count = frames / inFramesPerUnit;
+    frames = frames - count * inFramesPerUnit;
     return count;
   };
   const Int32 fps = inTimecodeFPS;
-  Int64 hours = take(fps * 3600);
-  Int64 minutes = take(fps * 60);
-  const Int64 seconds = take(fps);
-  if (Has(inFlags, kNoHours)) {
+  Int64 hours = takeUnits(fps * 3600);
+  Int64 minutes = takeUnits(fps * 60);
+  const Int64 seconds = takeUnits(fps);
+  if (HasFlag(inFlags, kTimecodeFlag_NoHours)) {
     minutes = minutes + hours * 60;
     hours = 0;
   }
 
-  // While leading, zero fields are left out and the first non-zero field is unpadded. Hours that
-  // show are always padded.
-  bool isLeading = Has(inFlags, kTrimLeadingZeros) && hours == 0;
-  const auto writeField = [&](Int64 field) {
-    if (isLeading && field == 0) return;
-    if (isLeading) {
-      ioText.Number(Shown(field)).Unit(u':');
-    } else {
-      ioText.Number(Shown(field), 2).Unit(u':');
-    }
+  // Trimming omits leading zero fields and the padding of the first field written. Hours are always
+  // padded when they are written.
+  bool isLeading = HasFlag(inFlags, kTimecodeFlag_TrimLeadingZeros) && hours == 0;
+  const auto writeField = [&](Int64 inField) {
+    if (isLeading && inField == 0) return;
+    ioText.Put(Narrow(inField), isLeading ? 1 : 2).Put(u':');
     isLeading = false;
   };
-  if (!Has(inFlags, kNoHours)) writeField(hours);
+  if (!HasFlag(inFlags, kTimecodeFlag_NoHours)) writeField(hours);
   writeField(minutes);
-  if (Has(inFlags, kNoFrames)) {
-    ioText.Number(Shown(seconds), 2);
+  if (HasFlag(inFlags, kTimecodeFlag_NoFrames)) {
+    ioText.Put(Narrow(seconds), 2);
   } else {
     writeField(seconds);
-    ioText.Number(Shown(frames), isLeading ? 1 : DivisionWidth(inTimecodeFPS));
+    ioText.Put(Narrow(frames), isLeading ? 1 : GetDivisionWidth(inTimecodeFPS));
   }
 }
 
 bool WriteTimecode(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate,
                    std::int32_t inTimecodeFPS, unsigned inFlags) {
-  const bool isDropFrame = Has(inFlags, kDropFrame);
-  const bool isPulledDown = Has(inFlags, kPulldown);
+  const bool isDropFrame = HasFlag(inFlags, kTimecodeFlag_DropFrame);
+  const bool isPulledDown = HasFlag(inFlags, kTimecodeFlag_Pulldown);
   if (isDropFrame && isPulledDown) {
     MEZZO_REPORT("false", "ConvertSamplesToTimecode programmer error!\n",
                  "bool mezzo::utility::ConvertSamplesToTimecode(plinth::UTF16String &, "
@@ -157,23 +160,24 @@ bool WriteTimecode(UTF16String& outString, std::int64_t inSamples, std::int32_t 
     return false;
   }
 
-  const Int64 magnitude = Magnitude(Int64(inSamples));
+  const Int64 magnitude = GetMagnitude(Int64(inSamples));
   const FrameRate rate(inTimecodeFPS, isDropFrame || isPulledDown);
   const Int64 numerator = magnitude * rate.frames;
   const Int64 denominator = Int64(rate.seconds) * inSampleRate;
   const Int64 wholeFrames = numerator / denominator;
   DisplayText text;
-  if (Has(inFlags, kFramesOnly)) {
-    text.Number(isDropFrame ? PulledDownFrameCount(magnitude, inSampleRate, inTimecodeFPS)
-                            : Shown(wholeFrames));
+  if (HasFlag(inFlags, kTimecodeFlag_FramesOnly)) {
+    text.Put(isDropFrame ? CountPulledDownFrames(magnitude, inSampleRate, inTimecodeFPS)
+                         : Narrow(wholeFrames));
   } else {
-    if (inSamples < 0) text.Unit(u'-');
+    if (inSamples < 0) text.Put(u'-');
     if (isDropFrame) {
       ComposeDropFrameLabel(text, wholeFrames, inTimecodeFPS);
     } else {
       ComposeLabel(text, wholeFrames, inTimecodeFPS, inFlags);
-      if (Has(inFlags, kShowSubframes) && !Has(inFlags, kNoFrames))
-        text.Unit(u'.').Number(Shown(numerator * 100 / denominator % 100), 2);
+      if (HasFlag(inFlags, kTimecodeFlag_ShowSubframes) &&
+          !HasFlag(inFlags, kTimecodeFlag_NoFrames))
+        text.Put(u'.').Put(Narrow(numerator * 100 / denominator % 100), 2);
     }
   }
   text.AssignTo(outString);
@@ -186,12 +190,14 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
                               std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
                               bool inDropFrame, bool inPulldown, bool inFramesOnly, bool inNoFrames,
                               bool inTrimLeadingZeros, bool inShowSubframes, bool inNoHours) {
-  const auto flag = [](bool isSet, unsigned bit) { return isSet ? bit : 0u; };
-  return WriteTimecode(outString, inSamples, inSampleRate, inTimecodeFPS,
-                       flag(inDropFrame, kDropFrame) | flag(inPulldown, kPulldown) |
-                           flag(inFramesOnly, kFramesOnly) | flag(inNoFrames, kNoFrames) |
-                           flag(inTrimLeadingZeros, kTrimLeadingZeros) |
-                           flag(inShowSubframes, kShowSubframes) | flag(inNoHours, kNoHours));
+  const auto flag = [](bool inIsSet, TimecodeFlag inFlag) { return inIsSet ? inFlag : 0u; };
+  return WriteTimecode(
+      outString, inSamples, inSampleRate, inTimecodeFPS,
+      flag(inDropFrame, kTimecodeFlag_DropFrame) | flag(inPulldown, kTimecodeFlag_Pulldown) |
+          flag(inFramesOnly, kTimecodeFlag_FramesOnly) | flag(inNoFrames, kTimecodeFlag_NoFrames) |
+          flag(inTrimLeadingZeros, kTimecodeFlag_TrimLeadingZeros) |
+          flag(inShowSubframes, kTimecodeFlag_ShowSubframes) |
+          flag(inNoHours, kTimecodeFlag_NoHours));
 }
 
 void DropFrameToHMSF(std::int64_t inFrameCount, std::int32_t inTimecodeFPS, std::uint32_t& outHours,
@@ -201,8 +207,9 @@ void DropFrameToHMSF(std::int64_t inFrameCount, std::int32_t inTimecodeFPS, std:
                "void mezzo::utility::DropFrameToHMSF(std::int64_t, std::int32_t, std::uint32_t &, "
                "std::uint32_t &, std::uint32_t &, std::uint32_t &)");
   if (inTimecodeFPS < 30) return;
-  const auto label = dropframe::LabelOf(Magnitude(Int64(inFrameCount)).Value(), inTimecodeFPS / 30);
-  const auto low = [](std::int64_t field) { return static_cast<std::uint32_t>(field); };
+  const auto label = dropframe::LabelOfFrameCount(GetMagnitude(Int64(inFrameCount)).GetValue(),
+                                                  inTimecodeFPS / 30);
+  const auto low = [](std::int64_t inField) { return static_cast<std::uint32_t>(inField); };
   if (label.hours > 0) outHours = low(label.hours);
   if (label.tensOfMinutes > 0) outMinutes = low(10 * label.tensOfMinutes);
   outMinutes += low(label.minuteOfTen);
@@ -217,30 +224,30 @@ void ConvertSamplesToDecimalTimecode(UTF16String& outString, std::int64_t inSamp
   if (inSampleRate == 0) return WriteZero(outString);
 
   const bool isNegative = inSamples < 0;
-  const Int64 magnitude = Magnitude(Int64(inSamples));
+  const Int64 magnitude = GetMagnitude(Int64(inSamples));
   const Int64 wholeSeconds = magnitude / inSampleRate;
   const Int64 wholeMinutes = wholeSeconds / 60;
   DisplayText text;
 
   if (wholeSeconds >= 3600) {
-    if (isNegative) text.Unit(u'-');
-    text.Number(Shown(wholeSeconds / 3600)).Unit(u':').Number(Shown(wholeMinutes % 60), 2);
+    if (isNegative) text.Put(u'-');
+    text.Put(Narrow(wholeSeconds / 3600)).Put(u':').Put(Narrow(wholeMinutes % 60), 2);
   } else {
-    // The sign stands right-aligned in a field of three units.
-    text.Unit(u' ').Unit(u' ').Unit(isNegative ? u'-' : u' ').Number(Shown(wholeMinutes));
+    // The sign is right-aligned in a field of three characters.
+    text.Put(u' ').Put(u' ').Put(isNegative ? u'-' : u' ').Put(Narrow(wholeMinutes));
   }
-  text.Unit(u':').Number(Shown(wholeSeconds % 60), 2);
+  text.Put(u':').Put(Narrow(wholeSeconds % 60), 2);
 
   if (!inWholeSeconds) {
-    text.Unit(u'.');
+    text.Put(u'.');
     if (wholeSeconds >= 36000) {
       const Int64 rest = magnitude - wholeSeconds * inSampleRate;
-      text.Number(Shown(rest * 100 / inSampleRate), 2);
+      text.Put(Narrow(rest * 100 / inSampleRate), 2);
     } else {
       const double rate = inSampleRate;
-      const double rest = std::fma(-static_cast<double>(wholeSeconds.Value()), rate,
-                                   static_cast<double>(magnitude.Value()));
-      text.Number(TruncateTo<std::int32_t>(std::fma(rest, 1000.0, 500.0) / rate), 3);
+      const double rest = std::fma(-static_cast<double>(wholeSeconds.GetValue()), rate,
+                                   static_cast<double>(magnitude.GetValue()));
+      text.Put(TruncateTo<std::int32_t>(std::fma(rest, 1000.0, 500.0) / rate), 3);
     }
   }
   text.AssignTo(outString);
@@ -250,8 +257,8 @@ void ConvertSamplesToDecimalTimecode(UTF16String& outString, std::int64_t inSamp
 
 namespace {
 
-/// Samples from sample 0 to bar 1 beat 1, rounded to the nearest, halves upward.
-double OffsetInSamples(double inSampleRate, const BeatInfo& inBeatInfo) {
+/// The samples from sample 0 to bar 1 beat 1, rounded half up.
+double GetOffsetInSamples(double inSampleRate, const BeatInfo& inBeatInfo) {
   return std::floor(std::fma(inSampleRate * 0.001, inBeatInfo.dOffsetMs, 0.5));
 }
 
@@ -264,33 +271,34 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
       "const mezzo::utility::BeatInfo &, bool, int)";
   MEZZO_ASSERT(inPrecision >= 0, "", kFunction);
   MEZZO_ASSERT(inBeatInfo.iBeatsPerBar != 0, "programmer error!\n", kFunction);
-  // The dialog may edit the record; nothing read before the reports may be used.
+  // The dialog may change the record, so it is read after the reports.
   const Int32 beatsPerBar = inBeatInfo.iBeatsPerBar;
   const std::int32_t ticksPerBeat = inBeatInfo.iTicksPerBeat;
   if (beatsPerBar == 0) return false;
 
   const double samples =
-      inIsDuration ? inSamples : inSamples - OffsetInSamples(inSampleRate, inBeatInfo);
-  // The last term is half a thousandth of a tick, so that what follows rounds by truncation. It
-  // lowers a decimal beat, which is truncated all the same.
-  constexpr double kOneTwoHundredFortieth = 0.004166666666666667;
+      inIsDuration ? inSamples : inSamples - GetOffsetInSamples(inSampleRate, inBeatInfo);
+  // Quarter notes per minute to beats of 1/iBeatUnit per second: 1 / (60 × 4).
+  constexpr double kBeatsPerSecond = 1.0 / 240.0;
+  // Adding half a thousandth of a tick makes the truncations below round to the nearest thousandth.
+  // With -1 ticks the term is negative and lowers a decimal beat instead.
   double beats =
-      samples * kOneTwoHundredFortieth * inBeatInfo.dTempo * inBeatInfo.iBeatUnit / inSampleRate +
-      0.0005 / ticksPerBeat;
+      samples * kBeatsPerSecond * inBeatInfo.dTempo * inBeatInfo.iBeatUnit / inSampleRate +
+      kHalfThousandth / ticksPerBeat;
 
   Int32 barsBeforeZero = 0;
   if (!(beats >= 0.0)) {
-    barsBeforeZero = Int32(TruncateTo<std::int32_t>(-beats / beatsPerBar.Value())) + 1;
-    beats += (barsBeforeZero * beatsPerBar).Value();
+    barsBeforeZero = Int32(TruncateTo<std::int32_t>(-beats / beatsPerBar.GetValue())) + 1;
+    beats += (barsBeforeZero * beatsPerBar).GetValue();
   }
 
   double ticks = 0.0;
   std::int32_t tick = 0;
   if (ticksPerBeat >= 1) {
-    ticks = Fraction(beats) * ticksPerBeat;
+    ticks = GetFraction(beats) * ticksPerBeat;
     tick = TruncateTo<std::int32_t>(ticks);
     if (tick == ticksPerBeat) {
-      // The product rounded up to a full beat: carry into the next.
+      // The product was rounded up to a full beat.
       ticks = 0.0;
       tick = 0;
       beats += 1.0 / ticksPerBeat;
@@ -302,19 +310,19 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
   const Int32 bar = wholeBeats / beatsPerBar + first - barsBeforeZero;
   const Int32 beat = wholeBeats % beatsPerBar + first;
 
-  // The decimal-beat form has its own fields, which no precision leaves out.
+  // The decimal form shows its three fields at every precision.
   const bool isDecimal = ticksPerBeat == -1;
   DisplayText text;
-  if (isDecimal || inPrecision >= 0) text.Number(bar.Value());
-  if (isDecimal || inPrecision >= 1) text.Unit(u':').Number(beat.Value());
+  if (isDecimal || inPrecision >= 0) text.Put(bar.GetValue());
+  if (isDecimal || inPrecision >= 1) text.Put(u':').Put(beat.GetValue());
   if (isDecimal) {
-    text.Unit(u'.').Number(TruncateTo<std::int32_t>(Fraction(beats) * 1000.0), 3);
+    text.Put(u'.').Put(TruncateTo<std::int32_t>(GetFraction(beats) * 1000.0), 3);
   } else if (inPrecision >= 2) {
-    text.Unit(u'.').Number(tick, DivisionWidth(ticksPerBeat));
+    text.Put(u'.').Put(tick, GetDivisionWidth(ticksPerBeat));
   }
   if (inPrecision >= 3) {
     const Int64 thousandths = TruncateTo<std::int64_t>(ticks * 1000.0);
-    text.Unit(u'.').Number(Shown(thousandths - Int64(tick) * 1000), 3);
+    text.Put(u'.').Put(Narrow(thousandths - Int64(tick) * 1000), 3);
   }
   text.AssignTo(outString);
   return true;
@@ -324,15 +332,14 @@ void ConvertSamplesToBeats(UTF16String& outString, std::int64_t inSamples,
                            std::int32_t inSampleRate, double inTempo) {
   if (inSampleRate == 0) return WriteZero(outString);
 
-  constexpr double kHalfThousandth = 0.0005;
   const double beats = static_cast<double>(inSamples) * inTempo / (inSampleRate * 60.0);
   const bool isNegative = beats + kHalfThousandth < 0.0;
   const double lifted = (isNegative ? -beats : beats) + kHalfThousandth;
   const auto whole = TruncateTo<std::int32_t>(lifted);
-  const auto thousandths = TruncateTo<std::int32_t>(Fraction(lifted) * 1000.0);
+  const auto thousandths = TruncateTo<std::int32_t>(GetFraction(lifted) * 1000.0);
   DisplayText text;
-  if (isNegative && (whole != 0 || thousandths != 0)) text.Unit(u'-');
-  text.Number(whole).Unit(u'.').Number(thousandths, 3).AssignTo(outString);
+  if (isNegative && (whole != 0 || thousandths != 0)) text.Put(u'-');
+  text.Put(whole).Put(u'.').Put(thousandths, 3).AssignTo(outString);
 }
 
 // ------------------------------------------------------------------------------ Writing any format
@@ -341,13 +348,14 @@ namespace {
 
 void WriteSampleCount(UTF16String& outString, std::int64_t inSamples) {
   DisplayText text;
-  text.Number(inSamples).AssignTo(outString);
+  text.Put(inSamples).AssignTo(outString);
 }
 
-/// Writes whole tenths of a millisecond in general notation with six significant digits.
+/// Writes a whole number of tenths of a millisecond, in general notation with six significant
+/// digits.
 void WriteMilliseconds(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate) {
   const double lifted = static_cast<double>(inSamples) * 10000.0 / inSampleRate + 0.5;
-  const double tenths = lifted - Fraction(lifted);
+  const double tenths = lifted - GetFraction(lifted);
   plinth::oUTF16StringStream stream;
   stream << tenths * 0.1;
   outString.assign(stream.view());
@@ -363,8 +371,8 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
       "bool mezzo::utility::ConvertSamplesToTimecode(plinth::UTF16String &, std::int64_t, "
       "std::int32_t, mezzo::utility::TimecodeFormat, std::int32_t, const mezzo::utility::BeatInfo "
       "*, bool)";
-  const auto writeTimecode = [&](unsigned flags) {
-    return WriteTimecode(outString, inSamples, inSampleRate, inTimecodeFPS, flags);
+  const auto writeTimecode = [&](unsigned inFlags) {
+    return WriteTimecode(outString, inSamples, inSampleRate, inTimecodeFPS, inFlags);
   };
 
   MEZZO_ASSERT(inFormat > kTimecodeFormat_None && inFormat < kTimecodeFormat_AfterLast, "",
@@ -381,10 +389,10 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
     case kTimecodeFormat_SMPTEPulldown:
     case kTimecodeFormat_SMPTEPulldown2:
     case kTimecodeFormat_SMPTEPulldown3:
-      return writeTimecode(kPulldown);
+      return writeTimecode(kTimecodeFlag_Pulldown);
     case kTimecodeFormat_SMPTEDropFrame:
     case kTimecodeFormat_SMPTEDropFrame2:
-      return writeTimecode(kDropFrame);
+      return writeTimecode(kTimecodeFlag_DropFrame);
     case kTimecodeFormat_Beats:
       MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kFunction);
       if (inBeatInfo == nullptr) return false;
@@ -396,11 +404,11 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
       return ConvertSamplesToBarsAndBeats(outString, static_cast<double>(inSamples), inSampleRate,
                                           *inBeatInfo, inIsDuration, 2);
     case kTimecodeFormat_Frames:
-      return writeTimecode(kFramesOnly);
+      return writeTimecode(kTimecodeFlag_FramesOnly);
     case kTimecodeFormat_PulldownFrames:
-      return writeTimecode(kDropFrame | kFramesOnly);
+      return writeTimecode(kTimecodeFlag_DropFrame | kTimecodeFlag_FramesOnly);
     case kTimecodeFormat_CompactSubframes:
-      return writeTimecode(kTrimLeadingZeros | kShowSubframes);
+      return writeTimecode(kTimecodeFlag_TrimLeadingZeros | kTimecodeFlag_ShowSubframes);
     case kTimecodeFormat_Milliseconds:
       WriteMilliseconds(outString, inSamples, inSampleRate);
       return true;
@@ -416,7 +424,8 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
 
 namespace {
 
-/// Clock-like text split into its fields, aligned from the right, and a fraction of the last.
+/// The fields of clock-like text and a fraction of the last one. Omitted fields are the leading
+/// ones.
 struct ParsedTimeCode {
   int hours = 0;
   int minutes = 0;
@@ -426,30 +435,32 @@ struct ParsedTimeCode {
   int fractionDenominator = 1;
 };
 
-/// Ten to the number of code units from a fraction's first digit to the end of the text.
-int FractionDenominator(int inLength) {
+/// Ten to the power of the code units from a fraction's first digit to the end of the text,
+/// saturated.
+int GetFractionDenominator(int inUnitCount) {
   static constexpr std::array<int, 10> kPowersOfTen{
       1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
-  const auto power = static_cast<std::size_t>(std::max(inLength, 0));
+  const auto power = static_cast<std::size_t>(std::max(inUnitCount, 0));
   return power < kPowersOfTen.size() ? kPowersOfTen[power] : std::numeric_limits<int>::max();
 }
 
-/// Reads any text as clock fields. Whatever is not a digit separates them; a "." among what
-/// separates makes the number behind it a decimal fraction, with which reading ends.
+/// Parses any text as clock fields. Any non-digit separates fields. A number after a "." is a
+/// decimal fraction and ends the text.
 ParsedTimeCode ParseTimeCodeString(const UTF16String& inString) {
   constexpr int kMostFields = 5;
   ParsedTimeCode parsed;
   TextCursor cursor(inString);
-  int length = 0;  // stays 0 for a first number, which makes the fraction of "1." a whole unit
-  const auto setFraction = [&](int value) {
-    parsed.fractionNumerator = value;
-    parsed.fractionDenominator = FractionDenominator(length);
+  // Stays 0 at the first number of a text without a "." before it: the fraction of "1." is 1/1.
+  int unitCount = 0;
+  const auto setFraction = [&](int inNumerator) {
+    parsed.fractionNumerator = inNumerator;
+    parsed.fractionDenominator = GetFractionDenominator(unitCount);
   };
   for (int fields = 0; fields < kMostFields; ++fields) {
     const bool isDotted = cursor.SkipToDigit();
     if (cursor.IsAtEnd()) {
       if (isDotted && fields > 0) {
-        // A "." that ends the text takes the last field back as the fraction.
+        // A "." that ends the text makes the last field the fraction.
         setFraction(parsed.frames);
         parsed.frames = parsed.seconds;
         parsed.seconds = parsed.minutes;
@@ -458,7 +469,7 @@ ParsedTimeCode ParseTimeCodeString(const UTF16String& inString) {
       }
       break;
     }
-    if (isDotted || fields > 0) length = cursor.UnitsLeft();
+    if (isDotted || fields > 0) unitCount = cursor.CountUnitsLeft();
     const int value = cursor.ReadDigits();
     if (isDotted) {
       setFraction(value);
@@ -489,10 +500,10 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
   const Int32 fps = inTimecodeFPS;
   Int32 wholeFrames = 0;
   if (inDropFrame) {
-    MEZZO_ASSERT_NAMED(dropframe::FramesPerHour(fps) % 6 == 0, "framesPerHour % 6 == 0",
+    MEZZO_ASSERT_NAMED(dropframe::CountFramesPerHour(fps) % 6 == 0, "framesPerHour % 6 == 0",
                        "Drop frame not supported on the given frame rate.\n", kFunction);
-    wholeFrames =
-        dropframe::FrameCountOf(parsed.hours, parsed.minutes, parsed.seconds, parsed.frames, fps);
+    wholeFrames = dropframe::FrameCountOfLabel(parsed.hours, parsed.minutes, parsed.seconds,
+                                               parsed.frames, fps);
   } else {
     wholeFrames = Int32(parsed.hours) * (fps * 3600) + Int32(parsed.minutes) * (fps * 60) +
                   Int32(parsed.seconds) * fps + parsed.frames;
@@ -507,18 +518,18 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
     return true;
   }
 
-  // Rounded up: samples × position / divisor, where the position counts fractions of a frame.
+  // samples × position / divisor, rounded up. The position counts fractions of a frame.
   const Int64 samples = Int64(rate.seconds) * inSampleRate;
   const Int64 position = fractions * wholeFrames + parsed.fractionNumerator;
-  const auto asDouble = [](Int64 value) { return static_cast<double>(value.Value()); };
+  const auto asDouble = [](Int64 inValue) { return static_cast<double>(inValue.GetValue()); };
   const double estimate =
       std::fma(asDouble(samples),
-               std::fma(asDouble(fractions), wholeFrames.Value(), parsed.fractionNumerator),
+               std::fma(asDouble(fractions), wholeFrames.GetValue(), parsed.fractionNumerator),
                asDouble(divisor - 1));
   constexpr double kLargestDividend = 8070450532247928832.0;  // 7 × 2^60
   outSamples = estimate > kLargestDividend
                    ? TruncateTo<std::int64_t>(estimate / asDouble(divisor))
-                   : ((samples * position + (divisor - 1)) / divisor).Value();
+                   : ((samples * position + (divisor - 1)) / divisor).GetValue();
   return true;
 }
 
@@ -545,12 +556,12 @@ std::int64_t ConvertBarsAndBeatsToSamples(const UTF16String& inString, double in
       isDecimal ? fraction : static_cast<double>(tick) / inBeatInfo.iTicksPerBeat;
 
   const Int32 wholeBeats = beat + inBeatInfo.iBeatsPerBar * bar;
-  const double samples = (inSampleRate * 60.0 * (partOfBeat + wholeBeats.Value())) /
+  const double samples = (inSampleRate * 60.0 * (partOfBeat + wholeBeats.GetValue())) /
                          (inBeatInfo.dTempo * 0.25 * inBeatInfo.iBeatUnit);
   const Int64 position = TruncateTo<std::int64_t>(std::floor(samples + 0.5));
-  if (inIsDuration) return position.Value();
-  const Int64 offset = TruncateTo<std::int64_t>(OffsetInSamples(inSampleRate, inBeatInfo));
-  return (position + offset).Value();
+  if (inIsDuration) return position.GetValue();
+  const Int64 offset = TruncateTo<std::int64_t>(GetOffsetInSamples(inSampleRate, inBeatInfo));
+  return (position + offset).GetValue();
 }
 
 // ------------------------------------------------------------------------------ Reading any format
@@ -561,8 +572,8 @@ constexpr char kReadByFormat[] =
     "bool mezzo::utility::ConvertTimecodeToSamples(std::int64_t &, const plinth::UTF16String &, "
     "mezzo::utility::TimecodeFormat, std::int32_t, std::int32_t, mezzo::utility::BeatInfo *, bool)";
 
-/// Reads clock time in units of the last field. The parser's minutes are hours here, its seconds
-/// minutes and its frames seconds.
+/// Reads clock time, in units of the last field. The parser's fields shift by one: its minutes are
+/// hours here, its seconds minutes, its frames seconds.
 double ReadClock(const UTF16String& inString) {
   const ParsedTimeCode parsed = ParseTimeCodeString(inString);
   MEZZO_ASSERT_NAMED(parsed.hours == 0, "hours==0",
@@ -590,7 +601,7 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
       outSamples = TruncateTo<std::int64_t>(std::fma(ReadClock(inString), inSampleRate, 0.5));
       return true;
     case kTimecodeFormat_Samples: {
-      constexpr unsigned short kParserFlags = 6;  // the host's option set, always the same
+      constexpr unsigned short kParserFlags = 6;  // the host's option bits for sample counts
       long long samples = outSamples;
       plinth::string::StringToNumber(samples, inString, kParserFlags);
       outSamples = samples;

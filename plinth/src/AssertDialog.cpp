@@ -19,14 +19,14 @@ bool WriteToStandardError(bool&, const char* inCondition, const unsigned char* i
                           const char* inFile, int inLine, const char* inFunction, bool) {
   std::string_view message = reinterpret_cast<const char*>(inMessage);
   if (message.ends_with('\n')) message.remove_suffix(1);
-  // One call, so that reports of several threads do not mix within a line.
+  // A single call keeps the reports of several threads on separate lines.
   std::fprintf(stderr, "%s:%d: assertion failed: %s%s%.*s in %s\n", inFile, inLine, inCondition,
                message.empty() ? "" : ": ", static_cast<int>(message.size()), message.data(),
                inFunction);
   return false;
 }
 
-/// Null stands for the default.
+/// Null: the default handler.
 constinit std::atomic<AssertDialogHandler> sHandler{nullptr};
 
 }  // namespace

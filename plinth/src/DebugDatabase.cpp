@@ -13,7 +13,7 @@ constexpr std::string_view kFalse = "false";
 }  // namespace
 
 DebugDatabase& DebugDatabase::Instance() {
-  // Never destroyed: whoever is destroyed at exit may still ask.
+  // Never destroyed: destructors that run at exit may still use it.
   static DebugDatabase& sInstance = *new DebugDatabase;
   return sInstance;
 }

@@ -16,8 +16,8 @@ constexpr std::size_t kBareLength = 32;
 
 using Bytes = std::array<std::uint8_t, 16>;
 
-/// Boost's reader also takes bare digits in braces; with the length settled it takes our three
-/// forms only.
+/// Boost's parser also accepts bare digits in braces. Checking the length first leaves the three
+/// forms.
 Bytes ParseGuid(const char* inText, std::size_t inLength) {
   if (inLength != kHyphenatedLength && inLength != kBracedLength && inLength != kBareLength)
     throw std::runtime_error("invalid uuid string");
@@ -27,13 +27,14 @@ Bytes ParseGuid(const char* inText, std::size_t inLength) {
   return bytes;
 }
 
-/// Code units outside ASCII become NUL, which no form holds.
+/// Code units outside ASCII become NUL, which is invalid in every form.
 Bytes ParseGuid(const UTF16String& inText) {
   std::array<char, kBracedLength> ascii;
   const std::size_t length = inText.size();
   if (length <= ascii.size()) {
-    std::transform(inText.begin(), inText.end(), ascii.begin(),
-                   [](char16_t unit) { return unit < 0x80 ? static_cast<char>(unit) : '\0'; });
+    std::transform(inText.begin(), inText.end(), ascii.begin(), [](char16_t inUnit) {
+      return inUnit < 0x80 ? static_cast<char>(inUnit) : '\0';
+    });
   }
   return ParseGuid(ascii.data(), length);
 }

@@ -13,22 +13,22 @@ struct Registry {
   std::vector<const InitializerRegistrar*> registrars;
 };
 
-/// Built by the first module that registers, and never destroyed: the last one leaves at exit.
-Registry& TheRegistry() {
+/// Constructed by the first registration and never destroyed: modules are removed until exit.
+Registry& GetRegistry() {
   static Registry& sRegistry = *new Registry;
   return sRegistry;
 }
 
 constinit std::atomic<InitializerRegistrar::Observer> sObserver{nullptr};
 
-/// Called without the lock, so that an observer may list the registrations.
+/// Called without the lock; an observer may list the registrations.
 void NotifyObserver(const char* inName, bool inRegistered) noexcept {
   if (const auto observer = sObserver.load()) observer(inName, inRegistered);
 }
 
 std::size_t CountModules(const std::array<DependencyNamePacket, 16>& inDependencies) {
-  const auto namesModule = [](const DependencyNamePacket& packet) {
-    return packet.name != nullptr && *packet.name != '\0';
+  const auto namesModule = [](const DependencyNamePacket& inPacket) {
+    return inPacket.name != nullptr && *inPacket.name != '\0';
   };
   return static_cast<std::size_t>(
       std::count_if(inDependencies.begin(), inDependencies.end(), namesModule));
@@ -46,7 +46,7 @@ InitializerRegistrar::InitializerRegistrar(
                     static_cast<bool>(inPrepareTermination),
                     static_cast<bool>(inTerminate),
                     CountModules(inDependencies)} {
-  Registry& registry = TheRegistry();
+  Registry& registry = GetRegistry();
   {
     const std::lock_guard lock(registry.mutex);
     registry.registrars.push_back(this);
@@ -56,14 +56,14 @@ InitializerRegistrar::InitializerRegistrar(
 
 InitializerRegistrar::~InitializerRegistrar() {
   NotifyObserver(fRegistration.name.c_str(), false);
-  Registry& registry = TheRegistry();
+  Registry& registry = GetRegistry();
   const std::lock_guard lock(registry.mutex);
   std::erase(registry.registrars, this);
 }
 
 std::vector<InitializerRegistrar::Registration> InitializerRegistrar::Registrations() {
   std::vector<Registration> registrations;
-  Registry& registry = TheRegistry();
+  Registry& registry = GetRegistry();
   const std::lock_guard lock(registry.mutex);
   for (const auto* registrar : registry.registrars)
     registrations.push_back(registrar->fRegistration);

@@ -7,7 +7,7 @@
 namespace plinth::config {
 
 Localizer& Localizer::Get() {
-  // Never destroyed: whoever is destroyed at exit may still ask.
+  // Never destroyed: destructors that run at exit may still use it.
   static Localizer& sLocalizer = *new Localizer;
   return sLocalizer;
 }

@@ -19,20 +19,20 @@ bool IsDigit(char16_t inUnit) {
 }
 
 template <class Magnitude>
-Magnitude Digit(char16_t inUnit) {
+Magnitude GetDigit(char16_t inUnit) {
   return static_cast<Magnitude>(inUnit - u'0');
 }
 
-/// Walks through the code units of a text; past its end it sees NUL, which belongs to no number.
+/// Walks through the code units of a text. At the end it sees NUL, which is part of no number.
 class Cursor {
  public:
   explicit Cursor(std::u16string_view inText) : fNext(inText.data()), fEnd(fNext + inText.size()) {}
 
-  char16_t Unit() const { return fNext == fEnd ? u'\0' : *fNext; }
+  char16_t GetUnit() const { return fNext == fEnd ? u'\0' : *fNext; }
   void Advance() { ++fNext; }
 
   bool Skip(char16_t inUnit) {
-    const bool found = Unit() == inUnit;
+    const bool found = GetUnit() == inUnit;
     if (found) Advance();
     return found;
   }
@@ -42,19 +42,20 @@ class Cursor {
     }
   }
 
-  /// \param[out] outNumber receives the digits' number, wrapped.
+  /// \param[out] outNumber receives the number; overflow wraps.
   template <class Magnitude>
   std::u16string_view TakeDigits(Magnitude& outNumber) {
     const char16_t* unit = fNext;
     Magnitude number = 0;
-    for (; unit != fEnd && IsDigit(*unit); ++unit) number = number * 10 + Digit<Magnitude>(*unit);
+    for (; unit != fEnd && IsDigit(*unit); ++unit)
+      number = number * 10 + GetDigit<Magnitude>(*unit);
     outNumber = number;
     const std::u16string_view digits(fNext, static_cast<std::size_t>(unit - fNext));
     fNext = unit;
     return digits;
   }
 
-  /// \return true for a minus sign.
+  /// \return true if a minus sign was skipped.
   bool SkipSign() {
     const bool negative = Skip(u'-');
     if (!negative) Skip(u'+');
@@ -66,9 +67,9 @@ class Cursor {
   const char16_t* fEnd;
 };
 
-/// Reads an optional sign and digits; a number that does not fit becomes the nearest.
-/// Inlined, since a cursor kept in memory costs more than the digits.
-/// \return true when there were digits and their number fits.
+/// Parses an optional sign and digits; overflow saturates. Inlined because a cursor in memory costs
+/// more than the digits do.
+/// \return true if there were digits and no overflow.
 template <class Int>
 [[gnu::always_inline]] inline bool ReadSignedInteger(Int& outNumber, Cursor& ioCursor) {
   using Magnitude = std::make_unsigned_t<Int>;
@@ -81,19 +82,18 @@ template <class Int>
         static_cast<Magnitude>(std::numeric_limits<Int>::max()) + (isNegative ? 1U : 0U);
     magnitude = 0;
     for (const char16_t unit : digits) {
-      fits = fits && magnitude <= (limit - Digit<Magnitude>(unit)) / 10;
-      magnitude = fits ? magnitude * 10 + Digit<Magnitude>(unit) : limit;
+      fits = fits && magnitude <= (limit - GetDigit<Magnitude>(unit)) / 10;
+      magnitude = fits ? magnitude * 10 + GetDigit<Magnitude>(unit) : limit;
     }
   }
   outNumber = static_cast<Int>(isNegative ? Magnitude{0} - magnitude : magnitude);
   return !digits.empty() && fits;
 }
 
-/// The digits of a number as one integer with an exponent of ten.
+/// The significant digits of a number and its exponent of ten.
 ///
-/// A double and the points halfway between two of them have at most 767 significant digits. Of the
-/// digits behind those only one thing matters: whether any is not zero. So a buffer of fixed size
-/// does for every text.
+/// Doubles and the midpoints between them have at most 767 significant digits. Any further digits
+/// matter only if one of them is not zero, so a fixed-size buffer suffices for every text.
 class Significand {
  public:
   explicit Significand(bool inNegative) {
@@ -101,11 +101,11 @@ class Significand {
     fDigits = fEnd;
   }
 
-  /// \return true when there was a digit.
+  /// \return true if there was a digit.
   bool ReadDigits(Cursor& ioCursor, bool inFraction) {
-    const bool found = IsDigit(ioCursor.Unit());
-    for (; IsDigit(ioCursor.Unit()); ioCursor.Advance()) {
-      const bool kept = Keep(static_cast<char>(ioCursor.Unit()));
+    const bool found = IsDigit(ioCursor.GetUnit());
+    for (; IsDigit(ioCursor.GetUnit()); ioCursor.Advance()) {
+      const bool kept = Keep(static_cast<char>(ioCursor.GetUnit()));
       fExponent += (kept ? 0 : 1) - (inFraction ? 1 : 0);
     }
     return found;
@@ -113,7 +113,7 @@ class Significand {
 
   void AddExponent(std::int64_t inExponent) { fExponent += inExponent; }
 
-  double Value() {
+  double ToDouble() {
     if (fEnd == fDigits) *fEnd++ = '0';
     if (fTruncated) {
       *fEnd++ = '1';
@@ -122,7 +122,7 @@ class Significand {
     *fEnd++ = 'e';
     const auto exponent = std::clamp<std::int64_t>(fExponent, -kExponentLimit, kExponentLimit);
     fEnd = std::to_chars(fEnd, std::end(fText), exponent).ptr;
-    double value = 0.0;  // Out of range it becomes zero or an infinity.
+    double value = 0.0;  // out of range: zero or an infinity
     fast_float::from_chars(fText, fEnd, value);
     return value;
   }
@@ -131,7 +131,7 @@ class Significand {
   static constexpr int kMaxDigits = 770;
   static constexpr std::int64_t kExponentLimit = 99999;
 
-  /// \return false for a digit that counts by its place only.
+  /// \return false for a digit that only shifts the exponent.
   bool Keep(char inDigit) {
     if (fEnd == fDigits && inDigit == '0') return true;  // a leading zero
     if (fEnd - fDigits == kMaxDigits) {
@@ -149,11 +149,11 @@ class Significand {
   std::int64_t fExponent = 0;
 };
 
-/// Reads an exponent, if there is one: a lone "e" belongs to what follows the number.
+/// Parses an exponent, if there is one. An "e" without digits is not an exponent.
 std::int64_t ReadExponent(Cursor inCursor) {
   long long exponent = 0;
   if (inCursor.Skip(u'e') || inCursor.Skip(u'E')) ReadSignedInteger(exponent, inCursor);
-  // No text is so long that its digits could outweigh this; sums with their number stay in range.
+  // Larger than the number of digits in any text; sums of the two do not overflow.
   constexpr long long kLimit = 1LL << 62;
   return std::clamp(exponent, -kLimit, kLimit);
 }
@@ -191,7 +191,7 @@ bool StringToNumber(double& outNumber, const UTF16String& inText,
   const bool hasFraction = cursor.Skip(u'.') && significand.ReadDigits(cursor, true);
   const bool found = hasWhole || hasFraction;
   if (found) significand.AddExponent(ReadExponent(cursor));
-  outNumber = found ? significand.Value() : 0.0;
+  outNumber = found ? significand.ToDouble() : 0.0;
   return found && std::isfinite(outNumber);
 }
 

@@ -16,13 +16,13 @@ namespace {
 
 constexpr int kPrecision = 6;
 
-/// Writes in general notation, as "%.6g" does in the C locale.
-/// \return the end of what was written.
+/// Writes in general notation, like "%.6g" in the C locale.
+/// \return the end of the text.
 char* WriteGeneral(char* outFirst, [[maybe_unused]] char* inLast, double inNumber) {
 #ifdef __cpp_lib_to_chars
   return std::to_chars(outFirst, inLast, inNumber, std::chars_format::general, kPrecision).ptr;
 #else
-  // libc++ has no complete <charconv> before version 20.
+  // libc++ lacks floating-point <charconv> before version 20.
   char text[32];
   const int length = std::snprintf(text, sizeof text, "%.*g", kPrecision, inNumber);
   const std::string_view number(text, static_cast<std::size_t>(length));
@@ -48,13 +48,13 @@ oUTF16StringStream& oUTF16StringStream::Append(Iterator inFirst, Iterator inLast
 }
 
 oUTF16StringStream& oUTF16StringStream::operator<<(int inNumber) {
-  char digits[std::numeric_limits<int>::digits10 + 2];  // one more digit than always fits, a sign
+  char digits[std::numeric_limits<int>::digits10 + 2];  // digits10 is rounded down; a sign
   return Append(digits, std::to_chars(std::begin(digits), std::end(digits), inNumber).ptr);
 }
 
 oUTF16StringStream& oUTF16StringStream::operator<<(double inNumber) {
   static constexpr std::string_view kNotANumber = "nan";
-  // Platforms disagree on the sign and kind of a result that is not a number.
+  // The sign of a NaN result differs between platforms.
   if (std::isnan(inNumber)) return Append(kNotANumber.begin(), kNotANumber.end());
   char digits[kPrecision + 7];  // sign, point, exponent "e-308"
   return Append(digits, WriteGeneral(std::begin(digits), std::end(digits), inNumber));

@@ -43,8 +43,8 @@ TEST_P(EveryFrameCount, ComesBackFromItsDropFrameLabel) {
     const auto field = [](std::uint32_t value) { return static_cast<std::int32_t>(value); };
     const bool exists = minutes < 60 && seconds < 60 && field(frames) < fps &&
                         (minutes % 10 == 0 || seconds > 0 || field(frames) >= fps / 15);
-    return exists && dropframe::FrameCountOf(field(hours), field(minutes), field(seconds),
-                                             field(frames), fps) == field(frame);
+    return exists && dropframe::FrameCountOfLabel(field(hours), field(minutes), field(seconds),
+                                                  field(frames), fps) == field(frame);
   });
 }
 

@@ -1,5 +1,5 @@
 /// \file
-/// Marks what the shared library offers to its users; everything else stays hidden inside it.
+/// Export macro: marks the declarations that the shared library exports; everything else is hidden.
 #pragma once
 
 /// The stand-in for the host's foundation library: strings, streams and number parsing,
@@ -7,5 +7,5 @@
 /// state.
 namespace plinth {}
 
-/// Gives a declaration default visibility in a library that is built with hidden visibility.
+/// Exports a declaration from the library, which is built with hidden visibility.
 #define PLINTH_EXPORT __attribute__((visibility("default")))

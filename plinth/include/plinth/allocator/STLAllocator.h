@@ -1,5 +1,5 @@
 /// \file
-/// The allocator that standard containers take their memory from.
+/// Standard-library allocator over the memory recycler.
 #pragma once
 
 #include <plinth/allocator/MemoryRecycler.h>
@@ -10,7 +10,8 @@
 
 namespace plinth::allocator {
 
-/// Standard allocator over `MemoryRecycler`. It has no state, so all of them are equal.
+/// Allocator for standard containers over `MemoryRecycler`. It has no state; all instances are
+/// equal.
 template <class T>
 class STLAllocator {
  public:
@@ -18,14 +19,14 @@ class STLAllocator {
 
   STLAllocator() noexcept = default;
 
-  /// Turns an allocator of other objects into one of these.
+  /// Converts from an allocator of another type.
   template <class U>
   STLAllocator(const STLAllocator<U>&) noexcept {}
 
   /// \param inCount number of objects.
-  /// \return room for them, uninitialised.
-  /// \exception std::bad_alloc when memory runs out; its subclass std::bad_array_new_length when
-  ///     the size in bytes cannot be represented.
+  /// \return uninitialised memory for them.
+  /// \exception std::bad_alloc if memory runs out; its subclass std::bad_array_new_length if the
+  ///     size in bytes overflows.
   [[nodiscard]] T* allocate(std::size_t inCount) {
     static_assert(alignof(T) <= alignof(std::max_align_t));
     if (inCount > std::numeric_limits<std::size_t>::max() / sizeof(T))
@@ -33,11 +34,11 @@ class STLAllocator {
     return static_cast<T*>(MemoryRecycler::Allocate(inCount * sizeof(T)));
   }
 
-  /// Takes back what `allocate` gave.
+  /// Releases memory from `allocate`.
   void deallocate(T* inObjects, std::size_t) noexcept { MemoryRecycler::Free(inObjects); }
 };
 
-/// \return true: what one allocator gave, any other takes back.
+/// \return true: any allocator can release the memory of another.
 template <class T, class U>
 bool operator==(const STLAllocator<T>&, const STLAllocator<U>&) noexcept {
   return true;

@@ -1,5 +1,5 @@
 /// \file
-/// Registration of modules with the host's initializer framework.
+/// Initializer registrar: registers modules with the host's initializer framework.
 #pragma once
 
 #include <plinth/Export.h>
@@ -13,42 +13,42 @@
 
 namespace plinth::config {
 
-/// Contexts in which a module is initialised: bits of the host's.
+/// The contexts in which a module is initialised; bits defined by the host.
 enum EInitializerContextFlags : std::int32_t {};
 
-/// Names a module that has to be initialised first. All zero: names none.
+/// Names a module that has to be initialised first. All zero: no dependency.
 struct DependencyNamePacket {
-  const char* name;  ///< the module's name; null or empty for none
+  const char* name;  ///< the module's name; null or empty: none
 };
 
-/// Registers a module for as long as it lives.
+/// Registers a module for the lifetime of this object.
 ///
 /// This stand-in records registrations and calls no function of a module. It may be used during
 /// static initialisation and at process exit.
 class PLINTH_EXPORT InitializerRegistrar {
  public:
-  /// What a module handed over.
+  /// The arguments of a module's registration.
   struct Registration {
     std::string name;                ///< the module's name
     EInitializerContextFlags flags;  ///< its contexts
-    bool hasInitialize;              ///< whether there is a function to bring it up
-    bool hasPrepareTermination;      ///< whether there is one to tell of the end ahead
-    bool hasTerminate;               ///< whether there is one to take it down
-    std::size_t dependencyCount;     ///< number of dependencies that name a module
+    bool hasInitialize;              ///< whether it has a function to start it up
+    bool hasPrepareTermination;      ///< whether it has one to prepare for termination
+    bool hasTerminate;               ///< whether it has one to shut it down
+    std::size_t dependencyCount;     ///< the number of dependencies that name a module
   };
 
-  /// Learns of a module: with true when its registration is complete, with false when its removal
-  /// begins. The module is listed in `Registrations` both times.
+  /// Observes modules: called with true after a registration, with false before a removal. The
+  /// module is among the registrations both times.
   using Observer = void (*)(const char* inName, bool inRegistered) noexcept;
 
   /// Registers a module.
   /// \param inName the module's name.
   /// \param inFlags its contexts.
-  /// \param inInitialize brings the module up and tells whether that worked; may be empty.
-  /// \param inPrepareTermination is told that termination is ahead; may be empty.
-  /// \param inTerminate takes the module down; may be empty.
+  /// \param inInitialize starts the module up and returns whether that succeeded; may be empty.
+  /// \param inPrepareTermination prepares the module for termination; may be empty.
+  /// \param inTerminate shuts the module down; may be empty.
   /// \param inDependencies the modules to initialise first.
-  /// \exception std::bad_alloc when memory runs out; nothing is registered then.
+  /// \exception std::bad_alloc if memory runs out; nothing is registered then.
   InitializerRegistrar(const char* inName, EInitializerContextFlags inFlags,
                        const std::function<bool()>& inInitialize,
                        const std::function<void()>& inPrepareTermination,
@@ -61,13 +61,13 @@ class PLINTH_EXPORT InitializerRegistrar {
   InitializerRegistrar(const InitializerRegistrar&) = delete;
   InitializerRegistrar& operator=(const InitializerRegistrar&) = delete;
 
-  /// \return the modules registered now, in the order of their registration.
-  /// \exception std::bad_alloc when memory runs out.
+  /// \return the modules that are registered now, in order of registration.
+  /// \exception std::bad_alloc if memory runs out.
   static std::vector<Registration> Registrations();
 
-  /// Installs the function that watches modules come and go.
-  /// \param inObserver the function; null for none.
-  /// \return the function before it.
+  /// Installs the observer of registrations and removals.
+  /// \param inObserver the observer; null: none.
+  /// \return the previous observer.
   static Observer SetObserver(Observer inObserver) noexcept;
 
  private:

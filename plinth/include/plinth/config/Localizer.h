@@ -1,5 +1,5 @@
 /// \file
-/// Texts in the user's language.
+/// Localizer: texts in the user's language.
 #pragma once
 
 #include <plinth/Export.h>
@@ -20,24 +20,25 @@ class PLINTH_EXPORT Localizer {
   Localizer(const Localizer&) = delete;
   Localizer& operator=(const Localizer&) = delete;
 
-  /// \return the process's localiser; it stays usable until the process has ended.
+  /// \return the process's localiser; never destroyed.
   static Localizer& Get();
 
-  /// Translates one text.
+  /// Translates a text.
   ///
-  /// While no translation is installed, it takes no lock, and no memory but for a text that the
-  /// string cannot hold inside itself.
+  /// While no translation is installed, it takes no lock, and it allocates only for a text beyond
+  /// the string's inline capacity.
   ///
   /// \param inKey path and English text, "$$$/path=English"; ASCII.
-  /// \return the translation installed for "$$$/path", else the English text; for a key without
+  /// \return the translation installed for "$$$/path", otherwise the English text; for a key
+  /// without
   ///     "=", the whole key.
-  /// \exception std::bad_alloc when memory runs out.
+  /// \exception std::bad_alloc if memory runs out.
   UTF16String Localize(const char* inKey) const;
 
-  /// Installs a translation in place of any before it.
-  /// \param inPath the path, "$$$/path", or a whole key, of which "=" and what follows are ignored.
+  /// Installs a translation, or replaces it.
+  /// \param inPath the path, "$$$/path", or a whole key; its "=" and English text are ignored.
   /// \param inText the translation.
-  /// \exception std::bad_alloc when memory runs out.
+  /// \exception std::bad_alloc if memory runs out.
   void InstallTranslation(std::string_view inPath, UTF16String inText);
 
   /// Removes all translations.

@@ -1,5 +1,5 @@
 /// \file
-/// A debug setting that is read only when the database has changed.
+/// Cached debug setting: an entry of the debug database, read only after the database has changed.
 #pragma once
 
 #include <plinth/debug/DebugDatabase.h>
@@ -10,32 +10,30 @@
 
 namespace plinth::debug {
 
-/// Keeps the value of one entry of the debug database.
+/// Caches the value of one entry of the debug database.
 ///
-/// While the database does not change, reading takes no lock and no memory. Any thread may read at
-/// any time. Threads that find a change at once each store what they read from the database.
+/// While the database does not change, reading neither locks nor allocates. Any thread may read at
+/// any time. Threads that notice a change at the same time each store the value they read.
 template <class T>
 class CachedDatabaseValue {
  public:
   /// \param inKey the entry's key.
-  /// \param inDefault the value for a key without an entry, and before the first reading.
-  /// \param inReadWhenMissing true: an entry that is gone gives the default; false: it leaves the
-  ///     value as it was.
+  /// \param inDefault the value for a key without an entry, and before the first read.
+  /// \param inReadWhenMissing true: a removed entry gives the default; false: it leaves the value
+  ///     unchanged.
   CachedDatabaseValue(ByteString inKey, T inDefault, bool inReadWhenMissing)
       : fKey(std::move(inKey)),
         fDefault(inDefault),
         fValue(inDefault),
         fReadWhenMissing(inReadWhenMissing) {}
 
-  /// Reads the value, from the database if that has changed since the last reading.
-  /// \return the value.
-  /// \exception std::bad_alloc when memory runs out on a call that reads the database.
+  /// Returns the value, read again if the database has changed since the last read.
+  /// \exception std::bad_alloc if memory runs out on a call that reads the database.
   T Get() {
     const DebugDatabase& database = DebugDatabase::Instance();
     const std::uint32_t generation = database.Generation();
-    // The generation is stored last and so has to be read first. Of two threads that refresh while
-    // the database changes, the later may store the older value, which then stays until the next
-    // change.
+    // The generation is stored last, so it is read first. If two threads refresh during a change,
+    // the older value may be stored last; it stays until the next change.
     if (fGeneration.load(std::memory_order_acquire) == generation)
       return fValue.load(std::memory_order_acquire);
     const bool reads = fReadWhenMissing || database.HasEntry(fKey);
@@ -46,7 +44,7 @@ class CachedDatabaseValue {
   }
 
  private:
-  /// A generation that a database reaches last, so that the first call reads.
+  /// The last generation that a database reaches, so the first call always reads.
   static constexpr std::uint32_t kNeverRead = 0xFFFFFFFF;
 
   ByteString fKey;

@@ -1,5 +1,5 @@
 /// \file
-/// The process's debug settings.
+/// Debug database: the process's debug settings.
 #pragma once
 
 #include <plinth/Export.h>
@@ -13,43 +13,42 @@
 
 namespace plinth::debug {
 
-/// Text in UTF-8 bytes, in memory of `allocator::MemoryRecycler`.
+/// UTF-8 text in memory of `allocator::MemoryRecycler`.
 using ByteString = std::basic_string<unsigned char, std::char_traits<unsigned char>,
                                      allocator::STLAllocator<unsigned char>>;
 
-/// Texts under keys, in memory. Any thread may call any function at any time.
+/// An in-memory map from keys to texts. Any thread may call any function at any time.
 class PLINTH_EXPORT DebugDatabase {
  public:
   DebugDatabase(const DebugDatabase&) = delete;
   DebugDatabase& operator=(const DebugDatabase&) = delete;
 
-  /// \return the process's database; it stays usable until the process has ended.
+  /// \return the process's database; never destroyed.
   static DebugDatabase& Instance();
 
-  /// Tells whether anything has changed: the number differs from an earlier one when an entry was
-  /// set or removed since.
-  /// \return the generation, 0 at first. One atomic load.
+  /// Returns the generation, a number that changes whenever an entry is set or removed; 0 at first.
+  /// One atomic load.
   std::uint32_t Generation() const noexcept { return fGeneration.load(std::memory_order_acquire); }
 
   /// \param inKey the key.
-  /// \param inDefault the answer for a key without an entry.
+  /// \param inDefault the result for a key without an entry.
   /// \return the entry's text, or `inDefault`.
   ByteString GetEntry(const ByteString& inKey, const ByteString& inDefault) const;
 
   /// \param inKey the key.
-  /// \return true when the key has an entry.
+  /// \return true if the key has an entry.
   bool HasEntry(const ByteString& inKey) const;
 
-  /// Reads an entry as a value of type `T`; bool is the type there is.
+  /// Reads an entry as a value of type `T`, which is bool.
   template <class T>
   T GetEntryAs(const ByteString& inKey, const T& inDefault) const;
 
-  /// Sets the text of an entry, with or without one before.
+  /// Sets or replaces an entry.
   /// \param inKey the key.
   /// \param inText the text.
   void SetEntry(const ByteString& inKey, const ByteString& inText);
 
-  /// Removes an entry; a key without one changes nothing, the generation included.
+  /// Removes an entry. A key without an entry changes nothing, not even the generation.
   /// \param inKey the key.
   void RemoveEntry(const ByteString& inKey);
 
@@ -63,10 +62,10 @@ class PLINTH_EXPORT DebugDatabase {
   std::atomic<std::uint32_t> fGeneration{0};
 };
 
-/// Reads an entry as a truth value.
+/// Reads an entry as a bool.
 /// \param inKey the key.
-/// \param inDefault the answer for a key without an entry.
-/// \return true exactly when the text is "true"; any other text gives false.
+/// \param inDefault the result for a key without an entry.
+/// \return true if the text is "true"; false for any other text.
 template <>
 PLINTH_EXPORT bool DebugDatabase::GetEntryAs<bool>(const ByteString& inKey,
                                                    const bool& inDefault) const;

@@ -1,5 +1,5 @@
 /// \file
-/// Readable names of types.
+/// Demangling: readable names of types.
 #pragma once
 
 #include <plinth/Export.h>
@@ -8,10 +8,10 @@
 
 namespace plinth::debug {
 
-/// Turns the name of a type, as `std::type_info::name` gives it, into the name in the source.
-/// \param inName the name, such as "l".
-/// \return the readable name, such as "long"; `inName` itself when it is no such name.
-/// \exception std::bad_alloc when memory runs out.
+/// Demangles the name of a type.
+/// \param inName the name as `std::type_info::name` returns it, such as "l".
+/// \return the name in the source, such as "long"; `inName` itself if it is not a mangled name.
+/// \exception std::bad_alloc if memory runs out.
 PLINTH_EXPORT std::string DemangleName(const char* inName);
 
 }  // namespace plinth::debug

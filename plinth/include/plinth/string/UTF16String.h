@@ -1,5 +1,5 @@
 /// \file
-/// The string type of every text.
+/// UTF-16 string: the type of every text.
 #pragma once
 
 #include <plinth/allocator/STLAllocator.h>
@@ -8,7 +8,7 @@
 
 namespace plinth {
 
-/// Text in UTF-16 code units, in memory of `allocator::MemoryRecycler`.
+/// UTF-16 text in memory of `allocator::MemoryRecycler`.
 using UTF16String =
     std::basic_string<char16_t, std::char_traits<char16_t>, allocator::STLAllocator<char16_t>>;
 

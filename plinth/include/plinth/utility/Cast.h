@@ -1,5 +1,5 @@
 /// \file
-/// Narrowing that reports what does not fit.
+/// Checked cast: narrowing that reports overflow.
 #pragma once
 
 #include <plinth/Export.h>
@@ -12,29 +12,29 @@
 
 namespace plinth::utility {
 
-/// Reports a value that does not fit.
+/// Reports a value that overflows the target type.
 /// \param[in,out] ioDisabled the site's flag.
-/// \param inError what is wrong with the value.
+/// \param inError the error's text.
 /// \param inValue the value in decimal.
-/// \param inTarget the target type's name, as `std::type_info::name` gives it.
-/// \param inSource the same of the source type.
+/// \param inTarget the target type's name as `std::type_info::name` returns it.
+/// \param inSource the source type's name as `std::type_info::name` returns it.
 /// \param inFile the site's file.
 /// \param inLine the site's line.
-/// \exception std::bad_alloc when memory runs out.
+/// \exception std::bad_alloc if memory runs out.
 [[gnu::cold]] PLINTH_EXPORT void ReportNumericCast(bool& ioDisabled, const char* inError,
                                                    const std::string& inValue, const char* inTarget,
                                                    const char* inSource, const char* inFile,
                                                    int inLine);
 
-/// Converts an integer to a narrower type and reports, rather than throws, when it does not fit.
+/// Converts an integer to a narrower type and reports overflow instead of throwing.
 ///
-/// Such a value goes to the assertion dialog, once a call, until the dialog silences the site. Each
-/// instantiation has one site; that of int from long is one for the whole process, others are one
-/// for each program or library that uses them.
+/// Every call with a value that overflows is reported to the assertion dialog, until the dialog
+/// silences the site. Each instantiation has one site. The site of int from long is shared by the
+/// whole process; any other belongs to the program or library that uses it.
 ///
 /// \param inValue the value.
-/// \return the value; where it does not fit, its low bits as a two's-complement number of type `T`.
-/// \exception std::bad_alloc when memory runs out for a report.
+/// \return the value; overflow wraps.
+/// \exception std::bad_alloc if memory runs out during a report.
 template <std::integral T, std::integral F>
 PLINTH_EXPORT T NumericCast(F inValue) {
   static bool sDisabled = false;

@@ -1,10 +1,10 @@
 /// \file
-/// A set of option bits.
+/// Flags: a set of option bits.
 #pragma once
 
 namespace plinth::utility {
 
-/// Option bits in an integer of type `T`, from which it converts implicitly.
+/// Option bits in an integer of type `T`, which converts to it implicitly.
 template <class T>
 class Flags {
  public:

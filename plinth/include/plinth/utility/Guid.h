@@ -1,5 +1,5 @@
 /// \file
-/// Universally unique identifiers (RFC 9562).
+/// Guid: universally unique identifiers (RFC 9562).
 #pragma once
 
 #include <plinth/Export.h>
@@ -11,28 +11,28 @@
 
 namespace plinth::utility {
 
-/// An identifier of 16 bytes, in the order in which the text form writes them.
+/// An identifier of 16 bytes, in the byte order of its text form.
 ///
-/// Three text forms are read, in any letter case: hyphenated,
-/// "01234567-89ab-cdef-0123-456789abcdef"; the same in braces; and the 32 digits alone.
+/// Three text forms are parsed, in any letter case: hyphenated
+/// ("01234567-89ab-cdef-0123-456789abcdef"), hyphenated in braces, and 32 bare digits.
 class PLINTH_EXPORT Guid {
  public:
-  /// The empty identifier: all bytes are zero.
+  /// Makes the nil UUID: all bytes are zero.
   Guid() noexcept = default;
 
-  /// Reads an identifier.
+  /// Parses an identifier.
   /// \param inText the text.
   /// \param inLength its length in bytes.
-  /// \exception std::runtime_error for text that is none of the three forms.
+  /// \exception std::runtime_error for text in none of the three forms.
   Guid(const char* inText, std::size_t inLength);
 
-  /// Reads an identifier.
+  /// Parses an identifier.
   /// \param inText the text.
-  /// \exception std::runtime_error for text that is none of the three forms.
+  /// \exception std::runtime_error for text in none of the three forms.
   explicit Guid(const UTF16String& inText);
 
   /// \return the hyphenated form in lower case, 36 code units.
-  /// \exception std::bad_alloc when memory runs out.
+  /// \exception std::bad_alloc if memory runs out.
   UTF16String AsString() const;
 
   friend bool operator==(const Guid& inLeft, const Guid& inRight) noexcept;
@@ -44,7 +44,7 @@ class PLINTH_EXPORT Guid {
 
 static_assert(sizeof(Guid) == 16);
 
-/// Tells whether all bytes are equal.
+/// Compares all bytes.
 inline bool operator==(const Guid& inLeft, const Guid& inRight) noexcept {
   return inLeft.fBytes == inRight.fBytes;
 }
