@@ -1,9 +1,12 @@
-# The build machine's header-only libraries, without the rest of its headers.
+# The build machine's header-only libraries as a prefix of their own, without the rest of its headers.
 set(headers "${CMAKE_BINARY_DIR}/headers")
-file(MAKE_DIRECTORY "${headers}")
-foreach(library boost fast_float)
-  file(CREATE_LINK "/usr/include/${library}" "${headers}/${library}" SYMBOLIC)
+file(MAKE_DIRECTORY "${headers}/include" "${headers}/share/cmake")
+foreach(part include/boost include/fast_float include/CLI include/nlohmann
+             share/cmake/CLI11 share/cmake/nlohmann_json)
+  file(CREATE_LINK "/usr/${part}" "${headers}/${part}" SYMBOLIC)
 endforeach()
 set(Boost_NO_BOOST_CMAKE ON)
-set(Boost_INCLUDE_DIR "${headers}")
-set(FAST_FLOAT_INCLUDE_DIR "${headers}")
+set(Boost_INCLUDE_DIR "${headers}/include")
+set(FAST_FLOAT_INCLUDE_DIR "${headers}/include")
+set(CLI11_DIR "${headers}/share/cmake/CLI11")
+set(nlohmann_json_DIR "${headers}/share/cmake/nlohmann_json")
