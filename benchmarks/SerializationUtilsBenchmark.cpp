@@ -1,4 +1,4 @@
-// Both variants pass the text by value as the library's functions take it.
+// Both variants take the text by value, like the library's functions.
 
 #include <Utility/SerializationUtils.h>
 

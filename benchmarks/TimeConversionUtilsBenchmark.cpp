@@ -1,11 +1,10 @@
-// Every display and every reading beside what a competent engineer would write instead: integer
-// arithmetic, `snprintf` and widening, or narrowing and `sscanf`; and the most frequent displays
-// written by hand.
+// Benchmarks of every display, writing and reading. The baselines are integer arithmetic with
+// `snprintf` and widening, or narrowing with `sscanf`; for the most frequent displays also
+// hand-written code.
 //
-// A display's cost depends on what the caller's string held before, so there are three states:
-// "same", the same string, texts of the same length nearly always; "changing", the same string,
-// lengths and signs change from call to call; "fresh", a new string for each text, its allocation
-// included.
+// The cost of writing may depend on the caller's string, so there are three states: "same", one
+// string with texts of nearly always the same length; "changing", one string with changing lengths
+// and signs; "fresh", a new string for each text, including its allocation.
 
 #include "../tests/support/Heap.h"
 #include <Utility/TimeConversionUtils.h>
@@ -35,8 +34,8 @@ constexpr std::int64_t kHour = std::int64_t{3600} * kRate;
 constexpr std::size_t kPositions = 4096;  // a power of two
 BeatInfo sBeats{960, 120.0, 4, 4, 0.0};
 
-/// Positions spread over a stretch of the timeline, in order, as a ruler or a marker list has them.
-Positions Spread(std::int64_t inFrom, std::int64_t inTo) {
+/// Makes random positions in ascending order, like those of a ruler or a marker list.
+Positions MakePositions(std::int64_t inFrom, std::int64_t inTo) {
   std::mt19937_64 random(1);
   Positions positions(kPositions);
   for (auto& position : positions)
@@ -46,7 +45,7 @@ Positions Spread(std::int64_t inFrom, std::int64_t inTo) {
   return positions;
 }
 
-const Positions kDay = Spread(0, 24 * kHour);
+const Positions kDay = MakePositions(0, 24 * kHour);
 
 const Positions kChanging = [] {
   Positions positions = kDay;
@@ -63,7 +62,7 @@ void Write(UTF16String& outString, std::int64_t inSamples) {
   ConvertSamplesToTimecode(outString, inSamples, kRate, kFormat, kFps, &sBeats, false);
 }
 
-/// Formats into narrow text and widens it into the string.
+/// Formats a narrow text and widens it.
 template <class... Values>
 void Print(UTF16String& outString, const char* inFormat, Values... inValues) {
   std::array<char, 64> narrow;
@@ -240,7 +239,7 @@ std::int64_t Read(const UTF16String& inText) {
   return samples;
 }
 
-/// Narrows a text and scans it with `sscanf`.
+/// Narrows a text and parses it with `sscanf`.
 template <class... Values>
 void Scan(const UTF16String& inText, const char* inFormat, Values*... outValues) {
   std::array<char, 64> narrow{};
@@ -296,7 +295,7 @@ std::int64_t ScanBarsAndBeats(const UTF16String& inText) {
 
 struct ReadingRow {
   const char* name;
-  Display display;  ///< writes the texts as a person would have typed them
+  Display display;  ///< writes the texts to read
   Reading library;
   Reading sscanf;
 };
@@ -311,7 +310,7 @@ const ReadingRow kReadings[] = {
     {"bars-beats", &Write<kTimecodeFormat_BarsAndBeats>, &Read<kTimecodeFormat_BarsAndBeats>,
      &ScanBarsAndBeats},
     {"beats", &Write<kTimecodeFormat_Beats>, &Read<kTimecodeFormat_Beats>, &ScanNumber<kRate / 2>},
-    // Milliseconds of a whole day show an exponent, which nobody types.
+    // Milliseconds have an exponent from 1000 seconds on, which is not typed.
     {"milliseconds",
      [](UTF16String& text, std::int64_t samples) {
        Write<kTimecodeFormat_Milliseconds>(text, samples % (100 * kRate));
@@ -342,8 +341,8 @@ void ReadTexts(benchmark::State& ioState, Reading inReading, Display inDisplay) 
     benchmark::RegisterBenchmark(name.c_str(), &ReadTexts, row.library, row.display);
     benchmark::RegisterBenchmark((name + "/sscanf").c_str(), &ReadTexts, row.sscanf, row.display);
   }
-  // The cost hardly depends on where the position lies.
-  const Positions stretches[] = {Spread(0, kRate), Spread(100 * kHour, 101 * kHour)};
+  // The cost hardly depends on the position.
+  const Positions stretches[] = {MakePositions(0, kRate), MakePositions(100 * kHour, 101 * kHour)};
   for (const DisplayRow& row : {kDisplays[0], kDisplays[2]}) {
     const std::string name = row.name;
     benchmark::RegisterBenchmark((name + "/first second").c_str(), &IntoOneString, row.library,

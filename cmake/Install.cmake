@@ -1,5 +1,5 @@
-# mezzo_install(LIBRARY): the library of the current project with its CMake package and pkg-config
-# file, whose templates lie in that project's folder cmake.
+# mezzo_install(LIBRARY): installs a library of the current project with its CMake package and
+# pkg-config file. Their templates are in the project's cmake folder.
 function(mezzo_install library)
   string(TOLOWER "${library}" name)
   set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/${library}")

@@ -1,5 +1,5 @@
-# Debian packages: the runtime libraries, what development with them needs, and the tool. Configured
-# for the prefix /usr, the build puts libraries where Debian has them.
+# Debian packages: runtime libraries, development files, tool. With the prefix /usr, libraries are
+# installed in Debian's directories.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "Mezzo authors <authors@mezzo.example>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each package has its own
@@ -35,7 +35,7 @@ set(CPACK_COMPONENT_TOOL_DEPENDS Runtime)
 set(CPACK_COMPONENT_TOOL_DESCRIPTION "${PROJECT_DESCRIPTION} (command-line tool)
 Converts, names and draws positions on an audio timeline.")
 
-# Licence and changelog of each package, in Debian's places and forms.
+# Each package has the copyright file and the changelog that Debian requires.
 set(contact "${CPACK_PACKAGE_CONTACT}")
 string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)  # of SOURCE_DATE_EPOCH, if that is set
 configure_file(cmake/copyright.in "${PROJECT_BINARY_DIR}/debian/copyright" @ONLY)

@@ -1,11 +1,11 @@
 include(CheckCXXSymbolExists)
 
-# What every target of this project is compiled with, and none of its consumers.
+# Compiler options of every target of this project, but not of its consumers.
 add_library(mezzo_project_options INTERFACE)
 target_compile_features(mezzo_project_options INTERFACE cxx_std_20)
 target_compile_options(mezzo_project_options INTERFACE
-  # A fused operation where none was asked for would change last digits; compilers for Arm fuse
-  # unless told not to.
+  # Compilers for Arm fuse by default. A fused operation that the source does not ask for changes last
+  # digits.
   -ffp-contract=off
   -fvisibility=hidden -fvisibility-inlines-hidden
   # Assertion reports name files relative to the root.
@@ -13,7 +13,7 @@ target_compile_options(mezzo_project_options INTERFACE
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/plinth/include/plinth/=")
 check_cxx_symbol_exists(__i386__ cstddef MEZZO_TARGETS_32_BIT_X86)
 if(MEZZO_TARGETS_32_BIT_X86)
-  # The x87 unit computes in extended precision and rounds a second time when it stores.
+  # The x87 unit computes in extended precision and rounds again when it stores.
   target_compile_options(mezzo_project_options INTERFACE -msse2 -mfpmath=sse)
 endif()
 if(CMAKE_SYSTEM_NAME STREQUAL Linux)
@@ -29,11 +29,11 @@ if(PROJECT_IS_TOP_LEVEL)
     -Wconversion -Wsign-conversion -Wshadow -Wdouble-promotion -Wold-style-cast -Wcast-align
     -Wnon-virtual-dtor -Woverloaded-virtual -Wundef -Wimplicit-fallthrough)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_FLAGS MATCHES "-fsanitize")
-    # Among the sanitizers' checks GCC takes Boost.Signals2 for reading what was never written.
+    # With sanitizers, GCC wrongly reports uninitialised reads in Boost.Signals2.
     target_compile_options(mezzo_project_options INTERFACE -Wno-maybe-uninitialized)
   endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # GCC 12 sees overlapping copies in plain concatenations of std::string.
+    # GCC 12 wrongly reports overlapping copies in concatenations of std::string.
     target_compile_options(mezzo_project_options INTERFACE -Wno-restrict)
   endif()
 endif()

@@ -1,5 +1,5 @@
-# Makes a program of the examples in documents: the first block of C++ is its head, every other one a
-# block of its own.
+# Makes a program from the examples of the documents. The first C++ block is its head, every other
+# block becomes a block of main.
 /^```cpp$/ {
   in_block = 1
   if (++count == 2) print "int main() {"

@@ -1,5 +1,5 @@
-// A small host: what an application does with the library from its start to its end. Its output
-// stands in HostExample.txt.
+// A small host: uses the library from load to exit, as an application does. HostExample.txt is its
+// output.
 
 #include <Utility/AppRunningState.h>
 #include <Utility/TimeConversionUtils.h>
@@ -25,15 +25,15 @@ std::string ToUTF8(const plinth::UTF16String& inText) {
   return boost::locale::conv::utf_to_utf<char>(inText.data(), inText.data() + inText.size());
 }
 
-// The library has registered itself by the time the application's main function runs.
+// The library registers itself when it is loaded, before main.
 void ShowModules() {
   for (const auto& module : plinth::config::InitializerRegistrar::Registrations()) {
     std::cout << "module " << module.name << ", flags " << module.flags << "\n\n";
   }
 }
 
-// The host moves the state; whoever wants to know asks the library.
-void WalkThroughTheApplicationsLife() {
+// The host sets the state; its modules query the library.
+void WalkThroughApplicationStates() {
   std::cout << "state  initialized  event loop  will terminate  terminating\n";
   for (std::int32_t state = 0; state <= 5; ++state) {
     plinth::appstatemanager::SetState(state);
@@ -44,16 +44,16 @@ void WalkThroughTheApplicationsLife() {
   std::cout << '\n';
 }
 
-// The connection ends with its scope, so the slot never outlives what it uses.
+// The scoped connection disconnects the slot before anything that the slot uses is destroyed.
 void FollowActivation() {
   const boost::signals2::scoped_connection connection = GetAppActivatedSignal().connect(
-      [](bool activated) { std::cout << (activated ? "activated\n" : "deactivated\n"); });
+      [](bool inActivated) { std::cout << (inActivated ? "activated\n" : "deactivated\n"); });
   NotifyAppActivated(true);
   NotifyAppActivated(false);
   std::cout << '\n';
 }
 
-// One string serves all displays: with room for the longest, no call allocates.
+// One string with capacity for the longest display serves all of them without allocation.
 void ShowRuler() {
   const BeatInfo fourFour{960, 120.0, 4, 4, 0.0};
   const TimecodeFormat formats[] = {kTimecodeFormat_SMPTE, kTimecodeFormat_SMPTEDropFrame,
@@ -74,7 +74,7 @@ void ShowRuler() {
   std::cout << '\n';
 }
 
-// Reading is lenient: fields fill up from the right, and leading ones may be left out.
+// The parser is lenient: any non-digit separates fields, and leading fields may be omitted.
 void ReadTypedTimecode(const plinth::UTF16String& inText) {
   std::int64_t position = 0;
   ConvertTimecodeToSamples(position, inText, kTimecodeFormat_SMPTEDropFrame, kSampleRate,
@@ -90,7 +90,7 @@ void ReadTypedTimecode(const plinth::UTF16String& inText) {
 
 int main() {
   ShowModules();
-  WalkThroughTheApplicationsLife();
+  WalkThroughApplicationStates();
   FollowActivation();
   ShowRuler();
   ReadTypedTimecode(u"1;00;02");

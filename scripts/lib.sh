@@ -2,20 +2,20 @@
 
 set -euo pipefail
 
-# The comment at the head of a script is its help.
+# The head comment of a script is its help.
 if [ "${1:-}" = --help ]; then
   sed -n '2,/^[^#]/{s/^# \{0,1\}//p}' "$0"
   exit
 fi
 refuse() {
-  echo "${0##*/}: unknown argument '$1'; --help tells what there is" >&2
+  echo "${0##*/}: unknown argument '$1'; see --help" >&2
   exit 2
 }
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}
 
-# The Debian packages that a purpose needs.
+# The Debian packages for each purpose.
 declare -A packages=(
   [tool]='cmake g++ libboost-dev libcli11-dev libfast-float-dev ninja-build nlohmann-json3-dev'
   [tests]='help2man libbenchmark-dev libgtest-dev'
@@ -30,7 +30,7 @@ declare -A packages=(
   [documents]='doxygen linkchecker'
 )
 
-# Installs those packages that are missing: need PURPOSE...
+# need PURPOSE...: installs missing packages.
 need() {
   local missing=() as_root=() purpose package
   for purpose in "$@"; do
@@ -60,10 +60,10 @@ need() {
   fi
 }
 
-# Builds the named targets of the release build in build/release.
+# build_release TARGET...: builds targets of the release build in build/release.
 build_release() {
   need tool tests
-  # For this prefix, installed files lie where Debian has them; packages are made from this build.
+  # Packages are made from this build. With this prefix, files are installed in Debian's directories.
   cmake --preset release -DCMAKE_INSTALL_PREFIX=/usr >/dev/null
   cmake --build --preset release --target "$@"
 }

@@ -1,4 +1,4 @@
-# The build machine's header-only libraries as a prefix of their own, without the rest of its headers.
+# Makes a prefix with the build machine's header-only libraries, without its other headers.
 set(headers "${CMAKE_BINARY_DIR}/headers")
 file(MAKE_DIRECTORY "${headers}/include" "${headers}/share/cmake")
 foreach(part include/boost include/fast_float include/CLI include/nlohmann

@@ -1,6 +1,6 @@
-# What the toolchain files of this folder share: Linux on another processor, with Debian's cross
-# compiler and emulator. They set the triplet and the emulator; with -DCMAKE_CXX_COMPILER=clang++
-# Clang uses the cross compiler's libraries.
+# Shared by the toolchain files for Linux on another processor, which set the triplet and the emulator:
+# Debian's cross compiler and QEMU. With -DCMAKE_CXX_COMPILER=clang++, Clang uses the libraries of the
+# cross compiler.
 set(CMAKE_SYSTEM_NAME Linux)
 if(NOT CMAKE_CXX_COMPILER)
   set(CMAKE_CXX_COMPILER "${triplet}-g++")

@@ -1,4 +1,4 @@
-# WebAssembly by Emscripten, each program one JavaScript file that Node runs.
+# WebAssembly with Emscripten. Each program is one JavaScript file that Node runs.
 include(/usr/share/emscripten/cmake/Modules/Platform/Emscripten.cmake)
 set(CMAKE_CXX_FLAGS_INIT -fexceptions)
 set(CMAKE_EXE_LINKER_FLAGS_INIT -sSINGLE_FILE=1)
