@@ -13,12 +13,16 @@
 #include <cstddef>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string_view>
+#include <tuple>
+#include <type_traits>
 #include <utility>
 
 namespace mezzo::test {
 
 using plinth::UTF16String;
+using plinth::utility::Guid;
 using utility::BeatInfo;
 
 std::string Quoted(const UTF16String& inText) {
@@ -31,31 +35,36 @@ std::string Joined(const Fields& inFields) {
   return line;
 }
 
-std::int32_t Arguments::SampleRate() {
-  return Int32({0, 1, 8000, 11025, 44100, 47952, 48000, 48000, 88200, 96000, 192000});
-}
+// ------------------------------------------------------------------------------- Usual arguments
 
-std::int32_t Arguments::FrameRate() {
-  return Int32({0, 10, 24, 25, 30, 30, 30, 50, 60, 60, 100, 120, 1000});
-}
+const Usual kSampleRates{{0, 1, 8000, 11025, 44100, 47952, 48000, 48000, 88200, 96000, 192000}};
+const Usual kExactRates{{44100.0, 48000.0, 88288.2, 192000.0}};
+const Usual kFrameRates{{0, 10, 24, 25, 30, 30, 30, 50, 60, 60, 100, 120, 1000}};
+const Usual kClockForms{{},
+                        {"#:#:#:#", "#;#;#;#", "#:#:#.#", "#:#:#:#.#", "#:#", "#", "#.#", ".#",
+                         "-#:#:#", "#:#:#:#:#", "#:#."}};
+const Usual kMusicalForms{{},
+                          {"#:#.#", "#:#.#.#", "#:#", "#", "-#:#.#", "#.#", " +#:-#.#", "#.#e#"}};
 
 BeatInfo Arguments::Beats() {
-  BeatInfo beats{};
-  beats.iTicksPerBeat = Int32({-1, -1, 1, 10, 96, 480, 960, 960, 1920});
-  beats.dTempo = Double({60.0, 120.0, 120.0, 125.5, 87.98329390408782});
-  beats.iBeatsPerBar = Int32({1, 2, 3, 4, 4, 5, 6, 7});
-  beats.iBeatUnit = Int32({1, 2, 4, 4, 8, 16});
-  beats.dOffsetMs = Double({0.0, 0.0, 500.0, -1234.5678});
-  return beats;
+  static const Usual sTicks{{-1, -1, 1, 10, 96, 480, 960, 960, 1920}},
+      sBar{{1, 2, 3, 4, 4, 5, 6, 7}}, sTempo{{60.0, 120.0, 120.0, 125.5, 87.98329390408782}},
+      sUnit{{1, 2, 4, 4, 8, 16}}, sOffset{{0.0, 0.0, 500.0, -1234.5678}};
+  return {Int32(sTicks), Double(sTempo), Int32(sBar), Int32(sUnit), Double(sOffset)};
+}
+
+bool Arguments::Flag() {
+  static const Usual sBits{{0, 1}};
+  return (Int32(sBits) & 1) != 0;
 }
 
 // ----------------------------------------------------------------------------- Drawing arguments
 
-std::int64_t DrawnArguments::Integer(int inBits, Usual inUsual) {
+std::int64_t DrawnArguments::Integer(int inBits, const Usual& inUsual) {
   const auto draw = [&]() -> std::uint64_t {
     const std::uint64_t kind = fIsTame ? 2 : Below(8);
-    if (kind > 1 && inUsual.size() != 0) {
-      return static_cast<std::uint64_t>(inUsual.begin()[Below(inUsual.size())]);
+    if (const auto& usual = inUsual.numbers; kind > 1 && !usual.empty()) {
+      return static_cast<std::uint64_t>(static_cast<std::int64_t>(usual[Below(usual.size())]));
     }
     if (kind == 0) {  // beside zero and both ends
       const std::uint64_t smallest = std::uint64_t{1} << (inBits - 1);
@@ -69,14 +78,15 @@ std::int64_t DrawnArguments::Integer(int inBits, Usual inUsual) {
   };
   auto value = static_cast<std::int64_t>(draw());
   if (inBits == 32) value = static_cast<std::int32_t>(value);
-  if (fTrace != nullptr) fTrace->push_back(std::to_string(value));
+  if (trace != nullptr) trace->push_back(std::to_string(value));
   return value;
 }
 
-double DrawnArguments::Double(std::initializer_list<double> inUsual) {
+double DrawnArguments::Double(const Usual& inUsual) {
   const auto draw = [&] {
     const std::uint64_t kind = fIsTame ? 4 : Below(8);
-    if (kind > 3 && inUsual.size() != 0) return inUsual.begin()[Below(inUsual.size())];
+    if (const auto& usual = inUsual.numbers; kind > 3 && !usual.empty())
+      return usual[Below(usual.size())];
     if (kind == 0) return __builtin_bit_cast(double, fBits());
     if (kind == 1) {  // zeros, denormals, one, infinities, not a number, each with both signs
       const std::uint64_t specials[] = {0, 1, 0x3ff0000000000000, 0x7ff0000000000000,
@@ -89,10 +99,10 @@ double DrawnArguments::Double(std::initializer_list<double> inUsual) {
     return static_cast<double>(numerator) / 1024.0;
   };
   const double value = draw();
-  if (fTrace != nullptr) {
+  if (trace != nullptr) {
     char text[40];
     std::snprintf(text, sizeof text, "%a", value);
-    fTrace->push_back(text);
+    trace->push_back(text);
   }
   return value;
 }
@@ -111,7 +121,7 @@ UTF16String DrawnArguments::Digits(std::uint64_t inMost) {
   return digits;
 }
 
-UTF16String DrawnArguments::AnyText(const Forms& inForms) {
+UTF16String DrawnArguments::AnyText(const Usual& inUsual) {
   const std::uint64_t kind = Below(16);
   UTF16String text;
   if (kind == 0) return text;
@@ -120,7 +130,7 @@ UTF16String DrawnArguments::AnyText(const Forms& inForms) {
     for (std::uint64_t left = Below(40); left > 0; --left) text += Unit();
     return text;
   }
-  for (const char unit : inForms[Below(inForms.size())]) {
+  for (const char unit : inUsual.forms[Below(inUsual.forms.size())]) {
     if (unit == '#') {
       text += Digits(Below(8) == 0 ? 12 : 2);
     } else {
@@ -136,294 +146,254 @@ UTF16String DrawnArguments::AnyText(const Forms& inForms) {
   return text;
 }
 
-UTF16String DrawnArguments::Text(const Forms& inForms) {
-  UTF16String text = AnyText(inForms);
-  if (fTrace != nullptr) fTrace->push_back(Quoted(text));
+UTF16String DrawnArguments::Text(const Usual& inUsual) {
+  UTF16String text = AnyText(inUsual);
+  if (trace != nullptr) trace->push_back(Quoted(text));
   return text;
+}
+
+// --------------------------------------------------------------------------- Calls of any function
+
+namespace {
+
+template <class Value>
+Value Draw(Arguments& ioFrom, const Usual& inUsual, bool inIsOutput) {
+  constexpr std::int64_t kOldSamples = -7070707070707070707;
+  if constexpr (std::is_same_v<Value, UTF16String>) {
+    return inIsOutput ? ioFrom.oldText : ioFrom.Text(inUsual);
+  } else if constexpr (std::is_same_v<Value, std::int64_t>) {
+    return inIsOutput ? kOldSamples : ioFrom.Integer(64, inUsual);
+  } else if constexpr (std::is_same_v<Value, bool>) {
+    return ioFrom.Flag();
+  } else if constexpr (std::is_floating_point_v<Value>) {
+    return static_cast<Value>(ioFrom.Double(inUsual));
+  } else if constexpr (std::is_same_v<Value, BeatInfo>) {
+    return ioFrom.Beats();
+  } else if constexpr (std::is_same_v<Value, std::optional<BeatInfo>>) {
+    const bool isThere = ioFrom.Flag();
+    const BeatInfo beats = ioFrom.Beats();
+    return isThere ? Value(beats) : std::nullopt;
+  } else if constexpr (std::is_same_v<Value, std::optional<int>>) {
+    return ioFrom.Flag() ? std::nullopt : Value(0);
+  } else {
+    return static_cast<Value>(ioFrom.Int32(inUsual));
+  }
+}
+
+template <class Value>
+std::string Field(const Value& inValue) {
+  if constexpr (std::is_same_v<Value, UTF16String>) {
+    return Quoted(inValue);
+  } else if constexpr (std::is_same_v<Value, Guid>) {
+    return Shown(inValue.AsString());
+  } else if constexpr (std::is_same_v<Value, std::optional<int>>) {
+    return inValue ? std::to_string(*inValue) : "null";
+  } else {
+    return std::to_string(inValue);
+  }
+}
+
+/// What a call passes for a parameter; behind a pointer there may be nothing.
+template <class Parameter>
+class Argument {
+ public:
+  Argument(Arguments& ioFrom, const Usual& inUsual)
+      : fValue(Draw<Value>(ioFrom, inUsual, kIsOutput)) {}
+
+  Parameter Pass() {
+    if constexpr (std::is_pointer_v<Parameter>) {
+      return fValue ? &*fValue : nullptr;
+    } else {
+      return std::forward<Parameter>(fValue);
+    }
+  }
+  void AddTo(Fields& ioOutputs) const {
+    if constexpr (kIsOutput) ioOutputs.push_back(Field(fValue));
+  }
+
+ private:
+  using Bare = std::remove_cvref_t<Parameter>;
+  using Value =
+      std::conditional_t<std::is_pointer_v<Bare>,
+                         std::optional<std::remove_cv_t<std::remove_pointer_t<Bare>>>, Bare>;
+  static constexpr bool kIsOutput =
+      std::is_same_v<Parameter, int*> ||
+      (std::is_lvalue_reference_v<Parameter> && std::is_same_v<Parameter, Bare&>);
+
+  Value fValue;
+};
+
+/// \param inUsual one for each parameter; nothing is usual for those left out.
+template <class Result, class... Parameters>
+ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
+                      const Usual (&inUsual)[sizeof...(Parameters)], bool inIsPure = true) {
+  const std::vector<Usual> usual(std::begin(inUsual), std::end(inUsual));
+  const auto results = [=](Arguments&& from, const Surround& surround) {
+    auto next = usual.begin();
+    std::tuple<Argument<Parameters>...> arguments{Argument<Parameters>(from, *next++)...};
+    const auto call = [&] {
+      return std::apply([&](auto&... each) { return inFunction(each.Pass()...); }, arguments);
+    };
+    Fields fields;
+    if constexpr (std::is_void_v<Result>) {
+      surround(call);
+      fields = {"void"};
+    } else {
+      Result result{};
+      surround([&] { result = call(); });
+      fields = {Field(result)};
+    }
+    std::apply([&](auto&... each) { (each.AddTo(fields), ...); }, arguments);
+    return fields;
+  };
+  return {inName, results, inIsPure};
+}
+
+// ----------------------------------------------------------- Functions with something around them
+
+/// Compares a record with one that differs in at most one field.
+template <class Compare>
+bool CompareBeats(const BeatInfo& inLeft, const BeatInfo& inOther, std::int32_t inField) {
+  BeatInfo right = inLeft;
+  if (inField == 1) right.iTicksPerBeat = inOther.iTicksPerBeat;
+  if (inField == 2) right.dTempo = inOther.dTempo;
+  if (inField == 3) right.iBeatsPerBar = inOther.iBeatsPerBar;
+  if (inField == 4) right.iBeatUnit = inOther.iBeatUnit;
+  if (inField == 5) right.dOffsetMs = inOther.dOffsetMs;
+  return Compare()(inLeft, right);
+}
+
+template <bool (*kQuery)()>
+bool InState(std::int32_t inState) {
+  plinth::appstatemanager::SetState(inState);
+  return kQuery();
+}
+
+/// Counts deactivations and, in thousands, activations that a slot sees. It owns its count: another
+/// thread's firing may still call it when its connection is gone.
+template <class Fire>
+std::int64_t CountActivations(const Fire& inFire) {
+  const auto count = std::make_shared<std::atomic<int>>(0);
+  const boost::signals2::scoped_connection slot = utility::GetAppActivatedSignal().connect(
+      [count](bool activated) { *count += activated ? 1000 : 1; });
+  inFire();
+  return *count;
+}
+
+std::int64_t FireSignal(bool inActivated) {
+  return CountActivations([=] { utility::GetAppActivatedSignal()(inActivated); });
+}
+
+void Notify(bool inActivated, std::int64_t& outCount) {
+  outCount = CountActivations([=] { utility::NotifyAppActivated(inActivated); });
+}
+
+bool DisableErrorHandling(std::int32_t inEntry) {
+  static constexpr std::string_view kKey = "mezzo.debug.DisableErrorHandling";
+  static constexpr std::string_view kTexts[] = {"true", "false", "True", "", "true "};
+  const auto text = kTexts[static_cast<std::uint32_t>(inEntry) % std::size(kTexts)];
+  plinth::debug::DebugDatabase::Instance().SetEntry({kKey.begin(), kKey.end()},
+                                                    {text.begin(), text.end()});
+  return debug::DisableErrorHandling();
 }
 
 // ------------------------------------------------------------------------------------- The table
 
-namespace {
-
-constexpr std::int64_t kOldSamples = -7070707070707070707;
-
-const Forms kClockForms{"#:#:#:#", "#;#;#;#", "#:#:#.#", "#:#:#:#.#", "#:#", "#",
-                        "#.#",     ".#",      "-#:#:#",  "#:#:#:#:#", "#:#."};
-const Forms kMusicalForms{"#:#.#", "#:#.#.#", "#:#", "#", "-#:#.#", "#.#", " +#:-#.#", "#.#e#"};
-
-utility::TimecodeFormat Format(Arguments& ioArgs) {
-  return static_cast<utility::TimecodeFormat>(
-      ioArgs.Int32({0, 1, 2, 3, 4, 5, 5, 6, 6, 7, 8, 9, 10, 11, 11, 12, 13, 14, -1, 15, 16, -2}));
-}
-
-std::string Truth(bool inValue) {
-  return inValue ? "1" : "0";
-}
-
-template <class Compare>
-Fields CompareBeats(Arguments& ioArgs) {
-  const BeatInfo left = ioArgs.Beats();
-  const BeatInfo other = ioArgs.Beats();
-  BeatInfo right = left;
-  const std::int32_t field = ioArgs.Int32({0, 1, 2, 3, 4, 5, 6});
-  if (field == 1) right.iTicksPerBeat = other.iTicksPerBeat;
-  if (field == 2) right.dTempo = other.dTempo;
-  if (field == 3) right.iBeatsPerBar = other.iBeatsPerBar;
-  if (field == 4) right.iBeatUnit = other.iBeatUnit;
-  if (field == 5) right.dOffsetMs = other.dOffsetMs;
-  return {Truth(ioArgs.Make([&] { return Compare()(left, right); }))};
-}
-
-Fields SamplesToTimecodeByFlags(Arguments& ioArgs) {
-  UTF16String text = ioArgs.oldText;
-  const auto samples = ioArgs.Int64();
-  const auto rate = ioArgs.SampleRate();
-  const auto fps = ioArgs.FrameRate();
-  bool flags[7];
-  for (bool& flag : flags) flag = ioArgs.Flag();
-  const bool result = ioArgs.Make([&] {
-    return utility::ConvertSamplesToTimecode(text, samples, rate, fps, flags[0], flags[1], flags[2],
-                                             flags[3], flags[4], flags[5], flags[6]);
-  });
-  return {Truth(result), Quoted(text)};
-}
-
-Fields SamplesToTimecodeByFormat(Arguments& ioArgs) {
-  UTF16String text = ioArgs.oldText;
-  const auto samples = ioArgs.Int64();
-  const auto rate = ioArgs.SampleRate();
-  const auto format = Format(ioArgs);
-  const auto fps = ioArgs.FrameRate();
-  const bool hasBeats = ioArgs.Flag();
-  const BeatInfo beats = ioArgs.Beats();
-  const bool isDuration = ioArgs.Flag();
-  const bool result = ioArgs.Make([&] {
-    return utility::ConvertSamplesToTimecode(text, samples, rate, format, fps,
-                                             hasBeats ? &beats : nullptr, isDuration);
-  });
-  return {Truth(result), Quoted(text)};
-}
-
-Fields SamplesToDecimalTimecode(Arguments& ioArgs) {
-  UTF16String text = ioArgs.oldText;
-  const auto samples = ioArgs.Int64();
-  const auto rate = ioArgs.SampleRate();
-  const bool wholeSeconds = ioArgs.Flag();
-  const auto result = ioArgs.Make(
-      [&] { utility::ConvertSamplesToDecimalTimecode(text, samples, rate, wholeSeconds); });
-  return {result, Quoted(text)};
-}
-
-Fields SamplesToBarsAndBeats(Arguments& ioArgs) {
-  UTF16String text = ioArgs.oldText;
-  const double samples = ioArgs.Double({});
-  const double rate = ioArgs.Double({44100.0, 48000.0, 88288.2, 192000.0});
-  const BeatInfo beats = ioArgs.Beats();
-  const bool isDuration = ioArgs.Flag();
-  const int precision = ioArgs.Int32({-1, 0, 1, 2, 2, 3, 3, 4});
-  const bool result = ioArgs.Make([&] {
-    return utility::ConvertSamplesToBarsAndBeats(text, samples, rate, beats, isDuration, precision);
-  });
-  return {Truth(result), Quoted(text)};
-}
-
-Fields SamplesToBeats(Arguments& ioArgs) {
-  UTF16String text = ioArgs.oldText;
-  const auto samples = ioArgs.Int64();
-  const auto rate = ioArgs.SampleRate();
-  const double tempo = ioArgs.Double({60.0, 120.0, 125.5});
-  const auto result =
-      ioArgs.Make([&] { utility::ConvertSamplesToBeats(text, samples, rate, tempo); });
-  return {result, Quoted(text)};
-}
-
-Fields TimecodeToSamplesByRate(Arguments& ioArgs) {
-  std::int64_t samples = kOldSamples;
-  const UTF16String text = ioArgs.Text(kClockForms);
-  const auto rate = ioArgs.SampleRate();
-  const auto fps = ioArgs.FrameRate();
-  const bool pulldown = ioArgs.Flag();
-  const bool dropFrame = ioArgs.Flag();
-  const bool result = ioArgs.Make([&] {
-    return utility::ConvertTimecodeToSamples(samples, text, rate, fps, pulldown, dropFrame);
-  });
-  return {Truth(result), std::to_string(samples)};
-}
-
-Fields TimecodeToSamplesByFormat(Arguments& ioArgs) {
-  std::int64_t samples = kOldSamples;
-  const UTF16String text = ioArgs.Text(kClockForms);
-  const auto format = Format(ioArgs);
-  const auto rate = ioArgs.SampleRate();
-  const auto fps = ioArgs.FrameRate();
-  const bool hasBeats = ioArgs.Flag();
-  BeatInfo beats = ioArgs.Beats();
-  const bool isDuration = ioArgs.Flag();
-  const bool result = ioArgs.Make([&] {
-    return utility::ConvertTimecodeToSamples(samples, text, format, rate, fps,
-                                             hasBeats ? &beats : nullptr, isDuration);
-  });
-  return {Truth(result), std::to_string(samples)};
-}
-
-Fields BarsAndBeatsToSamples(Arguments& ioArgs) {
-  const UTF16String text = ioArgs.Text(kMusicalForms);
-  const double rate = ioArgs.Double({44100.0, 48000.0, 88288.2, 192000.0});
-  const BeatInfo beats = ioArgs.Beats();
-  const bool isDuration = ioArgs.Flag();
-  return {std::to_string(ioArgs.Make(
-      [&] { return utility::ConvertBarsAndBeatsToSamples(text, rate, beats, isDuration); }))};
-}
-
-Fields DropFrameLabel(Arguments& ioArgs) {
-  const auto count = ioArgs.Int64();
-  const auto fps = ioArgs.Int32({30, 60});
-  std::uint32_t label[4];
-  for (auto& field : label) field = static_cast<std::uint32_t>(ioArgs.Int32({0}));
-  const auto result = ioArgs.Make(
-      [&] { utility::DropFrameToHMSF(count, fps, label[0], label[1], label[2], label[3]); });
-  Fields fields{result};
-  for (const auto field : label) fields.push_back(std::to_string(field));
-  return fields;
-}
-
-Fields NoteString(Arguments& ioArgs) {
-  UTF16String text = ioArgs.oldText;
-  const int note = ioArgs.Int32({-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13});
-  const int octave = ioArgs.Int32({-1, 0, 1, 4, 8, 9, 10});
-  const bool flatOnly = ioArgs.Flag();
-  const auto result = ioArgs.Make([&] { utility::GetNoteString(text, note, octave, flatOnly); });
-  return {result, Quoted(text)};
-}
-
-Fields NoteFromFrequency(Arguments& ioArgs) {
-  const auto frequency = static_cast<float>(
-      ioArgs.Double({13.75, 27.5, 55.0, 261.63, 440.0, 452.8929, 860.0, 14080.0, 28160.0}));
-  const bool isNull = ioArgs.Flag();
-  int octave = 0;
-  const int note = ioArgs.Make(
-      [&] { return utility::GetNoteFromFrequency(frequency, isNull ? nullptr : &octave); });
-  return {std::to_string(note), isNull ? "null" : std::to_string(octave)};
-}
-
-Fields HandlerID(Arguments& ioArgs) {
-  const auto index = static_cast<utility::NativePluginIndex>(
-      ioArgs.Int32({-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19}));
-  const auto id = ioArgs.Make([&] { return utility::GetNativeHandlerID(index); });
-  return {Shown(id.AsString())};
+/// Every whole number from the first to the last.
+Usual Range(std::int64_t inFirst, std::int64_t inLast) {
+  Usual range;
+  for (; inFirst <= inLast; ++inFirst) range.numbers.push_back(static_cast<double>(inFirst));
+  return range;
 }
 
 /// Every identifier in each of its forms, upper case included.
-const Forms& IdentifierForms() {
-  static const Forms sForms = [] {
-    Forms forms;
-    for (int index = 0; index < 19; ++index) {
-      const auto id = utility::GetNativeHandlerID(static_cast<utility::NativePluginIndex>(index));
-      std::string text = Shown(id.AsString());
-      forms.push_back(text);
-      forms.push_back('{' + text + '}');
-      for (char& unit : text) unit = unit >= 'a' ? static_cast<char>(unit - 0x20) : unit;
-      forms.push_back(text);
-      std::erase(text, '-');
-      forms.push_back(text);
-    }
-    return forms;
-  }();
-  return sForms;
+Usual IdentifierForms() {
+  Usual usual;
+  for (int index = 0; index < 19; ++index) {
+    const auto id = utility::GetNativeHandlerID(static_cast<utility::NativePluginIndex>(index));
+    const std::string text = Shown(id.AsString());
+    std::string upper = text;
+    for (char& unit : upper) unit = unit >= 'a' ? static_cast<char>(unit - 0x20) : unit;
+    std::string bare = upper;
+    std::erase(bare, '-');
+    usual.forms.insert(usual.forms.end(), {text, '{' + text + '}', upper, bare});
+  }
+  return usual;
 }
 
-const Forms kNames{
-    "RuvoAiff",          "RuvoApe",      "RuvoAT",    "DLMS",       "Dolby",        "ImporterHost",
-    "RuvoLSF",           "RuvoMF",       "RuvoMP2",   "RuvoMP3",    "RuvoQT",       "RuvoTwoLame",
-    "RuvoWav",           "FinalCutXML",  "LegacyXML", "OmfSession", "DocketNative", "ruvowav",
-    "KinoraInterchange", "KinodocNative"};
-
-template <bool (*kTranslate)(UTF16String, UTF16String&)>
-Fields Translate(Arguments& ioArgs, const Forms& inForms) {
-  UTF16String output = ioArgs.oldText;
-  UTF16String input = ioArgs.Text(inForms);
-  const bool result = ioArgs.Make([&] { return kTranslate(std::move(input), output); });
-  return {Truth(result), Quoted(output)};
+std::vector<ExportedCall> Table() {
+  using namespace utility;
+  const Usual none, tempos{{60.0, 120.0, 125.5}}, beatFields = Range(0, 6), states = Range(-1, 6);
+  const Usual formats{{0, 1, 2, 3, 4, 5, 5, 6, 6, 7, 8, 9, 10, 11, 11, 12, 13, 14, -1, 15, 16, -2}};
+  const Usual names{{}, {"RuvoAiff",
+                         "RuvoApe",
+                         "RuvoAT",
+                         "DLMS",
+                         "Dolby",
+                         "ImporterHost",
+                         "RuvoLSF",
+                         "RuvoMF",
+                         "RuvoMP2",
+                         "RuvoMP3",
+                         "RuvoQT",
+                         "RuvoTwoLame",
+                         "RuvoWav",
+                         "FinalCutXML",
+                         "LegacyXML",
+                         "OmfSession",
+                         "DocketNative",
+                         "ruvowav",
+                         "KinoraInterchange",
+                         "KinodocNative"}};
+  const Usual frequencies{{13.75, 27.5, 55.0, 261.63, 440.0, 452.8929, 860.0, 14080.0, 28160.0}};
+  constexpr bool kImpure = false;
+  return {
+      Describe("operator==", CompareBeats<std::equal_to<>>, {none, none, beatFields}),
+      Describe("operator!=", CompareBeats<std::not_equal_to<>>, {none, none, beatFields}),
+      Describe<bool, UTF16String&, std::int64_t, std::int32_t, std::int32_t>(
+          "ConvertSamplesToTimecode-flags", ConvertSamplesToTimecode,
+          {none, none, kSampleRates, kFrameRates}),
+      Describe<bool, UTF16String&, std::int64_t, std::int32_t, TimecodeFormat>(
+          "ConvertSamplesToTimecode-format", ConvertSamplesToTimecode,
+          {none, none, kSampleRates, formats, kFrameRates}),
+      Describe("ConvertSamplesToDecimalTimecode", ConvertSamplesToDecimalTimecode,
+               {none, none, kSampleRates}),
+      Describe("ConvertSamplesToBarsAndBeats", ConvertSamplesToBarsAndBeats,
+               {none, none, kExactRates, none, none, {{-1, 0, 1, 2, 2, 3, 3, 4}}}),
+      Describe("ConvertSamplesToBeats", ConvertSamplesToBeats, {none, none, kSampleRates, tempos}),
+      Describe<bool, std::int64_t&, const UTF16String&, std::int32_t>(
+          "ConvertTimecodeToSamples-rate", ConvertTimecodeToSamples,
+          {none, kClockForms, kSampleRates, kFrameRates}),
+      Describe<bool, std::int64_t&, const UTF16String&, TimecodeFormat>(
+          "ConvertTimecodeToSamples-format", ConvertTimecodeToSamples,
+          {none, kClockForms, formats, kSampleRates, kFrameRates}),
+      Describe("ConvertBarsAndBeatsToSamples", ConvertBarsAndBeatsToSamples,
+               {kMusicalForms, kExactRates}),
+      Describe("DropFrameToHMSF", DropFrameToHMSF, {none, {{30, 60}}, {{0}}, {{0}}, {{0}}, {{0}}}),
+      Describe("GetNoteString", GetNoteString, {none, Range(-1, 13), {{-1, 0, 1, 4, 8, 9, 10}}}),
+      Describe("GetNoteFromFrequency", GetNoteFromFrequency, {frequencies}),
+      Describe("SupportsFlatSymbol", InState<SupportsFlatSymbol>, {states}),
+      Describe("SupportsSharpSymbol", InState<SupportsSharpSymbol>, {states}),
+      Describe("GetNativeHandlerID", GetNativeHandlerID, {Range(-1, 19)}),
+      Describe("TranslateToHumanReadableMediaHandler", TranslateToHumanReadableMediaHandler,
+               {IdentifierForms()}),
+      Describe("TranslateFromHumanReadableMediaHandler", TranslateFromHumanReadableMediaHandler,
+               {names}),
+      Describe("IsInitialized", InState<IsInitialized>, {states}, kImpure),
+      Describe("IsEventLoopRunning", InState<IsEventLoopRunning>, {states}, kImpure),
+      Describe("WillTerminate", InState<WillTerminate>, {states}, kImpure),
+      Describe("IsTerminating", InState<IsTerminating>, {states}, kImpure),
+      Describe("GetAppActivatedSignal", FireSignal, {none}, kImpure),
+      Describe("NotifyAppActivated", Notify, {none}, kImpure),
+      Describe("DisableErrorHandling", DisableErrorHandling, {Range(0, 4)}, kImpure),
+  };
 }
-
-template <bool (*kQuery)()>
-Fields Query(Arguments& ioArgs) {
-  plinth::appstatemanager::SetState(ioArgs.Int32({-1, 0, 1, 2, 3, 4, 5, 6}));
-  return {Truth(ioArgs.Make(kQuery))};
-}
-
-/// Connects a slot that counts deactivations and, in thousands, activations. It owns its count:
-/// another thread's firing may still call it when its connection is gone.
-auto ConnectCounter(boost::signals2::signal<void(bool)>& ioSignal) {
-  auto count = std::make_shared<std::atomic<int>>(0);
-  boost::signals2::scoped_connection slot =
-      ioSignal.connect([count](bool activated) { *count += activated ? 1000 : 1; });
-  return std::pair(std::move(slot), std::move(count));
-}
-
-Fields ActivatedSignal(Arguments& ioArgs) {
-  auto* const signal = ioArgs.Make([] { return &utility::GetAppActivatedSignal(); });
-  if (signal == nullptr) return {"null"};
-  const auto [slot, count] = ConnectCounter(*signal);
-  (*signal)(ioArgs.Flag());
-  return {std::to_string(*count)};
-}
-
-Fields Notify(Arguments& ioArgs) {
-  const auto [slot, count] = ConnectCounter(utility::GetAppActivatedSignal());
-  const bool activated = ioArgs.Flag();
-  const auto result = ioArgs.Make([&] { utility::NotifyAppActivated(activated); });
-  return {result, std::to_string(*count)};
-}
-
-Fields DisableErrorHandling(Arguments& ioArgs) {
-  static constexpr std::string_view kKey = "mezzo.debug.DisableErrorHandling";
-  const std::string texts[] = {"true", "false", "True", "", "true "};
-  const auto& text = texts[static_cast<std::uint32_t>(ioArgs.Int32({0, 1, 2, 3, 4})) % 5];
-  plinth::debug::DebugDatabase::Instance().SetEntry({kKey.begin(), kKey.end()},
-                                                    {text.begin(), text.end()});
-  return {Truth(ioArgs.Make(debug::DisableErrorHandling))};
-}
-
-const ExportedCall kCalls[] = {
-    {"operator==", CompareBeats<std::equal_to<>>},
-    {"operator!=", CompareBeats<std::not_equal_to<>>},
-    {"ConvertSamplesToTimecode-flags", SamplesToTimecodeByFlags},
-    {"ConvertSamplesToTimecode-format", SamplesToTimecodeByFormat},
-    {"ConvertSamplesToDecimalTimecode", SamplesToDecimalTimecode},
-    {"ConvertSamplesToBarsAndBeats", SamplesToBarsAndBeats},
-    {"ConvertSamplesToBeats", SamplesToBeats},
-    {"ConvertTimecodeToSamples-rate", TimecodeToSamplesByRate},
-    {"ConvertTimecodeToSamples-format", TimecodeToSamplesByFormat},
-    {"ConvertBarsAndBeatsToSamples", BarsAndBeatsToSamples},
-    {"DropFrameToHMSF", DropFrameLabel},
-    {"GetNoteString", NoteString},
-    {"GetNoteFromFrequency", NoteFromFrequency},
-    {"SupportsFlatSymbol", Query<utility::SupportsFlatSymbol>},
-    {"SupportsSharpSymbol", Query<utility::SupportsSharpSymbol>},
-    {"GetNativeHandlerID", HandlerID},
-    {"TranslateToHumanReadableMediaHandler",
-     [](Arguments& ioArgs) {
-       return Translate<utility::TranslateToHumanReadableMediaHandler>(ioArgs, IdentifierForms());
-     }},
-    {"TranslateFromHumanReadableMediaHandler",
-     [](Arguments& ioArgs) {
-       return Translate<utility::TranslateFromHumanReadableMediaHandler>(ioArgs, kNames);
-     }},
-    {"IsInitialized", Query<utility::IsInitialized>, false},
-    {"IsEventLoopRunning", Query<utility::IsEventLoopRunning>, false},
-    {"WillTerminate", Query<utility::WillTerminate>, false},
-    {"IsTerminating", Query<utility::IsTerminating>, false},
-    {"GetAppActivatedSignal", ActivatedSignal, false},
-    {"NotifyAppActivated", Notify, false},
-    {"DisableErrorHandling", DisableErrorHandling, false},
-};
 
 }  // namespace
 
-std::span<const ExportedCall> ExportedCalls() {
-  return kCalls;
+const std::vector<ExportedCall>& ExportedCalls() {
+  static const std::vector<ExportedCall> sCalls = Table();
+  return sCalls;
 }
 
 }  // namespace mezzo::test

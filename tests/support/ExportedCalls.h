@@ -1,5 +1,5 @@
-// Every exported function in one table: what its arguments may be, how it is called, and its
-// results as text. Digests, fault injection, threads and fuzzing all walk this table.
+// Every exported function in one table. Vectors, digests, fault injection, threads and fuzzing all
+// walk it: they differ in where arguments come from and in what surrounds a call.
 #pragma once
 
 #include <Utility/TimeConversionUtils.h>
@@ -8,16 +8,14 @@
 
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
-#include <span>
+#include <ostream>
 #include <string>
-#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace mezzo::test {
 
 using Fields = std::vector<std::string>;
-using Forms = std::vector<std::string>;
 
 /// The one generator of the tests: the same bits on every platform.
 class SplitMix64 {
@@ -35,78 +33,76 @@ class SplitMix64 {
   std::uint64_t fState;
 };
 
-/// Where the arguments of a call come from, and what surrounds the call. The usual values of an
-/// argument are a hint for sources that make arguments up.
+/// What a parameter usually gets, for sources that make arguments up.
+struct Usual {
+  std::vector<double> numbers{};
+  std::vector<std::string> forms{};  ///< of a text; "#" stands for a number
+};
+
+extern const Usual kSampleRates, kExactRates, kFrameRates, kClockForms, kMusicalForms;
+
+/// Where arguments come from.
 class Arguments {
  public:
   virtual ~Arguments() = default;
 
-  using Usual = std::initializer_list<std::int64_t>;
-  std::int32_t Int32(Usual inUsual) { return static_cast<std::int32_t>(Integer(32, inUsual)); }
-  std::int64_t Int64() { return Integer(64, {}); }
-  bool Flag() { return (Integer(32, {0, 1}) & 1) != 0; }
-  std::int32_t SampleRate();
-  std::int32_t FrameRate();
+  virtual std::int64_t Integer(int inBits, const Usual& inUsual = {}) = 0;
+  virtual double Double(const Usual& inUsual = {}) = 0;
+  virtual plinth::UTF16String Text(const Usual& inUsual) = 0;
+
+  std::int32_t Int32(const Usual& inUsual) {
+    return static_cast<std::int32_t>(Integer(32, inUsual));
+  }
+  bool Flag();
   utility::BeatInfo Beats();
-  virtual double Double(std::initializer_list<double> inUsual) = 0;
+
   /// What a text holds before a call replaces it.
   plinth::UTF16String oldText = u"keep";
-  /// In a form, "#" stands for a number.
-  virtual plinth::UTF16String Text(const Forms& inForms) = 0;
-
-  /// Makes the call; where that throws std::bad_alloc, a source may answer a result of zero.
-  template <class Call>
-  auto Make(const Call& inCall) {
-    using Result = std::invoke_result_t<const Call&>;
-    if constexpr (std::is_void_v<Result>) {
-      Surround(std::ref(inCall));
-      return "void";
-    } else {
-      Result result{};
-      Surround([&] { result = inCall(); });
-      return result;
-    }
-  }
-
- protected:
-  virtual std::int64_t Integer(int inBits, Usual inUsual) = 0;
-  virtual void Surround(const std::function<void()>& inCall) { inCall(); }
 };
 
-/// Draws arguments from the documented domain and far outside it: the same ones for a seed on every
-/// platform and with every standard library.
+/// Draws arguments from the documented domain and far outside it: the same ones for the same bits
+/// on every platform and with every standard library.
 class DrawnArguments : public Arguments {
  public:
-  /// \param outTrace receives every argument, unless null.
-  explicit DrawnArguments(std::uint64_t inSeed, Fields* outTrace = nullptr)
-      : fBits(inSeed), fIsTame(inSeed % 2 == 0), fTrace(outTrace) {}
+  using Bits = std::function<std::uint64_t()>;
 
-  double Double(std::initializer_list<double> inUsual) override;
-  plinth::UTF16String Text(const Forms& inForms) override;
+  explicit DrawnArguments(std::uint64_t inSeed) : DrawnArguments(SplitMix64(inSeed), inSeed) {}
+  /// \param inSeed an even one draws nothing but usual values.
+  DrawnArguments(Bits inBits, std::uint64_t inSeed)
+      : fBits(std::move(inBits)), fIsTame(inSeed % 2 == 0) {}
 
- protected:
-  std::int64_t Integer(int inBits, Usual inUsual) override;
+  std::size_t Below(std::uint64_t inBound) { return static_cast<std::size_t>(fBits() % inBound); }
+  std::int64_t Integer(int inBits, const Usual& inUsual = {}) override;
+  double Double(const Usual& inUsual = {}) override;
+  plinth::UTF16String Text(const Usual& inUsual) override;
+
+  Fields* trace = nullptr;  ///< receives every argument
 
  private:
-  std::size_t Below(std::uint64_t inBound) { return static_cast<std::size_t>(fBits() % inBound); }
   char16_t Unit();
   plinth::UTF16String Digits(std::uint64_t inMost);
-  plinth::UTF16String AnyText(const Forms& inForms);
+  plinth::UTF16String AnyText(const Usual& inUsual);
 
-  SplitMix64 fBits;
-  bool fIsTame;  // nothing but usual values
-  Fields* fTrace;
+  Bits fBits;
+  bool fIsTame;
 };
+
+/// Makes a call, or lets it be.
+using Surround = std::function<void(const std::function<void()>& inCall)>;
 
 struct ExportedCall {
-  const char* name;  ///< overloads carry a suffix behind "-"
-  /// Draws arguments, makes the call and gives the return value, then the outputs.
-  Fields (*call)(Arguments& ioArguments);
-  /// The result depends on arguments alone, not on what other threads do.
-  bool isPure = true;
+  std::string name;  ///< overloads carry a suffix behind "-"
+  /// Gives the return value, which is zero for a call that does not end, and the outputs.
+  std::function<Fields(Arguments&& ioFrom, const Surround& inSurround)> results;
+  bool isPure = true;  ///< the results depend on arguments alone, not on what other threads do
+
+  Fields Results(Arguments&& ioFrom) const {
+    return results(std::move(ioFrom), [](const auto& call) { call(); });
+  }
+  friend void PrintTo(const ExportedCall& inCall, std::ostream* outTo) { *outTo << inCall.name; }
 };
 
-std::span<const ExportedCall> ExportedCalls();
+const std::vector<ExportedCall>& ExportedCalls();
 
 /// A text as results show it.
 std::string Quoted(const plinth::UTF16String& inText);
@@ -115,7 +111,7 @@ std::string Quoted(const plinth::UTF16String& inText);
 std::string Joined(const Fields& inFields);
 
 /// A 64-bit FNV-1a hash of everything added to it.
-class Digest {
+class Hash {
  public:
   void Add(const std::string& inLine) {
     for (const char byte : inLine) Add(static_cast<unsigned char>(byte));
