@@ -1,9 +1,9 @@
 // The conversions against slow references: labels counted minute by minute, the grammar followed
-// step by step in copies of the text, exact positions in extended precision. The first byte chooses
-// a direction.
+// step by step in copies of the text, exact positions in extended precision. What is drawn first
+// chooses a direction.
 
+#include "../tests/support/ExportedCalls.h"
 #include "../tests/support/Text.h"
-#include "FuzzArguments.h"
 
 #include <plinth/debug/AssertDialog.h>
 
@@ -11,20 +11,27 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <limits>
-#include <vector>
 
 namespace mezzo::fuzz {
 namespace {
 
+using plinth::UTF16String;
+using test::DrawnArguments;
 using utility::BeatInfo;
 
 constexpr std::int64_t kLargestInt = std::numeric_limits<std::int32_t>::max();
 
+test::Fields sArguments;
+
 /// Ends the process when a result is not what the reference says.
 void Require(bool inHolds, const std::string& inActual, const std::string& inExpected) {
   if (inHolds) return;
-  std::fprintf(stderr, "result %s, reference %s\n", inActual.c_str(), inExpected.c_str());
+  std::fprintf(stderr, "%s\nresult %s, reference %s\n", test::Joined(sArguments).c_str(),
+               inActual.c_str(), inExpected.c_str());
   std::abort();
 }
 
@@ -45,19 +52,32 @@ std::string Written(const Write& inWrite) {
   return test::Shown(text);
 }
 
-std::string Padded(std::int64_t inValue, int inWidth) {
+std::string Padded(std::int64_t inValue, std::size_t inWidth) {
   const std::string digits = std::to_string(inValue);
-  return std::string(
-             static_cast<std::size_t>(std::max(0, inWidth - static_cast<int>(digits.size()))),
-             '0') +
-         digits;
+  return std::string(inWidth - std::min(inWidth, digits.size()), '0') + digits;
+}
+
+/// A text whose every unit is a byte; "x" stands for those that are no ASCII.
+std::string Bytes(const UTF16String& inText) {
+  std::string bytes;
+  for (const char16_t unit : inText)
+    bytes += unit < 0x80 && unit > 0 ? static_cast<char>(unit) : 'x';
+  return bytes;
+}
+
+/// The signed integer at the start of a text, saturated; 0 for none.
+std::int64_t LeadingInteger(const std::string& inText) {
+  std::string number = inText.substr(std::min(inText.find_first_not_of(" \t"), inText.size()));
+  const bool isSigned = !number.empty() && (number[0] == '-' || number[0] == '+');
+  number.resize(std::min(number.find_first_not_of("0123456789", isSigned ? 1 : 0), number.size()));
+  const long double value = std::strtold(number.c_str(), nullptr);
+  return static_cast<std::int64_t>(std::clamp<long double>(value, -kLargestInt - 1, kLargestInt));
 }
 
 // -------------------------------------------------------------------------------- Writing timecode
 
 std::string DropFrameLabel(std::int64_t inFrames, std::int64_t inFps) {
-  std::int64_t minute = 0;
-  std::int64_t frame = inFrames;
+  std::int64_t minute = 0, frame = inFrames;
   const auto dropped = [&] { return minute % 10 == 0 ? 0 : inFps / 15; };
   for (; frame >= 60 * inFps - dropped(); ++minute) frame -= 60 * inFps - dropped();
   frame += dropped();
@@ -65,135 +85,80 @@ std::string DropFrameLabel(std::int64_t inFrames, std::int64_t inFps) {
          ';' + Padded(frame % inFps, 2);
 }
 
-struct Display {
-  bool dropFrame, pulldown, framesOnly, noFrames, trimLeadingZeros, showSubframes, noHours;
-};
-
-std::string FieldLabel(std::int64_t inFrames, std::int64_t inFps, std::int64_t inHundredths,
-                       const Display& inDisplay) {
-  const std::int64_t seconds = inFrames / inFps;
-  const std::int64_t minutes = seconds / 60;
-  const int framesWidth = inFps <= 10 ? 1 : inFps <= 100 ? 2 : inFps <= 1000 ? 3 : 4;
-  std::vector<std::pair<std::int64_t, int>> fields{
-      {minutes / 60, 2}, {minutes % 60, 2}, {seconds % 60, 2}, {inFrames % inFps, framesWidth}};
-  if (inDisplay.noHours) fields.erase(fields.begin()), fields[0].first = minutes;
-  if (inDisplay.noFrames) fields.pop_back();
-  if (inDisplay.trimLeadingZeros) {
-    const std::size_t all = fields.size();
-    while (fields.size() > 1 && fields[0].first == 0) fields.erase(fields.begin());
-    const bool startsWithHours = fields.size() == all && !inDisplay.noHours;
-    const bool isSecondsAlone = fields.size() == 1 && inDisplay.noFrames;
-    if (!startsWithHours && !isSecondsAlone) fields[0].second = 1;
-  }
-  std::string text;
-  for (const auto& [value, width] : fields)
-    text += (text.empty() ? "" : ":") + Padded(value, width);
-  if (inDisplay.showSubframes && !inDisplay.noFrames) text += '.' + Padded(inHundredths, 2);
-  return text;
-}
-
-void WriteTimecode(FuzzArguments& ioArgs) {
-  const std::int64_t samples = ioArgs.Int64() >> (ioArgs.Byte() % 64);
-  const std::int32_t rate = ioArgs.SampleRate();
-  const std::int32_t fps = ioArgs.FrameRate();
-  const auto flag = [&] { return ioArgs.Flag(); };
-  const Display d{flag(), flag(), flag(), flag(), flag(), flag(), flag()};
+void WriteTimecode(DrawnArguments& ioArgs) {
+  const std::int64_t samples = ioArgs.Integer(64);
+  const std::int32_t rate = ioArgs.Int32(test::kSampleRates), fps = ioArgs.Int32(test::kFrameRates);
+  const bool dropFrame = ioArgs.Flag(), pulldown = ioArgs.Flag(), framesOnly = ioArgs.Flag();
+  const bool showSubframes = ioArgs.Flag();
   const std::string actual = Written([&](UTF16String& text) {
-    utility::ConvertSamplesToTimecode(text, samples, rate, fps, d.dropFrame, d.pulldown,
-                                      d.framesOnly, d.noFrames, d.trimLeadingZeros, d.showSubframes,
-                                      d.noHours);
+    utility::ConvertSamplesToTimecode(text, samples, rate, fps, dropFrame, pulldown, framesOnly,
+                                      false, false, showSubframes, false);
   });
   // Within these, nothing needs more than 64 bits.
   if (rate < 1 || fps < 1 || fps > 2000 || samples != samples << 29 >> 29) return;
-  if (d.dropFrame && (d.pulldown || (fps != 30 && fps != 60))) return;
-  const bool isPulledDown = d.dropFrame || d.pulldown;
+  if (dropFrame && (pulldown || (fps != 30 && fps != 60))) return;
+  const bool isPulledDown = dropFrame || pulldown;
   const std::int64_t dividend = std::abs(samples) * fps * (isPulledDown ? 1000 : 1);
   const std::int64_t divisor = std::int64_t{rate} * (isPulledDown ? 1001 : 1);
-  const std::int64_t frames = dividend / divisor;
+  const std::int64_t frames = dividend / divisor, seconds = frames / fps;
   if (frames > kLargestInt) return;
   // At the pulled-down rate with dropped labels the count is made in double precision.
-  if (d.framesOnly) return RequireNear(std::stoll(actual), frames, d.dropFrame ? 1 : 0);
-  const std::int64_t hundredths = dividend % divisor * 100 / divisor;
-  RequireEqual(actual,
-               (samples < 0 ? "-" : "") + (d.dropFrame ? DropFrameLabel(frames, fps)
-                                                       : FieldLabel(frames, fps, hundredths, d)));
+  if (framesOnly) return RequireNear(std::stoll(actual), frames, dropFrame ? 1 : 0);
+  std::string label = samples < 0 ? "-" : "";
+  if (dropFrame) {
+    label += DropFrameLabel(frames, fps);
+  } else {
+    label += Padded(seconds / 3600, 2) + ':' + Padded(seconds / 60 % 60, 2) + ':' +
+             Padded(seconds % 60, 2) + ':' + Padded(frames % fps, std::to_string(fps - 1).size());
+    if (showSubframes) label += '.' + Padded(dividend % divisor * 100 / divisor, 2);
+  }
+  RequireEqual(actual, label);
 }
 
-// --------------------------------------------------------------------------- Writing other
-// displays
+// ------------------------------------------------------------------------------ Writing clock time
 
-void WriteNumbers(FuzzArguments& ioArgs) {
-  const std::int64_t samples = ioArgs.Int64() >> (ioArgs.Byte() % 64);
-  const std::int32_t rate = ioArgs.SampleRate();
+void WriteClock(DrawnArguments& ioArgs) {
+  const std::int64_t samples = ioArgs.Integer(64);
+  const std::int32_t rate = ioArgs.Int32(test::kSampleRates);
   const bool wholeSeconds = ioArgs.Flag();
-  const double tempo = ioArgs.Double({60.0, 120.0, 125.5});
-  const auto inFormat = [&](utility::TimecodeFormat format) {
-    return Written([&](UTF16String& text) {
-      utility::ConvertSamplesToTimecode(text, samples, rate, format, 30, nullptr, false);
-    });
-  };
-  const std::string beats = Written(
-      [&](UTF16String& text) { utility::ConvertSamplesToBeats(text, samples, rate, tempo); });
-  const std::string clock = Written([&](UTF16String& text) {
-    utility::ConvertSamplesToDecimalTimecode(text, samples, rate, wholeSeconds);
-  });
-  RequireEqual(inFormat(utility::kTimecodeFormat_Samples), std::to_string(samples));
   if (rate < 1 || samples != samples << 16 >> 16) return;
-
-  const long double exact =
-      static_cast<long double>(samples) * static_cast<long double>(tempo) / (rate * 60.0L);
-  if (tempo >= 0.0 && std::fabs(exact) < 1e9L) {
-    RequireNear(std::strtold(beats.c_str(), nullptr), exact,
-                0.0005L + 1e-15L * std::fabs(exact) + 1e-9L);
-    Require(beats != "-0.000", beats, "0.000");
-  }
-
-  const double tenths = static_cast<double>(samples) * 10000.0 / rate + 0.5;
-  char notation[32];
-  std::snprintf(notation, sizeof notation, "%g", (tenths - std::fmod(tenths, 1.0)) * 0.1);
-  RequireEqual(inFormat(utility::kTimecodeFormat_Milliseconds), notation);
-
-  const std::int64_t seconds = std::abs(samples) / rate;
-  const std::int64_t rest = std::abs(samples) % rate;
+  const std::int64_t seconds = std::abs(samples) / rate, rest = std::abs(samples) % rate;
   if (seconds / 3600 > kLargestInt) return;
   const std::string sign = samples < 0 ? "-" : "";
-  std::string expected =
+  std::string clock =
       seconds < 3600 ? (sign.empty() ? "   " : "  -") + std::to_string(seconds / 60)
                      : sign + std::to_string(seconds / 3600) + ':' + Padded(seconds / 60 % 60, 2);
-  expected += ':' + Padded(seconds % 60, 2);
+  clock += ':' + Padded(seconds % 60, 2);
   if (!wholeSeconds) {
-    expected += '.' + (seconds >= 36000 ? Padded(rest * 100 / rate, 2)
-                                        : Padded((rest * 1000 + 500) / rate, 3));
+    clock += '.' + (seconds >= 36000 ? Padded(rest * 100 / rate, 2)
+                                     : Padded((rest * 1000 + 500) / rate, 3));
   }
-  RequireEqual(clock, expected);
+  RequireEqual(Written([&](UTF16String& text) {
+                 utility::ConvertSamplesToDecimalTimecode(text, samples, rate, wholeSeconds);
+               }),
+               clock);
 }
 
 // -------------------------------------------------------------------------------- Reading timecode
 
 struct ClockText {
   std::vector<std::int64_t> values{0, 0, 0, 0};  // the last four are hours to frames
-  std::int64_t numerator = 0;
-  std::int64_t denominator = 1;
+  std::int64_t numerator = 0, denominator = 1;
 
   std::int64_t FromRight(std::size_t inPlace) const { return values[values.size() - 1 - inPlace]; }
 };
 
-std::int64_t Saturated(const UTF16String& inDigits) {
-  const long double value = std::strtold(test::Shown(inDigits).c_str(), nullptr);
-  return static_cast<std::int64_t>(std::min<long double>(value, kLargestInt));
-}
-
-ClockText Parse(UTF16String inRest) {
-  static const UTF16String kDigits = u"0123456789";
+ClockText Parse(std::string inRest) {
+  static const char kDigits[] = "0123456789";
   ClockText clock;
   std::size_t length = 0;
   const auto setFraction = [&](std::int64_t value) {
     clock.numerator = value;
-    clock.denominator = Saturated(u'1' + UTF16String(std::min<std::size_t>(length, 10), u'0'));
+    clock.denominator = LeadingInteger('1' + std::string(std::min<std::size_t>(length, 10), '0'));
   };
   for (int count = 0; count < 5; ++count) {
-    const UTF16String separators = inRest.substr(0, inRest.find_first_of(kDigits));
-    const bool isDotted = separators.find(u'.') != separators.npos;
+    const std::string separators = inRest.substr(0, inRest.find_first_of(kDigits));
+    const bool isDotted = separators.find('.') != separators.npos;
     inRest.erase(0, separators.size());
     if (inRest.empty()) {
       if (!isDotted || count == 0) break;
@@ -202,13 +167,13 @@ ClockText Parse(UTF16String inRest) {
       break;
     }
     if (isDotted || count > 0) length = inRest.size();
-    const UTF16String digits = inRest.substr(0, inRest.find_first_not_of(kDigits));
-    inRest.erase(0, digits.size());
+    const std::int64_t value = LeadingInteger(inRest);
+    inRest.erase(0, inRest.find_first_not_of(kDigits));
     if (isDotted) {
-      setFraction(Saturated(digits));
+      setFraction(value);
       break;
     }
-    clock.values.push_back(Saturated(digits));
+    clock.values.push_back(value);
   }
   return clock;
 }
@@ -225,21 +190,17 @@ std::int64_t CountFrames(const ClockText& inClock, std::int64_t inFps, bool inDr
   return frames;
 }
 
-void ReadTimecode(FuzzArguments& ioArgs) {
-  const UTF16String text = ioArgs.Text({});
-  const ClockText clock = Parse(text);
-  const std::int32_t rate = ioArgs.SampleRate();
-  const std::int32_t fps = ioArgs.FrameRate();
-  const bool pulldown = ioArgs.Flag();
-  const bool dropFrame = ioArgs.Flag();
+void ReadTimecode(DrawnArguments& ioArgs) {
+  const UTF16String text = ioArgs.Text(test::kClockForms);
+  const ClockText clock = Parse(Bytes(text));
+  const std::int32_t rate = ioArgs.Int32(test::kSampleRates), fps = ioArgs.Int32(test::kFrameRates);
+  const bool pulldown = ioArgs.Flag(), dropFrame = ioArgs.Flag();
   std::int64_t samples = 0;
   utility::ConvertTimecodeToSamples(samples, text, rate, fps, pulldown, dropFrame);
-  if (text.empty()) return Require(samples == -1, std::to_string(samples), "-1");
+  if (text.empty()) return RequireEqual(std::to_string(samples), "-1");
 
-  const bool isUsual = rate > 0 && fps > 0 && fps <= 2000 &&
-                       (!dropFrame || fps == 30 || fps == 60) && clock.FromRight(3) <= 100 &&
-                       clock.FromRight(2) <= 6000;
-  if (isUsual) {
+  if (rate < 1 || fps < 1 || fps > 2000 || (dropFrame && fps != 30 && fps != 60)) return;
+  if (clock.FromRight(3) <= 100 && clock.FromRight(2) <= 6000) {
     const std::int64_t frames = CountFrames(clock, fps, dropFrame);
     const long double fractions =
         static_cast<long double>(clock.denominator) * frames + clock.numerator;
@@ -249,18 +210,9 @@ void ReadTimecode(FuzzArguments& ioArgs) {
       const std::int64_t divisor = clock.denominator * fps * (pulldown ? 1000 : 1);
       const auto dividend =
           static_cast<std::int64_t>(fractions) * static_cast<std::int64_t>(factor);
-      const std::int64_t expected = dividend / divisor + (dividend % divisor > 0 ? 1 : 0);
-      RequireEqual(std::to_string(samples), std::to_string(expected));
+      RequireEqual(std::to_string(samples), std::to_string((dividend + divisor - 1) / divisor));
     }
   }
-
-  utility::ConvertTimecodeToSamples(samples, text, utility::kTimecodeFormat_Decimal, rate, 30,
-                                    nullptr, false);
-  const auto seconds = static_cast<long double>(
-      (clock.FromRight(2) * 60 + clock.FromRight(1)) * 60 + clock.FromRight(0));
-  const long double exact =
-      (seconds + static_cast<long double>(clock.numerator) / clock.denominator) * rate;
-  if (rate >= 0 && exact <= 1e18L) RequireNear(samples, exact, 0.5L + 1e-9L + exact * 1e-15L);
 }
 
 // ------------------------------------------------------------------------------------ Musical time
@@ -269,9 +221,8 @@ void ReadTimecode(FuzzArguments& ioArgs) {
 constexpr long double kRelativeError = 4e-15L;
 
 struct Meter {
-  double rate;  // samples per second
-  BeatInfo beats;
-  bool isDuration;
+  explicit Meter(DrawnArguments& ioArgs)
+      : rate(ioArgs.Double(test::kExactRates)), beats(ioArgs.Beats()), isDuration(ioArgs.Flag()) {}
 
   bool IsUsual() const {
     const auto isWithin = [](double value, double least, double most) {
@@ -280,109 +231,118 @@ struct Meter {
     return isWithin(rate, 1.0, 1e7) && isWithin(beats.dTempo, 0.1, 1e4) &&
            isWithin(beats.iBeatsPerBar, 1, 1000) && isWithin(beats.iBeatUnit, 1, 128) &&
            isWithin(beats.dOffsetMs, -1e9, 1e9) &&
-           (beats.iTicksPerBeat == -1 || isWithin(beats.iTicksPerBeat, 1, 10000));
+           (IsDecimal() || isWithin(beats.iTicksPerBeat, 1, 10000));
   }
-
+  bool IsDecimal() const { return beats.iTicksPerBeat == -1; }
+  std::int64_t First() const { return isDuration ? 0 : 1; }
   long double SamplesPerBeat() const {
-    return static_cast<long double>(rate) * 240.0L /
-           (static_cast<long double>(beats.dTempo) * beats.iBeatUnit);
+    return rate * 240.0L / (static_cast<long double>(beats.dTempo) * beats.iBeatUnit);
+  }
+  /// Rounded by the library itself: half a sample more or less does not matter here.
+  long double Offset() const { return isDuration ? 0.0L : rate * 0.001L * beats.dOffsetMs; }
+
+  /// Beats from bar 1 beat 1 to the position that a text names.
+  long double BeatsOf(const std::string& inText) const {
+    const std::size_t colon = inText.find(':'), dot = inText.find('.');
+    auto count = static_cast<long double>((LeadingInteger(inText) - First()) * beats.iBeatsPerBar);
+    if (colon != inText.npos) count += LeadingInteger(inText.substr(colon + 1)) - First();
+    if (dot == inText.npos) return count;
+    if (IsDecimal()) return count + std::strtold(inText.c_str() + dot, nullptr);
+    const auto ticks = static_cast<long double>(LeadingInteger(inText.substr(dot + 1)));
+    return count + ticks / beats.iTicksPerBeat;
   }
 
-  /// Rounded by the library itself: half a sample more or less does not matter here.
-  long double Offset() const {
-    return isDuration
-               ? 0.0L
-               : static_cast<long double>(rate) * static_cast<long double>(beats.dOffsetMs) / 1000;
-  }
+  double rate;  // samples per second
+  BeatInfo beats;
+  bool isDuration;
 };
 
-/// The signed integer at the start of a text, saturated; 0 for none.
-std::int64_t LeadingInteger(const std::string& inText) {
-  std::string number = inText.substr(std::min(inText.find_first_not_of(" \t"), inText.size()));
-  const bool isSigned = !number.empty() && (number[0] == '-' || number[0] == '+');
-  number.resize(std::min(number.find_first_not_of("0123456789", isSigned ? 1 : 0), number.size()));
-  const long double value = std::strtold(number.c_str(), nullptr);
-  return static_cast<std::int64_t>(std::clamp<long double>(value, -kLargestInt - 1, kLargestInt));
-}
-
-void ReadMusicalTime(FuzzArguments& ioArgs) {
-  const Meter meter{ioArgs.Double({44100.0, 48000.0, 88288.2}), ioArgs.Beats(), ioArgs.Flag()};
-  const UTF16String typed = ioArgs.Text({});
+void ReadMusicalTime(DrawnArguments& ioArgs) {
+  const Meter meter(ioArgs);
+  const UTF16String text = ioArgs.Text(test::kMusicalForms);
   const std::int64_t samples =
-      utility::ConvertBarsAndBeatsToSamples(typed, meter.rate, meter.beats, meter.isDuration);
-  std::string text;
-  for (const char16_t unit : typed) text += unit < 0x80 && unit > 0 ? static_cast<char>(unit) : 'x';
-  const std::int64_t first = meter.isDuration ? 0 : 1;
-  const std::size_t colon = text.find(':');
-  const std::size_t dot = text.find('.');
-  const std::int64_t beat = colon == text.npos ? 0 : LeadingInteger(text.substr(colon + 1)) - first;
-  const std::int64_t whole = meter.beats.iBeatsPerBar * (LeadingInteger(text) - first) + beat;
-  long double part = 0.0L;
-  if (dot != text.npos) {
-    part = meter.beats.iTicksPerBeat == -1
-               ? std::strtold(text.c_str() + dot, nullptr)
-               : static_cast<long double>(LeadingInteger(text.substr(dot + 1))) /
-                     meter.beats.iTicksPerBeat;
-  }
-  const long double position = (static_cast<long double>(whole) + part) * meter.SamplesPerBeat();
-  if (!meter.IsUsual() || std::abs(whole) > kLargestInt || !(std::fabs(part) < 1e9L) ||
-      !(std::fabs(position) < 1e17L))
-    return;
+      utility::ConvertBarsAndBeatsToSamples(text, meter.rate, meter.beats, meter.isDuration);
+  const long double beats = meter.BeatsOf(Bytes(text));
+  const long double position = beats * meter.SamplesPerBeat();
+  // Whole beats are counted in 32 bits.
+  if (!meter.IsUsual() || !(std::fabs(beats) < 1e9L) || !(std::fabs(position) < 1e17L)) return;
   RequireNear(samples, position + meter.Offset(),
               (meter.isDuration ? 0.5L : 1.0L) + 1e-6L + kRelativeError * std::fabs(position));
 }
 
-void WriteMusicalTime(FuzzArguments& ioArgs) {
-  const Meter meter{ioArgs.Double({44100.0, 48000.0, 88288.2}), ioArgs.Beats(), ioArgs.Flag()};
-  const double samples =
-      ioArgs.Flag() ? static_cast<double>(ioArgs.Int64() >> ioArgs.Byte() % 64) : ioArgs.Double({});
+void WriteMusicalTime(DrawnArguments& ioArgs) {
+  const Meter meter(ioArgs);
+  const double samples = ioArgs.Flag() ? static_cast<double>(ioArgs.Integer(64)) : ioArgs.Double();
   const std::string text = Written([&](UTF16String& written) {
     utility::ConvertSamplesToBarsAndBeats(written, samples, meter.rate, meter.beats,
                                           meter.isDuration, 3);
   });
-  const long double beats =
-      (static_cast<long double>(samples) - meter.Offset()) / meter.SamplesPerBeat();
-  if (!meter.IsUsual() || !(std::fabs(beats) < 1e9L)) return;
+  const long double unit = meter.SamplesPerBeat(), position = samples - meter.Offset();
+  if (!meter.IsUsual() || !(std::fabs(position / unit) < 1e9L)) return;
 
-  long long bar, beat;
-  int tick, thousandths;
-  Require(std::sscanf(text.c_str(), "%lld:%lld.%d.%d", &bar, &beat, &tick, &thousandths) == 4, text,
-          "four numbers");
-  const int first = meter.isDuration ? 0 : 1;
-  const bool isDecimal = meter.beats.iTicksPerBeat == -1;
-  const long double units = isDecimal ? 1000.0L : meter.beats.iTicksPerBeat * 1000.0L;
-  const auto shownBeats =
-      static_cast<long double>((bar - first) * meter.beats.iBeatsPerBar + beat - first);
-  const long double shown = shownBeats * units + (isDecimal ? tick : tick * 1000 + thousandths);
-  // The offset is rounded to a sample, and the decimal form is truncated from half a unit lower.
-  const long double offsetError = meter.isDuration ? 0.0L : 0.5L / meter.SamplesPerBeat() * units;
-  const long double exact = beats * units - (isDecimal ? 1.0L : 0.0L);
-  const long double doubleError = kRelativeError * std::max(std::fabs(exact), units);
-  RequireNear(shown, exact, 0.5L + 1e-6L + offsetError + doubleError);
-  Require(beat >= first && beat - first < meter.beats.iBeatsPerBar, text, "a beat of the bar");
-  Require(isDecimal || tick < meter.beats.iTicksPerBeat, text, "a tick of the beat");
+  const std::int64_t beat = LeadingInteger(text.substr(text.find(':') + 1)) - meter.First();
+  Require(beat >= 0 && beat < meter.beats.iBeatsPerBar, text, "a beat of the bar");
+  const std::int64_t tick = LeadingInteger(text.substr(text.find('.') + 1));
+  Require(tick < (meter.IsDecimal() ? 1000 : meter.beats.iTicksPerBeat), text, "part of a beat");
+  // Thousandths of a tick, rounded, or of a beat, truncated from half of one lower.
+  const long double thousandth = unit / std::abs(meter.beats.iTicksPerBeat) / 1000;
+  const std::int64_t more =
+      meter.IsDecimal() ? 1 : LeadingInteger(text.substr(text.rfind('.') + 1));
+  RequireNear(meter.BeatsOf(text) * unit + thousandth * more, position,
+              thousandth * 0.500001L + (meter.isDuration ? 0.0L : 0.5L) +
+                  kRelativeError * std::max(std::fabs(position), unit));
 }
 
 /// Every exported function with every argument: nothing is compared, but nothing may break.
-void CallAny(FuzzArguments& ioArgs) {
-  const auto calls = test::ExportedCalls();
-  const auto& call = calls[ioArgs.Byte() % calls.size()];
-  ioArgs.oldText.assign(ioArgs.Byte() % 32, u'?');
-  call.call(ioArgs);
+void CallAny(DrawnArguments& ioArgs) {
+  const auto& calls = test::ExportedCalls();
+  const auto& call = calls[ioArgs.Below(calls.size())];
+  ioArgs.oldText.assign(ioArgs.Below(32), u'?');
+  call.Results(std::move(ioArgs));
 }
 
-constexpr void (*kTargets[])(FuzzArguments&) = {&WriteTimecode,   &WriteNumbers,     &ReadTimecode,
-                                                &ReadMusicalTime, &WriteMusicalTime, &CallAny};
+void Check(DrawnArguments inArguments) {
+  constexpr void (*kDirections[])(DrawnArguments&) = {
+      &WriteTimecode, &WriteClock, &ReadTimecode, &ReadMusicalTime, &WriteMusicalTime, &CallAny};
+  plinth::debug::SetAssertDialogHandler([](bool&, const char*, const unsigned char*, const char*,
+                                           int, const char*, bool) { return false; });
+  sArguments.clear();
+  inArguments.trace = &sArguments;
+  kDirections[inArguments.Below(std::size(kDirections))](inArguments);
+}
 
 }  // namespace
 }  // namespace mezzo::fuzz
 
-/// Called by the fuzzing engine, or by what stands in for it.
+/// Called by the fuzzing engine. A byte below 0x80 is a number to draw from; another one stands
+/// before eight bytes of it. Behind the last there are zeros.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* inBytes, std::size_t inCount) {
-  using namespace mezzo::fuzz;
-  plinth::debug::SetAssertDialogHandler([](bool&, const char*, const unsigned char*, const char*,
-                                           int, const char*, bool) { return false; });
-  FuzzArguments arguments(inBytes, inCount);
-  kTargets[arguments.Byte() % std::size(kTargets)](arguments);
+  const auto next = [&] { return inCount == 0 ? std::uint8_t{0} : (--inCount, *inBytes++); };
+  const auto bits = [&] {
+    std::uint64_t value = next();
+    if (value < 0x80) return value;
+    for (int byte = 0; byte < 8; ++byte) value = value << 8 | next();
+    return value;
+  };
+  mezzo::fuzz::Check({bits, bits()});
   return 0;
 }
+
+#ifdef MEZZO_REPLAYS
+/// Stands in for the fuzzing engine: CORPUS-DIRECTORY COUNT runs the files and as many seeds.
+int main(int argc, char** argv) {
+  if (argc != 3) return 2;
+  int files = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
+    std::ifstream file(entry.path(), std::ios::binary);
+    const std::string bytes(std::istreambuf_iterator<char>(file), {});
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+    ++files;
+  }
+  const std::uint64_t count = std::strtoull(argv[2], nullptr, 10);
+  for (std::uint64_t seed = 0; seed < count; ++seed)
+    mezzo::fuzz::Check(mezzo::test::DrawnArguments(seed));
+  std::printf("%d files, %llu seeds\n", files, static_cast<unsigned long long>(count));
+  return files == 0 ? 1 : 0;
+}
+#endif

@@ -23,7 +23,7 @@ using namespace mezzo::test;
 void PrintDigest(const ExportedCall& inCall, bool inPrint) {
   constexpr std::uint64_t kCalls = 1 << 17;
   RecordedReports reports;
-  Hash hash;
+  std::uint64_t hash = kNoLines;
   for (std::uint64_t seed = 0; seed < kCalls; ++seed) {
     Fields trace;
     DrawnArguments arguments(seed);
@@ -32,9 +32,9 @@ void PrintDigest(const ExportedCall& inCall, bool inPrint) {
     for (const auto& [condition, message, file, number, function, flag] : reports.Take())
       line += '\t' + condition + '|' + message.substr(0, message.find('\n')) + '|' + function;
     if (inPrint) std::printf("%s\t=>\t%s\n", Joined(trace).c_str(), line.c_str());
-    hash.Add(line);
+    Hash(hash, line);
   }
-  if (!inPrint) std::printf("%-40s %016" PRIx64 "\n", inCall.name.c_str(), hash.Value());
+  if (!inPrint) std::printf("%-40s %016" PRIx64 "\n", inCall.name.c_str(), hash);
 }
 
 /// \return false when C and C++ do not both write a comma then.

@@ -10,6 +10,7 @@
 #include <plinth/debug/DebugDatabase.h>
 
 #include <atomic>
+#include <concepts>
 #include <cstddef>
 #include <cstdio>
 #include <memory>
@@ -33,6 +34,23 @@ std::string Joined(const Fields& inFields) {
   std::string line;
   for (const auto& field : inFields) line += (&field == &inFields.front() ? "" : "\t") + field;
   return line;
+}
+
+void Hash(std::uint64_t& ioHash, const std::string& inLine) {
+  const auto add = [&](char byte) {
+    ioHash = (ioHash ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
+  };
+  for (const char byte : inLine) add(byte);
+  add('\n');
+}
+
+Bits SplitMix64(std::uint64_t inSeed) {
+  return [state = inSeed]() mutable {
+    std::uint64_t bits = state += 0x9e3779b97f4a7c15;
+    bits = (bits ^ (bits >> 30)) * 0xbf58476d1ce4e5b9;
+    bits = (bits ^ (bits >> 27)) * 0x94d049bb133111eb;
+    return bits ^ (bits >> 31);
+  };
 }
 
 // ------------------------------------------------------------------------------- Usual arguments
@@ -156,13 +174,27 @@ UTF16String DrawnArguments::Text(const Usual& inUsual) {
 
 namespace {
 
-template <class Value>
-Value Draw(Arguments& ioFrom, const Usual& inUsual, bool inIsOutput) {
-  constexpr std::int64_t kOldSamples = -7070707070707070707;
-  if constexpr (std::is_same_v<Value, UTF16String>) {
-    return inIsOutput ? ioFrom.oldText : ioFrom.Text(inUsual);
+/// What a call keeps for a parameter; behind a pointer there may be nothing.
+template <class Parameter, class Bare = std::remove_cvref_t<Parameter>>
+using Kept = std::conditional_t<std::is_pointer_v<Bare>,
+                                std::optional<std::remove_cv_t<std::remove_pointer_t<Bare>>>, Bare>;
+
+template <class Parameter>
+constexpr bool kIsOutput =
+    std::is_same_v<Parameter, int*> || std::is_same_v<Parameter, std::remove_cvref_t<Parameter>&>;
+
+template <class Parameter>
+Kept<Parameter> Draw(Arguments& ioFrom, const Usual& inUsual) {
+  using Value = Kept<Parameter>;
+  constexpr bool kIsText = std::is_same_v<Value, UTF16String>;
+  if constexpr (kIsText && kIsOutput<Parameter>) {
+    return ioFrom.oldText;
+  } else if constexpr (kIsText) {
+    return ioFrom.Text(inUsual);
+  } else if constexpr (std::is_same_v<Parameter, std::int64_t&>) {
+    return -7070707070707070707;
   } else if constexpr (std::is_same_v<Value, std::int64_t>) {
-    return inIsOutput ? kOldSamples : ioFrom.Integer(64, inUsual);
+    return ioFrom.Integer(64, inUsual);
   } else if constexpr (std::is_same_v<Value, bool>) {
     return ioFrom.Flag();
   } else if constexpr (std::is_floating_point_v<Value>) {
@@ -180,48 +212,28 @@ Value Draw(Arguments& ioFrom, const Usual& inUsual, bool inIsOutput) {
   }
 }
 
-template <class Value>
-std::string Field(const Value& inValue) {
-  if constexpr (std::is_same_v<Value, UTF16String>) {
-    return Quoted(inValue);
-  } else if constexpr (std::is_same_v<Value, Guid>) {
-    return Shown(inValue.AsString());
-  } else if constexpr (std::is_same_v<Value, std::optional<int>>) {
-    return inValue ? std::to_string(*inValue) : "null";
+template <class Parameter>
+Parameter Pass(Kept<Parameter>& ioValue) {
+  if constexpr (std::is_pointer_v<Parameter>) {
+    return ioValue ? &*ioValue : nullptr;
   } else {
-    return std::to_string(inValue);
+    return std::forward<Parameter>(ioValue);
   }
 }
 
-/// What a call passes for a parameter; behind a pointer there may be nothing.
-template <class Parameter>
-class Argument {
- public:
-  Argument(Arguments& ioFrom, const Usual& inUsual)
-      : fValue(Draw<Value>(ioFrom, inUsual, kIsOutput)) {}
-
-  Parameter Pass() {
-    if constexpr (std::is_pointer_v<Parameter>) {
-      return fValue ? &*fValue : nullptr;
-    } else {
-      return std::forward<Parameter>(fValue);
-    }
-  }
-  void AddTo(Fields& ioOutputs) const {
-    if constexpr (kIsOutput) ioOutputs.push_back(Field(fValue));
-  }
-
- private:
-  using Bare = std::remove_cvref_t<Parameter>;
-  using Value =
-      std::conditional_t<std::is_pointer_v<Bare>,
-                         std::optional<std::remove_cv_t<std::remove_pointer_t<Bare>>>, Bare>;
-  static constexpr bool kIsOutput =
-      std::is_same_v<Parameter, int*> ||
-      (std::is_lvalue_reference_v<Parameter> && std::is_same_v<Parameter, Bare&>);
-
-  Value fValue;
-};
+std::string Field(const UTF16String& inText) {
+  return Quoted(inText);
+}
+std::string Field(const Guid& inGuid) {
+  return Shown(inGuid.AsString());
+}
+std::string Field(std::optional<int> inNumber) {
+  return inNumber ? std::to_string(*inNumber) : "null";
+}
+template <std::integral Number>
+std::string Field(Number inNumber) {
+  return std::to_string(inNumber);
+}
 
 /// \param inUsual one for each parameter; nothing is usual for those left out.
 template <class Result, class... Parameters>
@@ -230,20 +242,24 @@ ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
   const std::vector<Usual> usual(std::begin(inUsual), std::end(inUsual));
   const auto results = [=](Arguments&& from, const Surround& surround) {
     auto next = usual.begin();
-    std::tuple<Argument<Parameters>...> arguments{Argument<Parameters>(from, *next++)...};
+    std::tuple<Kept<Parameters>...> arguments{Draw<Parameters>(from, *next++)...};
     const auto call = [&] {
-      return std::apply([&](auto&... each) { return inFunction(each.Pass()...); }, arguments);
+      return std::apply([&](auto&... each) { return inFunction(Pass<Parameters>(each)...); },
+                        arguments);
     };
-    Fields fields;
+    Fields fields{"void"};
     if constexpr (std::is_void_v<Result>) {
       surround(call);
-      fields = {"void"};
     } else {
       Result result{};
       surround([&] { result = call(); });
       fields = {Field(result)};
     }
-    std::apply([&](auto&... each) { (each.AddTo(fields), ...); }, arguments);
+    const auto addOutput = [&]<class Parameter>(const Kept<Parameter>& value) {
+      if constexpr (kIsOutput<Parameter>) fields.push_back(Field(value));
+    };
+    std::apply([&](auto&... each) { (addOutput.template operator()<Parameters>(each), ...); },
+               arguments);
     return fields;
   };
   return {inName, results, inIsPure};

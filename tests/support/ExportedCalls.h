@@ -17,21 +17,11 @@ namespace mezzo::test {
 
 using Fields = std::vector<std::string>;
 
+/// Where random bits come from.
+using Bits = std::function<std::uint64_t()>;
+
 /// The one generator of the tests: the same bits on every platform.
-class SplitMix64 {
- public:
-  explicit SplitMix64(std::uint64_t inSeed) : fState(inSeed) {}
-
-  std::uint64_t operator()() {
-    std::uint64_t bits = fState += 0x9e3779b97f4a7c15;
-    bits = (bits ^ (bits >> 30)) * 0xbf58476d1ce4e5b9;
-    bits = (bits ^ (bits >> 27)) * 0x94d049bb133111eb;
-    return bits ^ (bits >> 31);
-  }
-
- private:
-  std::uint64_t fState;
-};
+Bits SplitMix64(std::uint64_t inSeed);
 
 /// What a parameter usually gets, for sources that make arguments up.
 struct Usual {
@@ -64,8 +54,6 @@ class Arguments {
 /// on every platform and with every standard library.
 class DrawnArguments : public Arguments {
  public:
-  using Bits = std::function<std::uint64_t()>;
-
   explicit DrawnArguments(std::uint64_t inSeed) : DrawnArguments(SplitMix64(inSeed), inSeed) {}
   /// \param inSeed an even one draws nothing but usual values.
   DrawnArguments(Bits inBits, std::uint64_t inSeed)
@@ -110,19 +98,8 @@ std::string Quoted(const plinth::UTF16String& inText);
 /// Results in one line.
 std::string Joined(const Fields& inFields);
 
-/// A 64-bit FNV-1a hash of everything added to it.
-class Hash {
- public:
-  void Add(const std::string& inLine) {
-    for (const char byte : inLine) Add(static_cast<unsigned char>(byte));
-    Add('\n');
-  }
-  std::uint64_t Value() const { return fHash; }
-
- private:
-  void Add(unsigned char inByte) { fHash = (fHash ^ inByte) * 0x100000001b3; }
-
-  std::uint64_t fHash = 0xcbf29ce484222325;
-};
+/// A 64-bit FNV-1a hash of many lines, to be carried on from one to the next.
+void Hash(std::uint64_t& ioHash, const std::string& inLine);
+constexpr std::uint64_t kNoLines = 0xcbf29ce484222325;
 
 }  // namespace mezzo::test

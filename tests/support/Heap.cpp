@@ -9,20 +9,6 @@ thread_local std::uint64_t sAllocations = 0;
 thread_local std::int64_t sBlocks = 0;
 thread_local std::int64_t sUntilFailure = -1;
 
-void* Allocate(std::size_t inSize) {
-  ++sAllocations;
-  if (sUntilFailure >= 0 && sUntilFailure-- == 0) throw std::bad_alloc();
-  void* const block = std::malloc(inSize);
-  if (block == nullptr) throw std::bad_alloc();
-  ++sBlocks;
-  return block;
-}
-
-void Free(void* inBlock) noexcept {
-  if (inBlock != nullptr) --sBlocks;
-  std::free(inBlock);
-}
-
 }  // namespace
 
 namespace mezzo::test::heap {
@@ -41,21 +27,19 @@ void FailAllocation(std::int64_t inNth) {
 
 }  // namespace mezzo::test::heap
 
+// What the standard library allocates in any other way ends here, too.
 void* operator new(std::size_t inSize) {
-  return Allocate(inSize);
-}
-void* operator new[](std::size_t inSize) {
-  return Allocate(inSize);
+  ++sAllocations;
+  if (sUntilFailure >= 0 && sUntilFailure-- == 0) throw std::bad_alloc();
+  void* const block = std::malloc(inSize);
+  if (block == nullptr) throw std::bad_alloc();
+  ++sBlocks;
+  return block;
 }
 void operator delete(void* inBlock) noexcept {
-  Free(inBlock);
-}
-void operator delete[](void* inBlock) noexcept {
-  Free(inBlock);
+  if (inBlock != nullptr) --sBlocks;
+  std::free(inBlock);
 }
 void operator delete(void* inBlock, std::size_t) noexcept {
-  Free(inBlock);
-}
-void operator delete[](void* inBlock, std::size_t) noexcept {
-  Free(inBlock);
+  operator delete(inBlock);
 }

@@ -11,9 +11,7 @@
 namespace mezzo::test {
 
 struct Report {
-  std::string condition;
-  std::string message;
-  std::string file;
+  std::string condition, message, file;
   int line;
   std::string function;
   bool flag;
@@ -24,6 +22,7 @@ class RecordedReports {
  public:
   RecordedReports() {
     Take();
+    silences = answersBreak = false;
     plinth::debug::SetAssertDialogHandler(&Record);
   }
   ~RecordedReports() { plinth::debug::SetAssertDialogHandler(nullptr); }
@@ -37,8 +36,7 @@ class RecordedReports {
   }
 
   /// What the dialog does with the reports that follow.
-  void Silence(bool inSilence) { sSilence = inSilence; }
-  void AnswerBreak(bool inBreak) { sBreak = inBreak; }
+  static inline bool silences, answersBreak;
 
  private:
   static bool Record(bool& ioDisabled, const char* inCondition, const unsigned char* inMessage,
@@ -46,14 +44,12 @@ class RecordedReports {
     const std::lock_guard lock(sMutex);
     sReports.push_back({inCondition, reinterpret_cast<const char*>(inMessage), inFile, inLine,
                         inFunction, inFlag});
-    if (sSilence) __atomic_store_n(&ioDisabled, true, __ATOMIC_RELAXED);
-    return sBreak;
+    if (silences) __atomic_store_n(&ioDisabled, true, __ATOMIC_RELAXED);
+    return answersBreak;
   }
 
   static inline std::mutex sMutex;
   static inline std::vector<Report> sReports;
-  static inline bool sSilence = false;
-  static inline bool sBreak = false;
 };
 
 }  // namespace mezzo::test
