@@ -29,10 +29,18 @@ grep -q '^libmezzo1 .*libstdc++6' "$scratch/installed"
 diff <("$build/bin/mezzo" show 480000) <("$root/usr/bin/mezzo" show 480000)
 ldd "$root/usr/bin/mezzo" >"$scratch/libraries"
 grep -q "libMezzo.so.1 => $root/usr/" "$scratch/libraries"
+# Another project takes the library from here, where it was not built for: nothing may remember the
+# prefix.
 cmake -G Ninja -S "$source/tests/consumer" -B "$scratch/consumer" -DCMAKE_CXX_COMPILER="$4" \
   -DCMAKE_PREFIX_PATH="$root/usr" >>"$scratch/log"
 cmake --build "$scratch/consumer" >>"$scratch/log"
 "$scratch/consumer/app"
+PKG_CONFIG_PATH=$(dirname "$(find "$root" -name mezzo.pc)")
+export PKG_CONFIG_PATH
+read -ra flags < <(pkg-config --cflags --libs mezzo)
+"$4" -std=c++20 "$source/tests/consumer/main.cpp" -o "$scratch/app" "${flags[@]}" \
+  "-Wl,-rpath,$(pkg-config --variable=libdir mezzo)"
+"$scratch/app"
 
 in_root --purge "${packages[@]}"
 diff <(echo "$before") <(files)
