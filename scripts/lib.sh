@@ -27,6 +27,8 @@ declare -A packages=(
     googletest libc++-14-dev libc++abi-14-dev qemu-user-static'
   [more processors]='clang-19 emscripten g++-arm-linux-gnueabihf g++-powerpc64le-linux-gnu
     g++-riscv64-linux-gnu'
+  [web]='emscripten'
+  [browser]='chromium chromium-driver python3-selenium'
   [documents]='doxygen linkchecker'
 )
 

@@ -1,0 +1,235 @@
+'use strict';
+// Every text comes from the tool: the page runs its commands. It only counts frames and beats,
+// which the tool turns into positions, and the samples that the ruler spans.
+
+const find = selector => document.querySelector(selector);
+const fields = find('form').elements;
+const ruler = find('#ruler');
+const settings = ['rate', 'fps', 'tempo', 'meter', 'ticks', 'offset_ms'];
+// The first format of a shape that the tool can read is taken.
+const shapes = [
+  [/;/, ['smpte-drop']],
+  [/:.*:.*:/, ['smpte']],
+  [/^\s*[-+]?\d*\s*$/, ['samples']],
+  [/:\d(\.\d*)?\s*$/, ['bars-beats']],
+  [/./, ['decimal', 'smpte', 'bars-beats', 'beats', 'milliseconds']],
+];
+const rates = new Map();  // from names such as 29.97df to {format, fps}
+const lines = {output: [], errors: []};
+let module;
+let answer;  // of the command show, with the format that was taken; undefined after an error
+
+function run(...words) {
+  lines.output = [];
+  lines.errors = [];
+  const stack = module.stackSave();
+  const status = module.callMain(words);
+  module.stackRestore(stack);
+  const errors = lines.errors.map(line => line.replace('mezzo: ', ''));
+  return {text: lines.output.join('\n'), error: status === 0 ? '' : errors.join('\n')};
+}
+
+function options(format) {
+  return settings.filter(name => fields[name].value && !(name === 'fps' && rates.has(format)))
+      .flatMap(name => ['--' + name.replace('_', '-'), fields[name].value]);
+}
+
+function show(format, text, taken = format) {
+  const shown = run('show', '--json', '--from', format, ...options(format), '--', text);
+  return shown.error ? shown : {...JSON.parse(shown.text), taken};
+}
+
+function readTyped() {
+  const text = fields.text.value;
+  const recognised = shapes.find(([shape]) => shape.test(text))[1];
+  const formats = fields.format.value ? [fields.format.value] : recognised;
+  let first;
+  for (const format of formats) {
+    const shown = show(format, text);
+    if (!shown.error) return shown;
+    first ??= shown;
+  }
+  return first;
+}
+
+// Once moved by keys or on the ruler, the position is a sample, and the field shows its text in the
+// format in which the position was typed.
+function readMoved() {
+  const [position, format] = [fields.moved_to.value, fields.moved_in.value];
+  const shown = show('samples', position, format);
+  if (shown.error) return shown;
+  const name = formatNamed(format);
+  const text = shown.formats.find(format => format.name === name)?.text?.trim() ?? '';
+  fields.text.value = text;
+  const {text: sample} = run('parse', format, ...options(format), '--', text);
+  const notes = sample === position ? [] : [`'${text}' reads back as sample ${sample}`];
+  return {...shown, notes};
+}
+
+function update() {
+  const result = fields.moved_to.value ? readMoved() : readTyped();
+  answer = result.error ? undefined : result;
+  find('#error').textContent = result.error ?? '';
+  if (rates.has(answer?.taken)) fields.fps.value = answer.fps;
+  showAnswer();
+  drawRuler();
+  keepAddress();
+}
+
+const formatNamed = name => rates.get(name)?.format ?? name;
+const display = name => answer?.formats.find(format => format.name === name);
+
+function showAnswer() {
+  const format = formatNamed(answer?.taken);
+  const names = [...rates.keys()].filter(
+      name => rates.get(name).format === format && rates.get(name).fps === answer.fps);
+  find('#answer').textContent =
+      answer ? `Read as ${[format, ...names].join(', ')}: sample ${display('samples').text}` : '';
+  find('#notes').textContent = answer?.notes?.join('; ') ?? '';
+  for (const row of find('#displays').children) {
+    const {text, notes} = display(row.dataset.format) ?? {};
+    row.querySelector('samp').textContent = text ?? '';
+    row.querySelector('small').textContent = notes?.join('; ') ?? '';
+    row.querySelector('button').disabled = !text;
+    row.classList.toggle('taken', row.dataset.format === format);
+  }
+}
+
+function drawRuler() {
+  if (!answer) return ruler.replaceChildren();
+  const position = display('samples').text;
+  const half = BigInt(fields.span.value) / 2n;
+  const drawn = run('ruler', '--svg', '-', '--format', answer.taken, ...options(answer.taken),
+                    '--from', `@${BigInt(position) - half}`, '--to', `@${BigInt(position) + half}`,
+                    '--width', String(Math.max(20, Math.floor((ruler.clientWidth - 48) / 8))));
+  ruler.innerHTML = drawn.text;
+  if (drawn.error) ruler.textContent = drawn.error;
+  ruler.setAttribute('aria-valuenow', position);
+  ruler.setAttribute('aria-valuetext', fields.text.value);
+}
+
+function keepAddress() {
+  clearTimeout(keepAddress.timer);  // a drag would change it more often than browsers allow
+  const address = '#' + new URLSearchParams(new FormData(find('form')));
+  keepAddress.timer = setTimeout(() => history.replaceState(null, '', address), 200);
+}
+
+function followAddress() {
+  for (const [name, value] of new URLSearchParams(location.hash.slice(1))) {
+    if (fields[name]) fields[name].value = value;
+  }
+  update();
+}
+
+// Moves to where a text of any format stands.
+function move(format, text) {
+  const moved = run('parse', format, ...options(format), '--', text);
+  find('#error').textContent = moved.error;
+  if (moved.error) return;
+  fields.moved_to.value = moved.text;
+  fields.moved_in.value = answer.taken;
+  update();
+}
+
+function step(unit, by) {
+  const format = formatNamed(answer?.taken);
+  const frames = /pulldown|drop/.test(format) ? 'pulldown-frames' : 'frames';
+  const counted = unit === 'beat' ? 'bars-beats' : frames;
+  const text = display(counted)?.text;
+  if (!text) return;
+  const [, bar, count, ticks] = /^(.*:)?(-?\d+)(.*)$/.exec(text);
+  const counts = by * (unit === 'second' ? answer.fps : 1);
+  move(counted, `${bar ?? ''}${Number(count) + counts}${ticks}`);
+}
+
+function zoom(factor) {
+  fields.span.value *= factor;
+  drawRuler();
+  keepAddress();
+}
+
+function copy(text) {
+  navigator.clipboard.writeText(text).then(() => `Copied ${text}`, String)
+      .then(said => find('#copied').textContent = said);
+}
+
+function fillPage() {
+  const listed = run('formats').text.matchAll(/^([\d.]+d?f?) +(\S+) +--fps (\d+)$/gm);
+  for (const [, name, format, fps] of listed) rates.set(name, {format, fps: Number(fps)});
+  const formats = JSON.parse(run('formats', '--json').text)
+      .filter(({text, meaning}) => text && !meaning.startsWith('same as'));
+  fields.format.innerHTML += `<optgroup label="Timecode">${
+    [...rates].map(([name, {format}]) => `<option value="${name}">${name} – ${format}`).join('')
+  }</optgroup><optgroup label="Displays">${
+    formats.map(({name, meaning}) => `<option value="${name}">${name} – ${meaning}`).join('')}`;
+  find('#fps').innerHTML =
+      [...new Set([...rates.values()].map(({fps}) => `<option>${fps}`))].join('');
+  find('#displays').innerHTML = formats.map(({name, meaning}) =>
+    `<li data-format="${name}"><button><span>${meaning}</span> <code>${name}</code>
+     <samp></samp> <small></small></button>`).join('');
+  find('#steps').innerHTML = ['frame', 'second', 'beat', 'zoom'].map(unit =>
+    `<span role="group" aria-label="${unit}"><button name="${unit}" value="-1">−</button>
+     ${unit} <button name="${unit}" value="1">+</button></span>`).join('');
+  const defaults = JSON.parse(run('show', '--json', '0').text);
+  for (const name of settings) fields[name].value = defaults[name];
+  find('#version').textContent = run('--version').text;
+}
+
+function listen() {
+  const on = (target, types, listener, options) =>
+    types.split(' ').forEach(type => target.addEventListener(type, listener, options));
+  on(find('form'), 'submit', event => event.preventDefault());
+  on(find('form'), 'input', ({target}) => {
+    if (target.name === 'fps') {  // the name of a rate would say otherwise
+      for (const field of [fields.format, fields.moved_in]) field.value = formatNamed(field.value);
+    }
+    if (/text|format/.test(target.name)) fields.moved_to.value = '';
+    update();
+  });
+  on(find('#displays'), 'click', ({target}) => {
+    const button = target.closest('button');
+    if (button) copy(button.querySelector('samp').textContent);
+  });
+  on(find('#steps'), 'click', ({target: {name, value}}) => {
+    if (name === 'zoom') zoom(2 ** -value);
+    else if (name) step(name, Number(value));
+  });
+  const directions = {ArrowUp: 1, ArrowDown: -1, ArrowRight: 1, ArrowLeft: -1};
+  on(find('main'), 'keydown', event => {
+    const isOnRuler = event.target === ruler;
+    const isAcross = /Left|Right/.test(event.key);
+    if (isOnRuler && /^[-+]$/.test(event.key)) zoom(event.key === '+' ? 0.5 : 2);
+    if (!directions[event.key] || !(isOnRuler || event.target === fields.text && !isAcross)) return;
+    event.preventDefault();
+    step(event.shiftKey ? 'second' : event.altKey ? 'beat' : 'frame', directions[event.key]);
+  });
+  let start;  // of a drag
+  on(ruler, 'pointerdown', ({pointerId, clientX}) => {
+    ruler.setPointerCapture(pointerId);
+    start = answer && {clientX, position: BigInt(display('samples').text)};
+  });
+  on(ruler, 'pointermove', ({clientX}) => {
+    if (!start || !answer) return;
+    const share = (start.clientX - clientX) / (ruler.clientWidth - 56);
+    move('samples', String(start.position + BigInt(Math.round(share * fields.span.value))));
+  });
+  on(ruler, 'pointerup pointercancel', () => start = undefined);
+  on(ruler, 'wheel', event => {
+    if (!event.ctrlKey && document.activeElement !== ruler) return;  // the page scrolls
+    event.preventDefault();
+    zoom(2 ** (Math.sign(event.deltaY) / 4));
+  }, {passive: false});
+  on(window, 'hashchange', followAddress);
+  on(window, 'resize', drawRuler);
+}
+
+loadMezzo({
+  print: line => lines.output.push(line),
+  printErr: line => lines.errors.push(line),
+}).then(loaded => {
+  module = loaded;
+  fillPage();
+  listen();
+  followAddress();
+  fields.text.select();
+});
