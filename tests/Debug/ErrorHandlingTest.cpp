@@ -85,9 +85,9 @@ TEST(DisableErrorHandling, FollowsTheDatabaseEntry) {
   for (const std::string_view text : {"true", "True", "true ", "", "true"}) {
     database.SetEntry(key, {text.begin(), text.end()});
     EXPECT_EQ(DisableErrorHandling(), text == "true") << text;
-    const auto before = test::heap::AllocationCount();
+    const auto before = test::heap::allocations;
     EXPECT_EQ(DisableErrorHandling(), text == "true");
-    EXPECT_EQ(test::heap::AllocationCount(), before) << "an unchanged database is not read";
+    EXPECT_EQ(test::heap::allocations, before) << "an unchanged database is not read";
   }
   database.RemoveEntry(key);
   EXPECT_FALSE(DisableErrorHandling());

@@ -21,25 +21,20 @@ using plinth::config::InitializerRegistrar;
 std::uint64_t sAllocationsAtRegistration = 0;
 
 void Watch(const char* inName, bool inRegistered) noexcept {
-  if (inRegistered) {
-    const auto module = InitializerRegistrar::Registrations().back();
-    const bool isBare = !module.hasInitialize && !module.hasPrepareTermination &&
-                        !module.hasTerminate && module.dependencyCount == 0;
-    std::fprintf(stderr, "%s joins, flags %d%s; ", inName, static_cast<int>(module.flags),
-                 isBare ? "" : ", not bare");
-    sAllocationsAtRegistration = test::heap::AllocationCount();
-  } else {
-    std::fprintf(stderr, "%s leaves", inName);
-  }
+  std::fprintf(stderr, "%s %s; ", inName, inRegistered ? "joins" : "leaves");
+  if (!inRegistered) return;
+  const auto module = InitializerRegistrar::Registrations().back();
+  const bool isBare = !module.hasInitialize && !module.hasPrepareTermination &&
+                      !module.hasTerminate && module.dependencyCount == 0;
+  std::fprintf(stderr, "flags %d, bare %d; ", static_cast<int>(module.flags), isBare);
+  sAllocationsAtRegistration = test::heap::allocations;
 }
 
 [[noreturn]] void LoadAndExit() {
   InitializerRegistrar::SetObserver(&Watch);
   void* const library = dlopen(MEZZO_LIBRARY, RTLD_NOW | RTLD_LOCAL);
   // A signal takes memory as it is built, and nothing else in the library does at load.
-  if (test::heap::AllocationCount() > sAllocationsAtRegistration) {
-    std::fputs("signal is built; ", stderr);
-  }
+  if (test::heap::allocations > sAllocationsAtRegistration) std::fputs("signal is built; ", stderr);
   const auto getSignal = reinterpret_cast<decltype(&utility::GetAppActivatedSignal)>(
       dlsym(library, "_ZN5mezzo7utility21GetAppActivatedSignalEv"));
   const auto tellsItsEnd = [](int*) { std::fputs("signal is gone; ", stderr); };
@@ -49,7 +44,7 @@ void Watch(const char* inName, bool inRegistered) noexcept {
 
 TEST(LoadOrder, PutsTheRegistrationAroundTheSignal) {
   EXPECT_EXIT(LoadAndExit(), testing::ExitedWithCode(0),
-              "^Mezzo joins, flags 2; signal is built; signal is gone; Mezzo leaves$");
+              "^Mezzo joins; flags 2, bare 1; signal is built; signal is gone; Mezzo leaves; $");
 }
 
 }  // namespace

@@ -22,6 +22,7 @@ std::string Name(int inIndex) {
 TEST(NoteString, ShowsTranslatedLettersAsGiven) {
   auto& localizer = plinth::config::Localizer::Get();
   localizer.InstallTranslation("$$$/mezzo/MusicalNotes/G", u"Sol");
+  localizer.InstallTranslation("$$$/mezzo/MusicalNotes/A=A", u"Lo");
   localizer.InstallTranslation("$$$/mezzo/MusicalNotes/A", u"Là");
   EXPECT_EQ(Name(11), "Sol\\u266f/L\\u00e0\\u266d4");
   EXPECT_EQ(Name(0), "L\\u00e03");

@@ -4,6 +4,7 @@
 #include "../support/ExportedCalls.h"
 #include "../support/Heap.h"
 #include "../support/Reports.h"
+#include "../support/Text.h"
 
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/algorithm/string/split.hpp>
@@ -27,20 +28,7 @@ class FieldArguments : public Arguments {
     return std::strtoll((*fField++).c_str(), nullptr, 10);
   }
   double Double(const Usual&) override { return std::strtod((*fField++).c_str(), nullptr); }
-  UTF16String Text(const Usual&) override {
-    const std::string& field = *fField++;
-    UTF16String text;
-    for (std::size_t i = 1; i + 1 < field.size(); ++i) {
-      if (field[i] == '\\' && field[i + 1] == 'u') {
-        text += static_cast<char16_t>(std::stoi(field.substr(i + 2, 4), nullptr, 16));
-        i += 5;
-      } else {
-        if (field[i] == '\\') ++i;
-        text += static_cast<char16_t>(field[i]);
-      }
-    }
-    return text;
-  }
+  UTF16String Text(const Usual&) override { return Unquoted(*fField++); }
 
  private:
   Fields::const_iterator fField;
@@ -79,9 +67,9 @@ TEST_P(VectorTest, GivesTheIndependentResults) {
         arguments.oldText = oldText;
         std::uint64_t allocations = 0;
         Fields actual = GetParam().results(std::move(arguments), [&](const auto& call) {
-          const auto before = heap::AllocationCount();
+          const auto before = heap::allocations;
           call();
-          allocations = heap::AllocationCount() - before;
+          allocations = heap::allocations - before;
         });
         const auto taken = reports.Take();
         for (const Report& report : taken) actual.push_back(ReportField(report));

@@ -26,7 +26,6 @@ namespace {
 using mezzo::test::Shown;
 using mezzo::test::Wide;
 using plinth::utility::Guid;
-using plinth::utility::NumericCast;
 
 TEST(UTF16StringStream, WritesDoublesAsTheCLibraryDoes) {
   std::mt19937_64 random(1);
@@ -41,20 +40,19 @@ TEST(UTF16StringStream, WritesDoublesAsTheCLibraryDoes) {
 }
 
 TEST(StringToNumber, ReadsIntegersAsTheCLibraryDoes) {
-  for (const std::string text :
+  for (const char* text :
        {"12:34", "+0012e5", "000000000000000000000000000000042", "-2147483648.9", " \t 7",
         "9223372036854775807", "9223372036854775808", "-9223372036854775808",
         "-9223372036854775809", "1000000000000000000000000000000000"}) {
     errno = 0;
-    const long long expected = std::strtoll(text.c_str(), nullptr, 10);
+    const long long expected = std::strtoll(text, nullptr, 10);
     long long number = 77;
     EXPECT_EQ(plinth::string::StringToNumber(number, Wide(text), 6), errno == 0) << text;
     EXPECT_EQ(number, expected) << text;
   }
-  for (const std::string text : {"", "\t-", "+-5", "-+5", "- 5", "\n5", ".5", "x", "\xb2"}) {
+  for (const char* text : {"", "\t-", "+-5", "-+5", "- 5", "\n5", ".5", "x", "\xb2"}) {
     long long number = 77;
-    EXPECT_FALSE(plinth::string::StringToNumber(number, Wide(text), 6)) << text;
-    EXPECT_EQ(number, 0) << text;
+    EXPECT_FALSE(plinth::string::StringToNumber(number, Wide(text), 6) || number != 0) << text;
   }
 }
 
@@ -80,13 +78,10 @@ TEST(Guid, ReadsThreeFormsAndOrdersByBytes) {
 }
 
 TEST(NumericCast, KeepsTheLowBits) {
-  const std::pair<std::int64_t, int> cases[] = {{2147483647, 2147483647},
-                                                {2147483648, -2147483647 - 1},
-                                                {4294967296, 0},
-                                                {-2147483649, 2147483647}};
-  for (const auto& [value, cast] : cases) {
-    const auto number = static_cast<long>(value);
-    if (number == value) EXPECT_EQ((NumericCast<int, long>(number)), cast);
+  for (const std::int64_t value : {2147483647LL, 2147483648LL, 4294967297LL, -2147483649LL}) {
+    const auto low = static_cast<int>(static_cast<std::uint32_t>(value));
+    const auto number = static_cast<long>(value);  // 32 bits on some platforms
+    EXPECT_EQ((plinth::utility::NumericCast<int, long>(number)), low);
   }
 }
 

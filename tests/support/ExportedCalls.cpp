@@ -9,10 +9,12 @@
 #include <plinth/appstatemanager/AppStateManager.h>
 #include <plinth/debug/DebugDatabase.h>
 
+#include <boost/algorithm/string.hpp>
+#include <boost/lexical_cast.hpp>
+
 #include <atomic>
 #include <concepts>
 #include <cstddef>
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -25,10 +27,6 @@ namespace mezzo::test {
 using plinth::UTF16String;
 using plinth::utility::Guid;
 using utility::BeatInfo;
-
-std::string Quoted(const UTF16String& inText) {
-  return '"' + Shown(inText) + '"';
-}
 
 std::string Joined(const Fields& inFields) {
   std::string line;
@@ -55,14 +53,29 @@ Bits SplitMix64(std::uint64_t inSeed) {
 
 // ------------------------------------------------------------------------------- Usual arguments
 
+namespace {
+
+/// Every whole number from the first to the last.
+Usual Range(std::int64_t inFirst, std::int64_t inLast) {
+  Usual range;
+  for (; inFirst <= inLast; ++inFirst) range.numbers.push_back(static_cast<double>(inFirst));
+  return range;
+}
+
+Usual Forms(const char* inForms) {
+  Usual usual;
+  boost::split(usual.forms, std::string_view(inForms), [](char unit) { return unit == '|'; });
+  return usual;
+}
+
+}  // namespace
+
 const Usual kSampleRates{{0, 1, 8000, 11025, 44100, 47952, 48000, 48000, 88200, 96000, 192000}};
 const Usual kExactRates{{44100.0, 48000.0, 88288.2, 192000.0}};
 const Usual kFrameRates{{0, 10, 24, 25, 30, 30, 30, 50, 60, 60, 100, 120, 1000}};
-const Usual kClockForms{{},
-                        {"#:#:#:#", "#;#;#;#", "#:#:#.#", "#:#:#:#.#", "#:#", "#", "#.#", ".#",
-                         "-#:#:#", "#:#:#:#:#", "#:#."}};
-const Usual kMusicalForms{{},
-                          {"#:#.#", "#:#.#.#", "#:#", "#", "-#:#.#", "#.#", " +#:-#.#", "#.#e#"}};
+const Usual kClockForms =
+    Forms("#:#:#:#|#;#;#;#|#:#:#.#|#:#:#:#.#|#:#|#|#.#|.#|-#:#:#|#:#:#:#:#|#:#.");
+const Usual kMusicalForms = Forms("#:#.#|#:#.#.#|#:#|#|-#:#.#|#.#| +#:-#.#|#.#e#");
 
 BeatInfo Arguments::Beats() {
   static const Usual sTicks{{-1, -1, 1, 10, 96, 480, 960, 960, 1920}},
@@ -117,11 +130,7 @@ double DrawnArguments::Double(const Usual& inUsual) {
     return static_cast<double>(numerator) / 1024.0;
   };
   const double value = draw();
-  if (trace != nullptr) {
-    char text[40];
-    std::snprintf(text, sizeof text, "%a", value);
-    trace->push_back(text);
-  }
+  if (trace != nullptr) trace->push_back(boost::lexical_cast<std::string>(value));
   return value;
 }
 
@@ -183,34 +192,44 @@ template <class Parameter>
 constexpr bool kIsOutput =
     std::is_same_v<Parameter, int*> || std::is_same_v<Parameter, std::remove_cvref_t<Parameter>&>;
 
-template <class Parameter>
-Kept<Parameter> Draw(Arguments& ioFrom, const Usual& inUsual) {
-  using Value = Kept<Parameter>;
-  constexpr bool kIsText = std::is_same_v<Value, UTF16String>;
-  if constexpr (kIsText && kIsOutput<Parameter>) {
-    return ioFrom.oldText;
-  } else if constexpr (kIsText) {
-    return ioFrom.Text(inUsual);
-  } else if constexpr (std::is_same_v<Parameter, std::int64_t&>) {
-    return -7070707070707070707;
-  } else if constexpr (std::is_same_v<Value, std::int64_t>) {
-    return ioFrom.Integer(64, inUsual);
-  } else if constexpr (std::is_same_v<Value, bool>) {
-    return ioFrom.Flag();
-  } else if constexpr (std::is_floating_point_v<Value>) {
-    return static_cast<Value>(ioFrom.Double(inUsual));
-  } else if constexpr (std::is_same_v<Value, BeatInfo>) {
-    return ioFrom.Beats();
-  } else if constexpr (std::is_same_v<Value, std::optional<BeatInfo>>) {
-    const bool isThere = ioFrom.Flag();
-    const BeatInfo beats = ioFrom.Beats();
-    return isThere ? Value(beats) : std::nullopt;
-  } else if constexpr (std::is_same_v<Value, std::optional<int>>) {
-    return ioFrom.Flag() ? std::nullopt : Value(0);
-  } else {
-    return static_cast<Value>(ioFrom.Int32(inUsual));
+/// Draws what is kept for a parameter of any type, or what an output holds before a call.
+struct Draw {
+  void operator()(bool& outValue) const { outValue = from.Flag(); }
+  void operator()(BeatInfo& outValue) const { outValue = from.Beats(); }
+  void operator()(UTF16String& outValue) const {
+    outValue = isOutput ? from.oldText : from.Text(usual);
   }
-}
+  void operator()(std::optional<BeatInfo>& outValue) const {
+    const bool isThere = from.Flag();
+    outValue = from.Beats();
+    if (!isThere) outValue.reset();
+  }
+  void operator()(std::optional<int>& outValue) const {
+    if (!from.Flag()) outValue = 0;
+  }
+  void operator()(std::int64_t& outValue) const {
+    outValue = isOutput ? -7070707070707070707 : from.Integer(64, usual);
+  }
+  void operator()(float& outValue) const { outValue = static_cast<float>(from.Double(usual)); }
+  void operator()(double& outValue) const { outValue = from.Double(usual); }
+  template <class Number>
+  void operator()(Number& outValue) const {
+    outValue = static_cast<Number>(from.Int32(usual));
+  }
+
+  Arguments& from;
+  const Usual& usual;
+  bool isOutput;
+};
+
+struct ShowField {
+  std::string operator()(const UTF16String& inText) const { return Quoted(inText); }
+  std::string operator()(const Guid& inGuid) const { return Shown(inGuid.AsString()); }
+  std::string operator()(std::integral auto inNumber) const { return std::to_string(inNumber); }
+  std::string operator()(std::optional<int> inNumber) const {
+    return inNumber ? std::to_string(*inNumber) : "null";
+  }
+};
 
 template <class Parameter>
 Parameter Pass(Kept<Parameter>& ioValue) {
@@ -221,20 +240,6 @@ Parameter Pass(Kept<Parameter>& ioValue) {
   }
 }
 
-std::string Field(const UTF16String& inText) {
-  return Quoted(inText);
-}
-std::string Field(const Guid& inGuid) {
-  return Shown(inGuid.AsString());
-}
-std::string Field(std::optional<int> inNumber) {
-  return inNumber ? std::to_string(*inNumber) : "null";
-}
-template <std::integral Number>
-std::string Field(Number inNumber) {
-  return std::to_string(inNumber);
-}
-
 /// \param inUsual one for each parameter; nothing is usual for those left out.
 template <class Result, class... Parameters>
 ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
@@ -242,7 +247,12 @@ ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
   const std::vector<Usual> usual(std::begin(inUsual), std::end(inUsual));
   const auto results = [=](Arguments&& from, const Surround& surround) {
     auto next = usual.begin();
-    std::tuple<Kept<Parameters>...> arguments{Draw<Parameters>(from, *next++)...};
+    std::tuple<Kept<Parameters>...> arguments;
+    const auto draw = [&]<class Parameter>(Kept<Parameter>& value) {
+      Draw{from, *next++, kIsOutput<Parameter>}(value);
+    };
+    std::apply([&](auto&... each) { (draw.template operator()<Parameters>(each), ...); },
+               arguments);
     const auto call = [&] {
       return std::apply([&](auto&... each) { return inFunction(Pass<Parameters>(each)...); },
                         arguments);
@@ -253,10 +263,10 @@ ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
     } else {
       Result result{};
       surround([&] { result = call(); });
-      fields = {Field(result)};
+      fields = {ShowField()(result)};
     }
     const auto addOutput = [&]<class Parameter>(const Kept<Parameter>& value) {
-      if constexpr (kIsOutput<Parameter>) fields.push_back(Field(value));
+      if constexpr (kIsOutput<Parameter>) fields.push_back(ShowField()(value));
     };
     std::apply([&](auto&... each) { (addOutput.template operator()<Parameters>(each), ...); },
                arguments);
@@ -315,24 +325,15 @@ bool DisableErrorHandling(std::int32_t inEntry) {
 
 // ------------------------------------------------------------------------------------- The table
 
-/// Every whole number from the first to the last.
-Usual Range(std::int64_t inFirst, std::int64_t inLast) {
-  Usual range;
-  for (; inFirst <= inLast; ++inFirst) range.numbers.push_back(static_cast<double>(inFirst));
-  return range;
-}
-
 /// Every identifier in each of its forms, upper case included.
 Usual IdentifierForms() {
   Usual usual;
   for (int index = 0; index < 19; ++index) {
     const auto id = utility::GetNativeHandlerID(static_cast<utility::NativePluginIndex>(index));
-    const std::string text = Shown(id.AsString());
-    std::string upper = text;
-    for (char& unit : upper) unit = unit >= 'a' ? static_cast<char>(unit - 0x20) : unit;
-    std::string bare = upper;
-    std::erase(bare, '-');
-    usual.forms.insert(usual.forms.end(), {text, '{' + text + '}', upper, bare});
+    const std::string text = Shown(id.AsString()), upper = boost::to_upper_copy(text);
+    for (const std::string& form :
+         {text, '{' + text + '}', upper, boost::erase_all_copy(upper, "-")})
+      usual.forms.push_back(form);
   }
   return usual;
 }
@@ -341,26 +342,10 @@ std::vector<ExportedCall> Table() {
   using namespace utility;
   const Usual none, tempos{{60.0, 120.0, 125.5}}, beatFields = Range(0, 6), states = Range(-1, 6);
   const Usual formats{{0, 1, 2, 3, 4, 5, 5, 6, 6, 7, 8, 9, 10, 11, 11, 12, 13, 14, -1, 15, 16, -2}};
-  const Usual names{{}, {"RuvoAiff",
-                         "RuvoApe",
-                         "RuvoAT",
-                         "DLMS",
-                         "Dolby",
-                         "ImporterHost",
-                         "RuvoLSF",
-                         "RuvoMF",
-                         "RuvoMP2",
-                         "RuvoMP3",
-                         "RuvoQT",
-                         "RuvoTwoLame",
-                         "RuvoWav",
-                         "FinalCutXML",
-                         "LegacyXML",
-                         "OmfSession",
-                         "DocketNative",
-                         "ruvowav",
-                         "KinoraInterchange",
-                         "KinodocNative"}};
+  const Usual names = Forms(
+      "RuvoAiff|RuvoApe|RuvoAT|DLMS|Dolby|ImporterHost|RuvoLSF|RuvoMF|RuvoMP2|RuvoMP3|RuvoQT|"
+      "RuvoTwoLame|RuvoWav|FinalCutXML|LegacyXML|OmfSession|DocketNative|ruvowav|"
+      "KinoraInterchange|KinodocNative");
   const Usual frequencies{{13.75, 27.5, 55.0, 261.63, 440.0, 452.8929, 860.0, 14080.0, 28160.0}};
   constexpr bool kImpure = false;
   return {

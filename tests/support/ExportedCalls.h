@@ -92,9 +92,6 @@ struct ExportedCall {
 
 const std::vector<ExportedCall>& ExportedCalls();
 
-/// A text as results show it.
-std::string Quoted(const plinth::UTF16String& inText);
-
 /// Results in one line.
 std::string Joined(const Fields& inFields);
 

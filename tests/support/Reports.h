@@ -3,7 +3,6 @@
 
 #include <plinth/debug/AssertDialog.h>
 
-#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,7 +16,7 @@ struct Report {
   bool flag;
 };
 
-/// Records every report while it lives; one at a time in a process.
+/// Records every report of one thread while it lives; one at a time in a process.
 class RecordedReports {
  public:
   RecordedReports() {
@@ -30,10 +29,7 @@ class RecordedReports {
   RecordedReports& operator=(const RecordedReports&) = delete;
 
   /// Gives the reports so far and starts anew.
-  std::vector<Report> Take() {
-    const std::lock_guard lock(sMutex);
-    return std::exchange(sReports, {});
-  }
+  std::vector<Report> Take() { return std::exchange(sReports, {}); }
 
   /// What the dialog does with the reports that follow.
   static inline bool silences, answersBreak;
@@ -41,14 +37,12 @@ class RecordedReports {
  private:
   static bool Record(bool& ioDisabled, const char* inCondition, const unsigned char* inMessage,
                      const char* inFile, int inLine, const char* inFunction, bool inFlag) {
-    const std::lock_guard lock(sMutex);
     sReports.push_back({inCondition, reinterpret_cast<const char*>(inMessage), inFile, inLine,
                         inFunction, inFlag});
     if (silences) __atomic_store_n(&ioDisabled, true, __ATOMIC_RELAXED);
     return answersBreak;
   }
 
-  static inline std::mutex sMutex;
   static inline std::vector<Report> sReports;
 };
 

@@ -32,4 +32,22 @@ inline std::string Shown(std::u16string_view inText) {
   return shown;
 }
 
+/// A text as results show it.
+inline std::string Quoted(std::u16string_view inText) {
+  return '"' + Shown(inText) + '"';
+}
+
+inline plinth::UTF16String Unquoted(const std::string& inField) {
+  plinth::UTF16String text;
+  for (std::size_t i = 1; i + 1 < inField.size(); ++i) {
+    if (inField[i] == '\\' && inField[++i] == 'u') {
+      text += static_cast<char16_t>(std::stoi(inField.substr(i + 1, 4), nullptr, 16));
+      i += 4;
+    } else {
+      text += static_cast<char16_t>(inField[i]);
+    }
+  }
+  return text;
+}
+
 }  // namespace mezzo::test
