@@ -72,33 +72,18 @@ std::int64_t LeadingInteger(const std::string& inText) {
 
 // ---------------------------------------------------------------------------------------- Timecode
 
-std::string DropFrameLabel(std::int64_t inFrames, std::int64_t inFps) {
-  std::int64_t minute = 0, frame = inFrames;
-  const auto dropped = [&] { return minute % 10 == 0 ? 0 : inFps / 15; };
-  for (; frame >= 60 * inFps - dropped(); ++minute) frame -= 60 * inFps - dropped();
-  frame += dropped();
-  return Padded(minute / 60, 2) + ';' + Padded(minute % 60, 2) + ';' + Padded(frame / inFps, 2) +
-         ';' + Padded(frame % inFps, 2);
-}
-
 void WriteTimecode(const Made& inCall) {
   const std::int64_t samples = inCall.Int(0), rate = inCall.Int(1), fps = inCall.Int(2);
-  const bool dropFrame = inCall.Flag(3), isPulledDown = dropFrame || inCall.Flag(4);
   // Within these, nothing needs more than 64 bits.
   if (rate < 1 || fps < 1 || fps > 2000 || samples != samples << 29 >> 29) return;
-  if (dropFrame && (inCall.Flag(4) || (fps != 30 && fps != 60))) return;
-  const std::int64_t dividend = std::abs(samples) * fps * (isPulledDown ? 1000 : 1);
-  const std::int64_t divisor = rate * (isPulledDown ? 1001 : 1);
+  if (inCall.Flag(3) || inCall.Flag(6) || inCall.Flag(7) || inCall.Flag(9)) return;
+  const std::int64_t dividend = std::abs(samples) * fps * 1000;
+  const std::int64_t divisor = rate * (inCall.Flag(4) ? 1001 : 1000);
   const std::int64_t frames = dividend / divisor, seconds = frames / fps;
   if (frames > kLargestInt) return;
-  // At the pulled-down rate with dropped labels the count is made in double precision.
-  if (inCall.Flag(5))
-    return inCall.RequireNear(std::stoll(inCall.result), frames, dropFrame ? 1 : 0);
-  const std::string sign = samples < 0 ? "-" : "";
-  if (dropFrame) return inCall.RequireEqual(sign + DropFrameLabel(frames, fps));
-  if (inCall.Flag(6) || inCall.Flag(7) || inCall.Flag(9)) return;
-  std::string label = sign + Padded(seconds / 3600, 2) + ':' + Padded(seconds / 60 % 60, 2) + ':' +
-                      Padded(seconds % 60, 2) + ':' +
+  if (inCall.Flag(5)) return inCall.RequireEqual(std::to_string(frames));
+  std::string label = (samples < 0 ? "-" : "") + Padded(seconds / 3600, 2) + ':' +
+                      Padded(seconds / 60 % 60, 2) + ':' + Padded(seconds % 60, 2) + ':' +
                       Padded(frames % fps, std::to_string(fps - 1).size());
   if (inCall.Flag(8)) label += '.' + Padded(dividend % divisor * 100 / divisor, 2);
   inCall.RequireEqual(label);
@@ -138,52 +123,20 @@ ClockText Parse(std::string inRest) {
   return clock;
 }
 
-/// Frames before a label, counting the labels that are left out minute by minute.
-std::int64_t CountFrames(const ClockText& inClock, std::int64_t inFps, bool inDropFrame) {
-  const std::int64_t minutes = 60 * inClock.FromRight(3) + inClock.FromRight(2);
-  const std::int64_t dropped = inDropFrame ? inFps / 15 : 0;
-  std::int64_t frame = inClock.FromRight(0);
-  if (minutes % 10 != 0 && inClock.FromRight(1) == 0) frame = std::max(frame, dropped);
-  std::int64_t frames = (60 * minutes + inClock.FromRight(1)) * inFps + frame;
-  for (std::int64_t minute = 1; minute <= minutes && dropped != 0; ++minute)
-    if (minute % 10 != 0) frames -= dropped;
-  return frames;
-}
-
 void ReadTimecode(const Made& inCall) {
   const std::string text = inCall.Text(0);
   const std::int64_t rate = inCall.Int(1), fps = inCall.Int(2), pulldown = inCall.Flag(3) ? 1 : 0;
-  const bool dropFrame = inCall.Flag(4);
   if (text.empty()) return inCall.RequireEqual("-1");
   const ClockText clock = Parse(text);
-  if (rate < 1 || fps < 1 || fps > 2000 || (dropFrame && fps != 30 && fps != 60) ||
-      clock.FromRight(3) > 100 || clock.FromRight(2) > 6000)
-    return;
-  const std::int64_t frames = CountFrames(clock, fps, dropFrame);
-  const std::int64_t fractions = clock.denominator * frames + clock.numerator;
+  if (rate < 1 || fps < 1 || fps > 2000 || inCall.Flag(4)) return;
+  const std::int64_t minutes = 60 * clock.FromRight(3) + clock.FromRight(2);
+  const std::int64_t frames = (60 * minutes + clock.FromRight(1)) * fps + clock.FromRight(0);
   const std::int64_t factor = (1000 + pulldown) * rate, divisor = 1000 * clock.denominator * fps;
   // Further out the result comes from an estimate in double precision.
-  if (frames > kLargestInt || static_cast<long double>(fractions) * factor >= 0x1p62L) return;
+  if (frames > kLargestInt) return;
+  const std::int64_t fractions = clock.denominator * frames + clock.numerator;
+  if (static_cast<long double>(fractions) * factor >= 0x1p62L) return;
   inCall.RequireEqual(std::to_string((fractions * factor + divisor - 1) / divisor));
-}
-
-// -------------------------------------------------------------------------------------- Clock time
-
-void WriteClock(const Made& inCall) {
-  const std::int64_t samples = inCall.Int(0), rate = inCall.Int(1);
-  if (rate < 1 || samples != samples << 16 >> 16) return;
-  const std::int64_t seconds = std::abs(samples) / rate, rest = std::abs(samples) % rate;
-  if (seconds / 3600 > kLargestInt) return;
-  const std::string sign = samples < 0 ? "-" : "";
-  std::string clock =
-      seconds < 3600 ? (sign.empty() ? "   " : "  -") + std::to_string(seconds / 60)
-                     : sign + std::to_string(seconds / 3600) + ':' + Padded(seconds / 60 % 60, 2);
-  clock += ':' + Padded(seconds % 60, 2);
-  if (!inCall.Flag(2)) {
-    clock += '.' + (seconds >= 36000 ? Padded(rest * 100 / rate, 2)
-                                     : Padded((rest * 1000 + 500) / rate, 3));
-  }
-  inCall.RequireEqual(clock);
 }
 
 // ------------------------------------------------------------------------------------ Musical time
@@ -192,14 +145,12 @@ void WriteClock(const Made& inCall) {
 constexpr long double kRelativeError = 4e-15L;
 
 struct Meter {
-  explicit Meter(const Made& inCall)
-      : rate(inCall.Double(1)),
-        ticks(inCall.Int(2)),
-        tempo(inCall.Double(3)),
-        beatsPerBar(inCall.Int(4)),
-        unit(inCall.Int(5)),
-        offsetMs(inCall.Double(6)),
-        first(inCall.Flag(7) ? 0 : 1) {}
+  long double rate;
+  std::int64_t ticks;
+  long double tempo;
+  std::int64_t beatsPerBar, unit;
+  long double offsetMs;
+  std::int64_t first;  // bar, and beat of a bar
 
   bool IsUsual() const {
     return rate >= 1 && rate <= 1e7L && tempo >= 0.1L && tempo <= 1e4L && beatsPerBar >= 1 &&
@@ -219,17 +170,15 @@ struct Meter {
     if (ticks == -1) return count + std::strtold(inText.c_str() + dot, nullptr);
     return count + static_cast<long double>(LeadingInteger(inText.substr(dot + 1))) / ticks;
   }
-
-  long double rate;
-  std::int64_t ticks;
-  long double tempo;
-  std::int64_t beatsPerBar, unit;
-  long double offsetMs;
-  std::int64_t first;  // bar, and beat of a bar
 };
 
+Meter MeterOf(const Made& inCall) {
+  return {inCall.Double(1), inCall.Int(2),    inCall.Double(3),      inCall.Int(4),
+          inCall.Int(5),    inCall.Double(6), inCall.Flag(7) ? 0 : 1};
+}
+
 void ReadMusicalTime(const Made& inCall) {
-  const Meter meter(inCall);
+  const Meter meter = MeterOf(inCall);
   const long double beats = meter.BeatsOf(inCall.Text(0));
   const long double position = beats * meter.SamplesPerBeat();
   // Whole beats are counted in 32 bits.
@@ -239,7 +188,7 @@ void ReadMusicalTime(const Made& inCall) {
 }
 
 void WriteMusicalTime(const Made& inCall) {
-  const Meter meter(inCall);
+  const Meter meter = MeterOf(inCall);
   const long double beat = meter.SamplesPerBeat(), position = inCall.Double(0) - meter.Offset();
   if (inCall.Int(8) < 3 || !meter.IsUsual() || !(std::fabs(position / beat) < 1e9L)) return;
 
@@ -264,7 +213,6 @@ void Check(test::DrawnArguments inArguments) {
   static const std::map<std::string, void (*)(const Made&)> sReferences{
       {"ConvertSamplesToTimecode-flags", &WriteTimecode},
       {"ConvertTimecodeToSamples-rate", &ReadTimecode},
-      {"ConvertSamplesToDecimalTimecode", &WriteClock},
       {"ConvertBarsAndBeatsToSamples", &ReadMusicalTime},
       {"ConvertSamplesToBarsAndBeats", &WriteMusicalTime}};
   plinth::debug::SetAssertDialogHandler([](bool&, const char*, const unsigned char*, const char*,
