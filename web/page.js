@@ -15,18 +15,17 @@ const shapes = [
   [/./, ['decimal', 'smpte', 'bars-beats', 'beats', 'milliseconds']],
 ];
 const rates = new Map();  // from names such as 29.97df to {format, fps}
-const lines = {output: [], errors: []};
+let output, errors;  // lines of a command
 let module;
-let answer;  // of the command show, with the format that was taken; undefined after an error
+let answer;  // what the tool shows, and the format that was taken; undefined after an error
 
 function run(...words) {
-  lines.output = [];
-  lines.errors = [];
+  [output, errors] = [[], []];
   const stack = module.stackSave();
   const status = module.callMain(words);
   module.stackRestore(stack);
-  const errors = lines.errors.map(line => line.replace('mezzo: ', ''));
-  return {text: lines.output.join('\n'), error: status === 0 ? '' : errors.join('\n')};
+  const error = errors.map(line => line.replace('mezzo: ', '')).join('\n');
+  return {text: output.join('\n'), error: status === 0 ? '' : error};
 }
 
 function options(format) {
@@ -41,15 +40,10 @@ function show(format, text, taken = format) {
 
 function readTyped() {
   const text = fields.text.value;
-  const recognised = shapes.find(([shape]) => shape.test(text))[1];
-  const formats = fields.format.value ? [fields.format.value] : recognised;
-  let first;
-  for (const format of formats) {
-    const shown = show(format, text);
-    if (!shown.error) return shown;
-    first ??= shown;
-  }
-  return first;
+  const chosen = fields.format.value;
+  const formats = chosen ? [chosen] : shapes.find(([shape]) => shape.test(text))[1];
+  const shown = formats.map(format => show(format, text));
+  return shown.find(({error}) => !error) ?? shown[0];
 }
 
 // Once moved by keys or on the ruler, the position is a sample, and the field shows its text in the
@@ -62,7 +56,8 @@ function readMoved() {
   const text = shown.formats.find(format => format.name === name)?.text?.trim() ?? '';
   fields.text.value = text;
   const {text: sample} = run('parse', format, ...options(format), '--', text);
-  const notes = sample === position ? [] : [`'${text}' reads back as sample ${sample}`];
+  const notes =
+      sample && sample !== position ? [`'${text}' reads back as sample ${sample}`] : [];
   return {...shown, notes};
 }
 
@@ -73,7 +68,9 @@ function update() {
   if (rates.has(answer?.taken)) fields.fps.value = answer.fps;
   showAnswer();
   drawRuler();
-  keepAddress();
+  const address = '#' + new URLSearchParams(new FormData(find('form')));
+  clearTimeout(update.timer);  // a drag would change the address more often than browsers allow
+  update.timer = setTimeout(() => history.replaceState(null, '', address), 200);
 }
 
 const formatNamed = name => rates.get(name)?.format ?? name;
@@ -97,21 +94,16 @@ function showAnswer() {
 
 function drawRuler() {
   if (!answer) return ruler.replaceChildren();
-  const position = display('samples').text;
+  const position = BigInt(display('samples').text);
   const half = BigInt(fields.span.value) / 2n;
+  const [from, to] = [position - half, position + half];
+  const columns = Math.max(20, Math.floor((ruler.clientWidth - 48) / 8));
   const drawn = run('ruler', '--svg', '-', '--format', answer.taken, ...options(answer.taken),
-                    '--from', `@${BigInt(position) - half}`, '--to', `@${BigInt(position) + half}`,
-                    '--width', String(Math.max(20, Math.floor((ruler.clientWidth - 48) / 8))));
+                    '--from', `@${from}`, '--to', `@${to}`, '--width', String(columns));
   ruler.innerHTML = drawn.text;
   if (drawn.error) ruler.textContent = drawn.error;
-  ruler.setAttribute('aria-valuenow', position);
-  ruler.setAttribute('aria-valuetext', fields.text.value);
-}
-
-function keepAddress() {
-  clearTimeout(keepAddress.timer);  // a drag would change it more often than browsers allow
-  const address = '#' + new URLSearchParams(new FormData(find('form')));
-  keepAddress.timer = setTimeout(() => history.replaceState(null, '', address), 200);
+  const said = {valuemin: from, valuenow: position, valuemax: to, valuetext: fields.text.value};
+  for (const name in said) ruler.setAttribute('aria-' + name, said[name]);
 }
 
 function followAddress() {
@@ -144,8 +136,7 @@ function step(unit, by) {
 
 function zoom(factor) {
   fields.span.value *= factor;
-  drawRuler();
-  keepAddress();
+  update();
 }
 
 function copy(text) {
@@ -162,8 +153,6 @@ function fillPage() {
     [...rates].map(([name, {format}]) => `<option value="${name}">${name} – ${format}`).join('')
   }</optgroup><optgroup label="Displays">${
     formats.map(({name, meaning}) => `<option value="${name}">${name} – ${meaning}`).join('')}`;
-  find('#fps').innerHTML =
-      [...new Set([...rates.values()].map(({fps}) => `<option>${fps}`))].join('');
   find('#displays').innerHTML = formats.map(({name, meaning}) =>
     `<li data-format="${name}"><button><span>${meaning}</span> <code>${name}</code>
      <samp></samp> <small></small></button>`).join('');
@@ -220,12 +209,12 @@ function listen() {
     zoom(2 ** (Math.sign(event.deltaY) / 4));
   }, {passive: false});
   on(window, 'hashchange', followAddress);
-  on(window, 'resize', drawRuler);
+  on(window, 'resize', update);
 }
 
 loadMezzo({
-  print: line => lines.output.push(line),
-  printErr: line => lines.errors.push(line),
+  print: line => output.push(line),
+  printErr: line => errors.push(line),
 }).then(loaded => {
   module = loaded;
   fillPage();
