@@ -196,11 +196,11 @@ void WriteMusicalTime(const Made& inCall) {
   const auto numberBehind = [&](std::size_t place) {
     return LeadingInteger(text.substr(place + 1));
   };
-  const std::int64_t beats = numberBehind(text.find(':')) - meter.first;
-  inCall.Require(beats >= 0 && beats < meter.beatsPerBar, "a beat of the bar");
   const bool isDecimal = meter.ticks == -1;
-  inCall.Require(numberBehind(text.find('.')) < (isDecimal ? 1000 : meter.ticks),
-                 "a part of a beat");
+  const std::int64_t beatOfBar = numberBehind(text.find(':')) - meter.first;
+  inCall.Require(beatOfBar >= 0 && beatOfBar < meter.beatsPerBar &&
+                     numberBehind(text.find('.')) < (isDecimal ? 1000 : meter.ticks),
+                 "a beat of the bar and a part of the beat");
   // Thousandths of a tick, rounded, or of a beat, truncated from half of one lower.
   const long double thousandth = beat / std::abs(meter.ticks) / 1000;
   const std::int64_t more = isDecimal ? 1 : numberBehind(text.rfind('.'));

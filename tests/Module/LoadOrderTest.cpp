@@ -27,14 +27,15 @@ void Watch(const char* inName, bool inRegistered) noexcept {
   const bool isBare = !module.hasInitialize && !module.hasPrepareTermination &&
                       !module.hasTerminate && module.dependencyCount == 0;
   std::fprintf(stderr, "flags %d, bare %d; ", static_cast<int>(module.flags), isBare);
-  sAllocationsAtRegistration = test::heap::allocations;
+  sAllocationsAtRegistration = test::heap::AllocationCount();
 }
 
 [[noreturn]] void LoadAndExit() {
   InitializerRegistrar::SetObserver(&Watch);
   void* const library = dlopen(MEZZO_LIBRARY, RTLD_NOW | RTLD_LOCAL);
   // A signal takes memory as it is built, and nothing else in the library does at load.
-  if (test::heap::allocations > sAllocationsAtRegistration) std::fputs("signal is built; ", stderr);
+  if (test::heap::AllocationCount() > sAllocationsAtRegistration)
+    std::fputs("signal is built; ", stderr);
   const auto getSignal = reinterpret_cast<decltype(&utility::GetAppActivatedSignal)>(
       dlsym(library, "_ZN5mezzo7utility21GetAppActivatedSignalEv"));
   const auto tellsItsEnd = [](int*) { std::fputs("signal is gone; ", stderr); };

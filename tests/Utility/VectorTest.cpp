@@ -67,9 +67,9 @@ TEST_P(VectorTest, GivesTheIndependentResults) {
         arguments.oldText = oldText;
         std::uint64_t allocations = 0;
         Fields actual = GetParam().results(std::move(arguments), [&](const auto& call) {
-          const auto before = heap::allocations;
+          const auto before = heap::AllocationCount();
           call();
-          allocations = heap::allocations - before;
+          allocations = heap::AllocationCount() - before;
         });
         const auto taken = reports.Take();
         for (const Report& report : taken) actual.push_back(ReportField(report));

@@ -11,7 +11,6 @@
 #include <clocale>
 #include <cstdio>
 #include <locale>
-#include <sstream>
 #include <string_view>
 
 namespace {
@@ -44,9 +43,7 @@ int main(int argc, char** argv) {
   if (argc != 1 && !prints && !changesLocale) return 2;
   if (changesLocale) {
     std::locale::global(std::locale(argv[2]));  // C's, too
-    std::ostringstream stream;
-    stream << 1234.5;
-    if (stream.str() != "1.234,5" || std::localeconv()->decimal_point[0] != ',') return 1;
+    if (std::localeconv()->decimal_point[0] != ',') return 1;
   }
   for (const ExportedCall& call : ExportedCalls()) {
     if (!prints || call.name == argv[2]) PrintDigest(call, prints);

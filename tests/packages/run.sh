@@ -29,18 +29,20 @@ grep -q '^libmezzo1 .*libstdc++6' "$scratch/installed"
 diff <("$build/bin/mezzo" show 480000) <("$root/usr/bin/mezzo" show 480000)
 ldd "$root/usr/bin/mezzo" >"$scratch/libraries"
 grep -q "libMezzo.so.1 => $root/usr/" "$scratch/libraries"
-# Another project takes the library from here, where it was not built for: nothing may remember the
-# prefix.
-cmake -G Ninja -S "$source/tests/consumer" -B "$scratch/consumer" -DCMAKE_CXX_COMPILER="$4" \
-  -DCMAKE_PREFIX_PATH="$root/usr" >>"$scratch/log"
-cmake --build "$scratch/consumer" >>"$scratch/log"
-"$scratch/consumer/app"
+# The README's project takes the library from here, where it was not built for, with every header and
+# an implicit conversion, an error under the library's own warning options.
+mkdir -p "$scratch/desk/host" && cd "$scratch/desk"
+awk '/^```/ { file = $2; next } file { print >file }' "$source/README.md"
+(cd "$root/usr/include/mezzo" && printf '#include <%s>\n' */*.h) >>ruler.cpp
+echo 'int Whole(double inNumber) { return inNumber; }' >>ruler.cpp
+cmake -G Ninja -B build -DCMAKE_CXX_COMPILER="$4" -DCMAKE_PREFIX_PATH="$root/usr" >>"$scratch/log"
+cmake --build build >>"$scratch/log"
 PKG_CONFIG_PATH=$(dirname "$(find "$root" -name mezzo.pc)")
 export PKG_CONFIG_PATH
 read -ra flags < <(pkg-config --cflags --libs mezzo)
-"$4" -std=c++20 "$source/tests/consumer/main.cpp" -o "$scratch/app" "${flags[@]}" \
+"$4" -std=c++20 ruler.cpp -o ruler "${flags[@]}" \
   "-Wl,-rpath,$(pkg-config --variable=libdir mezzo)"
-"$scratch/app"
+diff <(build/ruler) <(./ruler)
 
 in_root --purge "${packages[@]}"
 diff <(echo "$before") <(files)

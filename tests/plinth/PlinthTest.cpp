@@ -6,23 +6,18 @@
 
 #include <plinth/config/InitializerRegistrar.h>
 #include <plinth/debug/CachedDatabaseValue.h>
-#include <plinth/string/StringConversion.h>
 #include <plinth/string/UTF16StringStream.h>
 #include <plinth/utility/Cast.h>
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstdlib>
 #include <regex>
 #include <string>
-#include <vector>
 
 namespace {
 
 using mezzo::test::Shown;
 using mezzo::test::Wide;
-using plinth::string::StringToNumber;
 using plinth::utility::NumericCast;
 
 TEST(UTF16StringStream, FillsTheNextItemUpToItsWidth) {
@@ -37,34 +32,6 @@ TEST(UTF16StringStream, FillsTheNextItemUpToItsWidth) {
   stream.width(4);
   stream << 0.5;
   EXPECT_EQ(Shown((stream << stream.str()).view()), "  -7055-214748364800.5  -7055-214748364800.5");
-}
-
-TEST(StringToNumber, ReadsDoublesAsTheCLibraryDoes) {
-  const std::string zeros(2000, '0');
-  // 1 + 2^-53 lies halfway between 1 and its successor.
-  const std::string halfway = "1.00000000000000011102230246251565404236316680908203125" + zeros;
-  const std::string texts[] = {halfway, halfway + "1", "1" + zeros + "e-2000", "-1" + zeros,
-                               zeros + "." + zeros + "1e2001"};
-  std::vector<const char*> all{" \t+.25:7",
-                               "-5.",
-                               "2e+",
-                               "2E-1.5",
-                               "9007199254740993",
-                               "4e-324",
-                               "0e99999999999999999999",
-                               "1e-99999999999999999999",
-                               "1.8e308"};
-  for (const std::string& text : texts) all.push_back(text.c_str());
-  for (const char* text : all) {
-    const double expected = std::strtod(text, nullptr);
-    double number = 77;
-    EXPECT_EQ(StringToNumber(number, Wide(text), 6), std::isfinite(expected)) << text;
-    EXPECT_EQ(number, expected) << text;
-  }
-  for (const char* text : {"", "-.e5", "+-5", "inf", "\n5"}) {
-    double number = 77;
-    EXPECT_FALSE(StringToNumber(number, Wide(text), 6) || number != 0) << text;
-  }
 }
 
 TEST(NumericCast, ReportsWhatDoesNotFit) {

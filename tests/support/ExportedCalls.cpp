@@ -17,6 +17,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
@@ -29,9 +30,7 @@ using plinth::utility::Guid;
 using utility::BeatInfo;
 
 std::string Joined(const Fields& inFields) {
-  std::string line;
-  for (const auto& field : inFields) line += (&field == &inFields.front() ? "" : "\t") + field;
-  return line;
+  return boost::join(inFields, "\t");
 }
 
 void Hash(std::uint64_t& ioHash, const std::string& inLine) {
@@ -49,44 +48,6 @@ Bits SplitMix64(std::uint64_t inSeed) {
     bits = (bits ^ (bits >> 27)) * 0x94d049bb133111eb;
     return bits ^ (bits >> 31);
   };
-}
-
-// ------------------------------------------------------------------------------- Usual arguments
-
-namespace {
-
-/// Every whole number from the first to the last.
-Usual Range(std::int64_t inFirst, std::int64_t inLast) {
-  Usual range;
-  for (; inFirst <= inLast; ++inFirst) range.numbers.push_back(static_cast<double>(inFirst));
-  return range;
-}
-
-Usual Forms(const char* inForms) {
-  Usual usual;
-  boost::split(usual.forms, std::string_view(inForms), [](char unit) { return unit == '|'; });
-  return usual;
-}
-
-}  // namespace
-
-const Usual kSampleRates{{0, 1, 8000, 11025, 44100, 47952, 48000, 48000, 88200, 96000, 192000}};
-const Usual kExactRates{{44100.0, 48000.0, 88288.2, 192000.0}};
-const Usual kFrameRates{{0, 10, 24, 25, 30, 30, 30, 50, 60, 60, 100, 120, 1000}};
-const Usual kClockForms =
-    Forms("#:#:#:#|#;#;#;#|#:#:#.#|#:#:#:#.#|#:#|#|#.#|.#|-#:#:#|#:#:#:#:#|#:#.");
-const Usual kMusicalForms = Forms("#:#.#|#:#.#.#|#:#|#|-#:#.#|#.#| +#:-#.#|#.#e#");
-
-BeatInfo Arguments::Beats() {
-  static const Usual sTicks{{-1, -1, 1, 10, 96, 480, 960, 960, 1920}},
-      sBar{{1, 2, 3, 4, 4, 5, 6, 7}}, sTempo{{60.0, 120.0, 120.0, 125.5, 87.98329390408782}},
-      sUnit{{1, 2, 4, 4, 8, 16}}, sOffset{{0.0, 0.0, 500.0, -1234.5678}};
-  return {Int32(sTicks), Double(sTempo), Int32(sBar), Int32(sUnit), Double(sOffset)};
-}
-
-bool Arguments::Flag() {
-  static const Usual sBits{{0, 1}};
-  return (Int32(sBits) & 1) != 0;
 }
 
 // ----------------------------------------------------------------------------- Drawing arguments
@@ -183,43 +144,49 @@ UTF16String DrawnArguments::Text(const Usual& inUsual) {
 
 namespace {
 
-/// What a call keeps for a parameter; behind a pointer there may be nothing.
-template <class Parameter, class Bare = std::remove_cvref_t<Parameter>>
-using Kept = std::conditional_t<std::is_pointer_v<Bare>,
-                                std::optional<std::remove_cv_t<std::remove_pointer_t<Bare>>>, Bare>;
-
-template <class Parameter>
-constexpr bool kIsOutput =
-    std::is_same_v<Parameter, int*> || std::is_same_v<Parameter, std::remove_cvref_t<Parameter>&>;
-
-/// Draws what is kept for a parameter of any type, or what an output holds before a call.
+/// Draws an argument of any type, or what an output holds before a call.
 struct Draw {
-  void operator()(bool& outValue) const { outValue = from.Flag(); }
-  void operator()(BeatInfo& outValue) const { outValue = from.Beats(); }
-  void operator()(UTF16String& outValue) const {
-    outValue = isOutput ? from.oldText : from.Text(usual);
-  }
-  void operator()(std::optional<BeatInfo>& outValue) const {
-    const bool isThere = from.Flag();
-    outValue = from.Beats();
-    if (!isThere) outValue.reset();
-  }
-  void operator()(std::optional<int>& outValue) const {
-    if (!from.Flag()) outValue = 0;
+  void operator()(bool& outValue) const {
+    static const Usual sBits{{0, 1}};
+    outValue = (from.Integer(32, sBits) & 1) != 0;
   }
   void operator()(std::int64_t& outValue) const {
     outValue = isOutput ? -7070707070707070707 : from.Integer(64, usual);
   }
   void operator()(float& outValue) const { outValue = static_cast<float>(from.Double(usual)); }
   void operator()(double& outValue) const { outValue = from.Double(usual); }
+  void operator()(UTF16String& outValue) const {
+    outValue = isOutput ? from.oldText : from.Text(usual);
+  }
+  void operator()(BeatInfo& outValue) const {
+    static const Usual sTicks{{-1, -1, 1, 10, 96, 480, 960, 960, 1920}},
+        sTempo{{60.0, 120.0, 120.0, 125.5, 87.98329390408782}}, sBar{{1, 2, 3, 4, 4, 5, 6, 7}},
+        sUnit{{1, 2, 4, 4, 8, 16}}, sOffset{{0.0, 0.0, 500.0, -1234.5678}};
+    Draw{from, sTicks}(outValue.iTicksPerBeat);
+    Draw{from, sTempo}(outValue.dTempo);
+    Draw{from, sBar}(outValue.iBeatsPerBar);
+    Draw{from, sUnit}(outValue.iBeatUnit);
+    Draw{from, sOffset}(outValue.dOffsetMs);
+  }
+  template <class Pointee>
+  void operator()(std::optional<Pointee>& outValue) const {
+    bool flag = false;
+    (*this)(flag);
+    if constexpr (std::is_same_v<Pointee, int>) {
+      if (!flag) outValue = 0;
+    } else {
+      (*this)(outValue.emplace());
+      if (!flag) outValue.reset();
+    }
+  }
   template <class Number>
   void operator()(Number& outValue) const {
-    outValue = static_cast<Number>(from.Int32(usual));
+    outValue = static_cast<Number>(from.Integer(32, usual));
   }
 
   Arguments& from;
   const Usual& usual;
-  bool isOutput;
+  bool isOutput = false;
 };
 
 struct ShowField {
@@ -231,14 +198,30 @@ struct ShowField {
   }
 };
 
+/// What a call passes for a parameter; behind a pointer there may be nothing.
 template <class Parameter>
-Parameter Pass(Kept<Parameter>& ioValue) {
-  if constexpr (std::is_pointer_v<Parameter>) {
-    return ioValue ? &*ioValue : nullptr;
-  } else {
-    return std::forward<Parameter>(ioValue);
+struct Argument {
+  using Bare = std::remove_cvref_t<Parameter>;
+  using Pointee = std::remove_cv_t<std::remove_pointer_t<Parameter>>;
+  static constexpr bool kIsOutput =
+      std::is_same_v<Parameter, int*> || std::is_same_v<Parameter, Bare&>;
+
+  void DrawFrom(Arguments& ioFrom, const Usual& inUsual) {
+    Draw{ioFrom, inUsual, kIsOutput}(value);
   }
-}
+  Parameter Pass() {
+    if constexpr (std::is_pointer_v<Parameter>) {
+      return value ? &*value : nullptr;
+    } else {
+      return std::forward<Parameter>(value);
+    }
+  }
+  void AddTo(Fields& ioOutputs) const {
+    if constexpr (kIsOutput) ioOutputs.push_back(ShowField()(value));
+  }
+
+  std::conditional_t<std::is_pointer_v<Parameter>, std::optional<Pointee>, Bare> value{};
+};
 
 /// \param inUsual one for each parameter; nothing is usual for those left out.
 template <class Result, class... Parameters>
@@ -247,15 +230,10 @@ ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
   const std::vector<Usual> usual(std::begin(inUsual), std::end(inUsual));
   const auto results = [=](Arguments&& from, const Surround& surround) {
     auto next = usual.begin();
-    std::tuple<Kept<Parameters>...> arguments;
-    const auto draw = [&]<class Parameter>(Kept<Parameter>& value) {
-      Draw{from, *next++, kIsOutput<Parameter>}(value);
-    };
-    std::apply([&](auto&... each) { (draw.template operator()<Parameters>(each), ...); },
-               arguments);
+    std::tuple<Argument<Parameters>...> arguments;
+    std::apply([&](auto&... each) { (each.DrawFrom(from, *next++), ...); }, arguments);
     const auto call = [&] {
-      return std::apply([&](auto&... each) { return inFunction(Pass<Parameters>(each)...); },
-                        arguments);
+      return std::apply([&](auto&... each) { return inFunction(each.Pass()...); }, arguments);
     };
     Fields fields{"void"};
     if constexpr (std::is_void_v<Result>) {
@@ -265,11 +243,7 @@ ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
       surround([&] { result = call(); });
       fields = {ShowField()(result)};
     }
-    const auto addOutput = [&]<class Parameter>(const Kept<Parameter>& value) {
-      if constexpr (kIsOutput<Parameter>) fields.push_back(ShowField()(value));
-    };
-    std::apply([&](auto&... each) { (addOutput.template operator()<Parameters>(each), ...); },
-               arguments);
+    std::apply([&](auto&... each) { (each.AddTo(fields), ...); }, arguments);
     return fields;
   };
   return {inName, results, inIsPure};
@@ -295,14 +269,22 @@ bool InState(std::int32_t inState) {
   return kQuery();
 }
 
-/// Counts deactivations and, in thousands, activations that a slot sees. It owns its count: another
-/// thread's firing may still call it when its connection is gone.
+/// Counts deactivations and, in thousands, activations that a slot sees. The next slot throws,
+/// which has to reach whoever fires, and keeps the last one from being called. Slots own their
+/// count: another thread's firing may still call them when their connections are gone.
 template <class Fire>
 std::int64_t CountActivations(const Fire& inFire) {
   const auto count = std::make_shared<std::atomic<int>>(0);
-  const boost::signals2::scoped_connection slot = utility::GetAppActivatedSignal().connect(
-      [count](bool activated) { *count += activated ? 1000 : 1; });
-  inFire();
+  auto& signal = utility::GetAppActivatedSignal();
+  const boost::signals2::scoped_connection slots[] = {
+      signal.connect([count](bool activated) { *count += activated ? 1000 : 1; }),
+      signal.connect([](bool) { throw std::runtime_error("slot"); }),
+      signal.connect([count](bool) { *count = -1; })};
+  try {
+    inFire();
+    *count = -2;
+  } catch (const std::runtime_error&) {
+  }
   return *count;
 }
 
@@ -325,6 +307,19 @@ bool DisableErrorHandling(std::int32_t inEntry) {
 
 // ------------------------------------------------------------------------------------- The table
 
+/// Every whole number from the first to the last.
+Usual Range(std::int64_t inFirst, std::int64_t inLast) {
+  Usual range;
+  for (; inFirst <= inLast; ++inFirst) range.numbers.push_back(static_cast<double>(inFirst));
+  return range;
+}
+
+Usual Forms(const char* inForms) {
+  Usual usual;
+  boost::split(usual.forms, std::string_view(inForms), [](char unit) { return unit == '|'; });
+  return usual;
+}
+
 /// Every identifier in each of its forms, upper case included.
 Usual IdentifierForms() {
   Usual usual;
@@ -340,36 +335,41 @@ Usual IdentifierForms() {
 
 std::vector<ExportedCall> Table() {
   using namespace utility;
-  const Usual none, tempos{{60.0, 120.0, 125.5}}, beatFields = Range(0, 6), states = Range(-1, 6);
-  const Usual formats{{0, 1, 2, 3, 4, 5, 5, 6, 6, 7, 8, 9, 10, 11, 11, 12, 13, 14, -1, 15, 16, -2}};
+  const Usual none,
+      fields = Range(0, 6), states = Range(-1, 6), tempos{{60.0, 120.0, 125.5}},
+      rates{{0, 1, 8000, 11025, 44100, 47952, 48000, 48000, 88200, 96000, 192000}},
+      exactRates{{44100.0, 48000.0, 88288.2, 192000.0}},
+      frameRates{{0, 10, 24, 25, 30, 30, 30, 50, 60, 60, 100, 120, 1000}},
+      formats{{0, 1, 2, 3, 4, 5, 5, 6, 6, 7, 8, 9, 10, 11, 11, 12, 13, 14, -1, 15, 16, -2}},
+      frequencies{{13.75, 27.5, 55.0, 261.63, 440.0, 452.8929, 860.0, 14080.0, 28160.0}};
+  const Usual clock = Forms("#:#:#:#|#;#;#;#|#:#:#.#|#:#:#:#.#|#:#|#|#.#|.#|-#:#:#|#:#:#:#:#|#:#.");
+  const Usual musical = Forms("#:#.#|#:#.#.#|#:#|#|-#:#.#|#.#| +#:-#.#|#.#e#");
   const Usual names = Forms(
       "RuvoAiff|RuvoApe|RuvoAT|DLMS|Dolby|ImporterHost|RuvoLSF|RuvoMF|RuvoMP2|RuvoMP3|RuvoQT|"
       "RuvoTwoLame|RuvoWav|FinalCutXML|LegacyXML|OmfSession|DocketNative|ruvowav|"
       "KinoraInterchange|KinodocNative");
-  const Usual frequencies{{13.75, 27.5, 55.0, 261.63, 440.0, 452.8929, 860.0, 14080.0, 28160.0}};
   constexpr bool kImpure = false;
   return {
-      Describe("operator==", CompareBeats<std::equal_to<>>, {none, none, beatFields}),
-      Describe("operator!=", CompareBeats<std::not_equal_to<>>, {none, none, beatFields}),
+      Describe("operator==", CompareBeats<std::equal_to<>>, {none, none, fields}),
+      Describe("operator!=", CompareBeats<std::not_equal_to<>>, {none, none, fields}),
       Describe<bool, UTF16String&, std::int64_t, std::int32_t, std::int32_t>(
           "ConvertSamplesToTimecode-flags", ConvertSamplesToTimecode,
-          {none, none, kSampleRates, kFrameRates}),
+          {none, none, rates, frameRates}),
       Describe<bool, UTF16String&, std::int64_t, std::int32_t, TimecodeFormat>(
           "ConvertSamplesToTimecode-format", ConvertSamplesToTimecode,
-          {none, none, kSampleRates, formats, kFrameRates}),
+          {none, none, rates, formats, frameRates}),
       Describe("ConvertSamplesToDecimalTimecode", ConvertSamplesToDecimalTimecode,
-               {none, none, kSampleRates}),
+               {none, none, rates}),
       Describe("ConvertSamplesToBarsAndBeats", ConvertSamplesToBarsAndBeats,
-               {none, none, kExactRates, none, none, {{-1, 0, 1, 2, 2, 3, 3, 4}}}),
-      Describe("ConvertSamplesToBeats", ConvertSamplesToBeats, {none, none, kSampleRates, tempos}),
+               {none, none, exactRates, none, none, {{-1, 0, 1, 2, 2, 3, 3, 4}}}),
+      Describe("ConvertSamplesToBeats", ConvertSamplesToBeats, {none, none, rates, tempos}),
       Describe<bool, std::int64_t&, const UTF16String&, std::int32_t>(
           "ConvertTimecodeToSamples-rate", ConvertTimecodeToSamples,
-          {none, kClockForms, kSampleRates, kFrameRates}),
+          {none, clock, rates, frameRates}),
       Describe<bool, std::int64_t&, const UTF16String&, TimecodeFormat>(
           "ConvertTimecodeToSamples-format", ConvertTimecodeToSamples,
-          {none, kClockForms, formats, kSampleRates, kFrameRates}),
-      Describe("ConvertBarsAndBeatsToSamples", ConvertBarsAndBeatsToSamples,
-               {kMusicalForms, kExactRates}),
+          {none, clock, formats, rates, frameRates}),
+      Describe("ConvertBarsAndBeatsToSamples", ConvertBarsAndBeatsToSamples, {musical, exactRates}),
       Describe("DropFrameToHMSF", DropFrameToHMSF, {none, {{30, 60}}, {{0}}, {{0}}, {{0}}, {{0}}}),
       Describe("GetNoteString", GetNoteString, {none, Range(-1, 13), {{-1, 0, 1, 4, 8, 9, 10}}}),
       Describe("GetNoteFromFrequency", GetNoteFromFrequency, {frequencies}),

@@ -29,8 +29,6 @@ struct Usual {
   std::vector<std::string> forms{};  ///< of a text; "#" stands for a number
 };
 
-extern const Usual kSampleRates, kExactRates, kFrameRates, kClockForms, kMusicalForms;
-
 /// Where arguments come from.
 class Arguments {
  public:
@@ -39,12 +37,6 @@ class Arguments {
   virtual std::int64_t Integer(int inBits, const Usual& inUsual = {}) = 0;
   virtual double Double(const Usual& inUsual = {}) = 0;
   virtual plinth::UTF16String Text(const Usual& inUsual) = 0;
-
-  std::int32_t Int32(const Usual& inUsual) {
-    return static_cast<std::int32_t>(Integer(32, inUsual));
-  }
-  bool Flag();
-  utility::BeatInfo Beats();
 
   /// What a text holds before a call replaces it.
   plinth::UTF16String oldText = u"keep";

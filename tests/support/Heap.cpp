@@ -5,9 +5,13 @@
 
 namespace mezzo::test::heap {
 
-thread_local std::uint64_t allocations = 0;
+static thread_local std::uint64_t sAllocations = 0;
 thread_local std::int64_t blocks = 0;
 thread_local std::int64_t untilFailure = -1;
+
+std::uint64_t AllocationCount() {
+  return sAllocations;
+}
 
 }  // namespace mezzo::test::heap
 
@@ -15,7 +19,7 @@ using namespace mezzo::test;
 
 // What the standard library allocates in any other way ends here, too.
 void* operator new(std::size_t inSize) {
-  ++heap::allocations;
+  ++heap::sAllocations;
   const bool fails = heap::untilFailure >= 0 && heap::untilFailure-- == 0;
   void* const block = fails ? nullptr : std::malloc(inSize);
   if (block == nullptr) throw std::bad_alloc();

@@ -25,8 +25,6 @@ class RecordedReports {
     plinth::debug::SetAssertDialogHandler(&Record);
   }
   ~RecordedReports() { plinth::debug::SetAssertDialogHandler(nullptr); }
-  RecordedReports(const RecordedReports&) = delete;
-  RecordedReports& operator=(const RecordedReports&) = delete;
 
   /// Gives the reports so far and starts anew.
   std::vector<Report> Take() { return std::exchange(sReports, {}); }
