@@ -157,8 +157,8 @@ function fillPage() {
     `<li data-format="${name}"><button><span>${meaning}</span> <code>${name}</code>
      <samp></samp> <small></small></button>`).join('');
   find('#steps').innerHTML = ['frame', 'second', 'beat', 'zoom'].map(unit =>
-    `<span role="group" aria-label="${unit}"><button name="${unit}" value="-1">−</button>
-     ${unit} <button name="${unit}" value="1">+</button></span>`).join('');
+    `<span><button name="${unit}" value="-1" aria-label="${unit} −">−</button> ${unit}
+     <button name="${unit}" value="1" aria-label="${unit} +">+</button></span>`).join('');
   const defaults = JSON.parse(run('show', '--json', '0').text);
   for (const name of settings) fields[name].value = defaults[name];
   find('#version').textContent = run('--version').text;
