@@ -11,7 +11,7 @@ const shapes = [
   [/;/, ['smpte-drop']],
   [/:.*:.*:/, ['smpte']],
   [/^\s*[-+]?\d*\s*$/, ['samples']],
-  [/:\d(\.\d*)?\s*$/, ['bars-beats']],
+  [/^[^:]*:\d(\.\d*)?\s*$/, ['bars-beats']],
   [/./, ['decimal', 'smpte', 'bars-beats', 'beats', 'milliseconds']],
 ];
 const rates = new Map();  // from names such as 29.97df to {format, fps}
