@@ -348,27 +348,30 @@ std::vector<ExportedCall> Table() {
       "RuvoAiff|RuvoApe|RuvoAT|DLMS|Dolby|ImporterHost|RuvoLSF|RuvoMF|RuvoMP2|RuvoMP3|RuvoQT|"
       "RuvoTwoLame|RuvoWav|FinalCutXML|LegacyXML|OmfSession|DocketNative|ruvowav|"
       "KinoraInterchange|KinodocNative");
+  // Overloaded functions, by their types.
+  bool (*const writeWithFlags)(UTF16String&, std::int64_t, std::int32_t, std::int32_t, bool, bool,
+                               bool, bool, bool, bool, bool) = ConvertSamplesToTimecode;
+  bool (*const writeInFormat)(UTF16String&, std::int64_t, std::int32_t, TimecodeFormat,
+                              std::int32_t, const BeatInfo*, bool) = ConvertSamplesToTimecode;
+  bool (*const readAtRate)(std::int64_t&, const UTF16String&, std::int32_t, std::int32_t, bool,
+                           bool) = ConvertTimecodeToSamples;
+  bool (*const readInFormat)(std::int64_t&, const UTF16String&, TimecodeFormat, std::int32_t,
+                             std::int32_t, BeatInfo*, bool) = ConvertTimecodeToSamples;
   constexpr bool kImpure = false;
   return {
       Describe("operator==", CompareBeats<std::equal_to<>>, {none, none, fields}),
       Describe("operator!=", CompareBeats<std::not_equal_to<>>, {none, none, fields}),
-      Describe<bool, UTF16String&, std::int64_t, std::int32_t, std::int32_t>(
-          "ConvertSamplesToTimecode-flags", ConvertSamplesToTimecode,
-          {none, none, rates, frameRates}),
-      Describe<bool, UTF16String&, std::int64_t, std::int32_t, TimecodeFormat>(
-          "ConvertSamplesToTimecode-format", ConvertSamplesToTimecode,
-          {none, none, rates, formats, frameRates}),
+      Describe("ConvertSamplesToTimecode-flags", writeWithFlags, {none, none, rates, frameRates}),
+      Describe("ConvertSamplesToTimecode-format", writeInFormat,
+               {none, none, rates, formats, frameRates}),
       Describe("ConvertSamplesToDecimalTimecode", ConvertSamplesToDecimalTimecode,
                {none, none, rates}),
       Describe("ConvertSamplesToBarsAndBeats", ConvertSamplesToBarsAndBeats,
                {none, none, exactRates, none, none, {{-1, 0, 1, 2, 2, 3, 3, 4}}}),
       Describe("ConvertSamplesToBeats", ConvertSamplesToBeats, {none, none, rates, tempos}),
-      Describe<bool, std::int64_t&, const UTF16String&, std::int32_t>(
-          "ConvertTimecodeToSamples-rate", ConvertTimecodeToSamples,
-          {none, clock, rates, frameRates}),
-      Describe<bool, std::int64_t&, const UTF16String&, TimecodeFormat>(
-          "ConvertTimecodeToSamples-format", ConvertTimecodeToSamples,
-          {none, clock, formats, rates, frameRates}),
+      Describe("ConvertTimecodeToSamples-rate", readAtRate, {none, clock, rates, frameRates}),
+      Describe("ConvertTimecodeToSamples-format", readInFormat,
+               {none, clock, formats, rates, frameRates}),
       Describe("ConvertBarsAndBeatsToSamples", ConvertBarsAndBeatsToSamples, {musical, exactRates}),
       Describe("DropFrameToHMSF", DropFrameToHMSF, {none, {{30, 60}}, {{0}}, {{0}}, {{0}}, {{0}}}),
       Describe("GetNoteString", GetNoteString, {none, Range(-1, 13), {{-1, 0, 1, 4, 8, 9, 10}}}),
