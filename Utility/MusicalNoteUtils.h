@@ -21,9 +21,8 @@ namespace mezzo::utility {
 /// \param[in,out] outNoteString replaced by the name. If the index is outside 0 to 12, the octave
 ///     number is appended to the existing text instead.
 /// \param inNoteIndex semitones above A, 0 to 12.
-/// \param inOctave octave of the A at or below the note; no number is written if it is negative.
-/// The
-///     number written is one higher for indices above 2; overflow wraps.
+/// \param inOctave octave of the A at or below the note; a negative octave is not written. For
+///     indices above 2 the number written is one higher; overflow wraps.
 /// \param inFlatOnly true: name a black key by its flat alone ("B♭"); false: by sharp and flat
 ///     ("A♯/B♭").
 /// \exception std::bad_alloc if memory runs out; the text is unchanged.

@@ -50,9 +50,8 @@ MEZZO_EXPORT bool TranslateToHumanReadableMediaHandler(plinth::UTF16String inHan
 
 /// Translates the stored name of a native media handler to its identifier.
 /// \param inName the name, compared code unit by code unit.
-/// \param[out] outHandlerID receives the identifier in the form that `plinth::utility::Guid`
-/// writes;
-///     unchanged if the result is false.
+/// \param[out] outHandlerID receives the identifier as `plinth::utility::Guid` writes it; unchanged
+///     if the result is false.
 /// \return true on success; false for any other name, and if memory runs out. Does not throw.
 MEZZO_EXPORT bool TranslateFromHumanReadableMediaHandler(plinth::UTF16String inName,
                                                          plinth::UTF16String& outHandlerID);

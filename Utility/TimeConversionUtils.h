@@ -10,7 +10,7 @@
 /// Every function is defined for every input and gives the same bits on every platform. Outside the
 /// documented ranges the arithmetic is that of 64-bit Arm: floating point converts to integers by
 /// truncation and saturates, NaN converts to 0, integers wrap, division by zero gives 0. A broken
-/// precondition is reported to the host's assertion dialog and never stops the process. The only
+/// precondition is reported to the host's assertion dialog and never ends the process. The only
 /// exception is std::bad_alloc, when the caller's string cannot grow; the string keeps its text.
 ///
 /// \par Cost
@@ -124,12 +124,13 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// the leading ones. A number after "." is a decimal fraction of the field before it and ends the
 /// text. With five numbers the first is dropped; any more are ignored. The fraction's denominator
 /// is 10 to the power of the number of code units from its first digit to the end of the text. If
-/// "." ends the text, the last number is the fraction.
+/// fewer than five numbers are followed by a "." without a digit, the last number is the fraction;
+/// the denominator of a lone number is then 1.
 ///
 /// The result is the first sample at or after the start of the labelled frame, rounded up in exact
 /// integers; products above 7 × 2^60 are computed in double precision. For a label that exists,
-/// writing the result under the same rates and flags gives the label back, as long as a frame lasts
-/// at least one sample.
+/// writing the result at the same rates gives the label back, as long as a frame lasts at least one
+/// sample. Drop-frame labels need both flags here, and `inDropFrame` alone in writing.
 ///
 /// \param[out] outSamples receives the position in samples; -1 for an empty text; 0 for a text
 ///     without digits and for a frame rate of 0 (reported).
@@ -156,8 +157,8 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 ///     `kTimecodeFormat_Reserved` and for a value outside 0 to 14 (the two bounds are reported).
 /// \param inString the text. A leading minus sign negates sample counts and bars; in all other
 ///     formats it is a separator. Clock time, milliseconds and beats have up to three fields; a
-///     fourth field in front is reported and dropped. Pulled-down frames are read as drop-frame
-///     labels, with the same reports.
+///     fourth field in front is dropped, and reported if it is not 0. Pulled-down frames are read
+///     as drop-frame labels, with the same reports.
 /// \param inFormat the format of the text.
 /// \param inSampleRate samples per second.
 /// \param inTimecodeFPS nominal frames per second, for the SMPTE and frame-count formats.
@@ -210,13 +211,13 @@ MEZZO_EXPORT void ConvertSamplesToDecimalTimecode(plinth::UTF16String& outString
 /// and decimal fraction of the beat, lowered by half a thousandth and truncated, "2:3.499".
 ///
 /// \param[out] outString replaced by the text; empty for a negative precision. The decimal form
-///     shows bar, beat and fraction at every precision.
+///     shows bar, beat and fraction at every precision, followed by ".000" from 3 on.
 /// \param inSamples the position or length in samples; may be fractional.
 /// \param inSampleRate samples per second.
 /// \param inBeatInfo tempo, meter, ticks and offset.
 /// \param inIsDuration true: a length, `dOffsetMs` is ignored; false: a position.
-/// \param inPrecision the last field: 0 bar, 1 beat, 2 tick, 3 thousandths. A negative precision is
-///     reported.
+/// \param inPrecision the last field: 0 bar, 1 beat, 2 tick, 3 and above thousandths. A negative
+///     precision is reported.
 /// \return true. False if `iBeatsPerBar` is 0 (reported, text unchanged). Reports come first; the
 ///     record is read after them, with any change that the dialog made.
 MEZZO_EXPORT bool ConvertSamplesToBarsAndBeats(plinth::UTF16String& outString, double inSamples,
@@ -237,8 +238,8 @@ MEZZO_EXPORT void ConvertSamplesToBeats(plinth::UTF16String& outString, std::int
 ///
 /// The text is bar, optionally ":" and beat, optionally "." and ticks (with `iTicksPerBeat` -1: the
 /// decimal fraction of the beat). The first ":" and the first "." of the text count, wherever they
-/// are. Anything after these numbers is ignored. A missing number is 0; without ":" the beat is the
-/// first of the bar.
+/// are. Blanks (space, tab) and a sign may precede each number; anything after it is ignored. A
+/// missing number is 0; without ":" the beat is the first of the bar.
 ///
 /// \param inString the text.
 /// \param inSampleRate samples per second.

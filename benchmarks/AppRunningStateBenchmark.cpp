@@ -29,7 +29,7 @@ void FireSignal(benchmark::State& ioState) {
   std::vector<boost::signals2::scoped_connection> connections;
   for (std::int64_t slot = 0; slot < ioState.range(0); ++slot) {
     connections.emplace_back(GetAppActivatedSignal().connect(
-        [](bool activated) { benchmark::DoNotOptimize(activated); }));
+        [](bool inActivated) { benchmark::DoNotOptimize(inActivated); }));
   }
   for (auto _ : ioState) NotifyAppActivated(true);
 }

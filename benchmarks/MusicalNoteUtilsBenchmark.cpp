@@ -9,7 +9,7 @@
 namespace mezzo::utility {
 namespace {
 
-int NoteByLogarithm(float inFrequency, int* outOctave) {
+int FindNoteByLogarithm(float inFrequency, int* outOctave) {
   const float semitones = 12.0f * std::log2f(inFrequency / 27.5f);
   const auto octave = static_cast<int>(std::floor(semitones / 12.0f));
   *outOctave = octave;
@@ -30,7 +30,7 @@ void FindNote(benchmark::State& ioState) {
   }
 }
 BENCHMARK_TEMPLATE(FindNote, GetNoteFromFrequency)->Name("frequency to note");
-BENCHMARK_TEMPLATE(FindNote, NoteByLogarithm)->Name("frequency to note/log2f");
+BENCHMARK_TEMPLATE(FindNote, FindNoteByLogarithm)->Name("frequency to note/log2f");
 
 void WriteNote(benchmark::State& ioState) {
   plinth::UTF16String text;

@@ -14,34 +14,34 @@ namespace {
 using plinth::UTF16String;
 using plinth::utility::Guid;
 
-constexpr std::size_t kHandlers = 19;
+constexpr std::size_t kHandlers = kNativePluginIndex_DocketNative + 1;
 
-UTF16String Identifier(std::size_t inIndex) {
+UTF16String MakeIdentifier(std::size_t inIndex) {
   return GetNativeHandlerID(static_cast<NativePluginIndex>(inIndex)).AsString();
 }
 
-UTF16String Name(std::size_t inIndex) {
+UTF16String MakeName(std::size_t inIndex) {
   UTF16String name;
-  TranslateToHumanReadableMediaHandler(Identifier(inIndex), name);
+  TranslateToHumanReadableMediaHandler(MakeIdentifier(inIndex), name);
   return name;
 }
 
-bool NameInMap(UTF16String inText, UTF16String& outText) {
+bool LookUpName(UTF16String inText, UTF16String& outText) {
   static const auto sNames = [] {
     std::map<Guid, UTF16String> names;
     for (std::size_t index = 0; index < kHandlers; ++index)
-      names[Guid(Identifier(index))] = Name(index);
+      names[Guid(MakeIdentifier(index))] = MakeName(index);
     return names;
   }();
   outText = sNames.find(Guid(inText))->second;
   return true;
 }
 
-bool IdentifierInMap(UTF16String inText, UTF16String& outText) {
+bool LookUpIdentifier(UTF16String inText, UTF16String& outText) {
   static const auto sIdentifiers = [] {
     std::map<UTF16String, Guid> identifiers;
     for (std::size_t index = 0; index < kHandlers; ++index)
-      identifiers[Name(index)] = Guid(Identifier(index));
+      identifiers[MakeName(index)] = Guid(MakeIdentifier(index));
     return identifiers;
   }();
   outText = sIdentifiers.find(inText)->second.AsString();
@@ -60,12 +60,12 @@ void Translate(benchmark::State& ioState) {
     benchmark::DoNotOptimize(result.data());
   }
 }
-BENCHMARK_TEMPLATE(Translate, TranslateToHumanReadableMediaHandler, Identifier)
+BENCHMARK_TEMPLATE(Translate, TranslateToHumanReadableMediaHandler, MakeIdentifier)
     ->Name("identifier to name");
-BENCHMARK_TEMPLATE(Translate, NameInMap, Identifier)->Name("identifier to name/map");
-BENCHMARK_TEMPLATE(Translate, TranslateFromHumanReadableMediaHandler, Name)
+BENCHMARK_TEMPLATE(Translate, LookUpName, MakeIdentifier)->Name("identifier to name/map");
+BENCHMARK_TEMPLATE(Translate, TranslateFromHumanReadableMediaHandler, MakeName)
     ->Name("name to identifier");
-BENCHMARK_TEMPLATE(Translate, IdentifierInMap, Name)->Name("name to identifier/map");
+BENCHMARK_TEMPLATE(Translate, LookUpIdentifier, MakeName)->Name("name to identifier/map");
 
 }  // namespace
 }  // namespace mezzo::utility

@@ -1,5 +1,4 @@
-# Debian packages: runtime libraries, development files, tool. With the prefix /usr, libraries are
-# installed in Debian's directories.
+# Debian packages: runtime libraries, development files, tool.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "Mezzo authors <authors@mezzo.example>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each package has its own

@@ -15,6 +15,9 @@ refuse() {
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}
 
+# Emscripten needs Debian's Node modules, whichever Node runs it.
+export NODE_PATH=/usr/share/nodejs
+
 # The Debian packages for each purpose.
 declare -A packages=(
   [tool]='cmake g++ libboost-dev libcli11-dev libfast-float-dev ninja-build nlohmann-json3-dev'

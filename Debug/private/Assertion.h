@@ -1,7 +1,7 @@
 // Assertion sites: how a broken precondition is reported to the host.
 //
 // Each site has a flag that the host's assertion dialog may set to silence the site for the rest of
-// the process. A report never stops the process and throws nothing of its own. The function
+// the process. A report never ends the process and throws nothing of its own. The function
 // continues after the site and decides its own result.
 
 #pragma once
@@ -38,6 +38,6 @@ namespace mezzo::debug {
 #define MEZZO_ASSERT(condition, message, function) \
   MEZZO_ASSERT_NAMED(condition, #condition, message, function)
 
-/// Reports an impossible case.
+/// Reports at this site unconditionally.
 #define MEZZO_REPORT(conditionText, message, function) \
   MEZZO_ASSERT_NAMED(false, conditionText, message, function)

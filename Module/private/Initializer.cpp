@@ -9,7 +9,7 @@ namespace mezzo {
 
 namespace {
 
-// The host's context flags for a module's initialisers; this module has none.
+// The contexts in which the host runs a module's initialisers; this module has no initialisers.
 constexpr auto kContextFlags = static_cast<plinth::config::EInitializerContextFlags>(2);
 
 const plinth::config::InitializerRegistrar sMezzoInitializer(

@@ -10,8 +10,8 @@ namespace {
 
 using plinth::appstatemanager::GetState;
 
-// The host's states. They are ordered; negative numbers are none, and any number from
-// kAppState_Terminating up is terminating.
+// The host's states. They are ordered: every number from kAppState_Terminating up means
+// terminating. Negative numbers are not states.
 enum AppState : std::int32_t {
   kAppState_Initialized = 1,
   kAppState_EventLoopRunning = 2,

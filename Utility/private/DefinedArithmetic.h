@@ -49,7 +49,7 @@ class Defined {
   }
   friend constexpr Defined operator/(Defined inDividend, Defined inDivisor) {
     if constexpr (sizeof(Int) > sizeof(std::uint32_t)) {
-      // Processors divide 32 bits faster than 64, and nearly all operands fit.
+      // Processors divide 32 bits faster than 64, and most operands fit.
       const auto getLow = [](Defined inValue) {
         return static_cast<std::uint32_t>(inValue.GetBits());
       };

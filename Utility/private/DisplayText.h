@@ -33,11 +33,12 @@ class DisplayText {
   /// \param inWidth minimum width; shorter numbers are filled with zeros on the left, in front of
   ///     the sign, like the output of a standard stream with that fill.
   template <std::signed_integral Int>
-  [[gnu::always_inline]] DisplayText& Put(Int inValue, int inWidth = 1) {
-    const auto magnitude = static_cast<std::make_unsigned_t<Int>>(inValue);
+  requires(sizeof(Int) >= sizeof(std::int32_t))  // not a narrow character
+      [[gnu::always_inline]] DisplayText& Put(Int inValue, int inWidth = 1) {
+    const auto bits = static_cast<std::make_unsigned_t<Int>>(inValue);
     // A negative number converts to a large unsigned one, so one comparison covers both cases.
-    fEnd = magnitude < GetPowerOfTen(inWidth) ? WriteDigits(fEnd, magnitude, inWidth)
-                                              : WriteNumber(fEnd, inValue, inWidth);
+    fEnd = bits < GetPowerOfTen(inWidth) ? WriteDigits(fEnd, bits, inWidth)
+                                         : WriteNumber(fEnd, inValue, inWidth);
     return *this;
   }
 
@@ -76,7 +77,7 @@ class DisplayText {
 
   template <std::unsigned_integral Int>
   static int CountDigits(Int inValue) {
-    // 1233 / 4096 is just above log10(2): the estimate is right or one too low.
+    // 1233 / 4096 is just below log10(2): the estimate is right or one too low.
     const int estimate = static_cast<int>(std::bit_width(inValue | Int{1})) * 1233 >> 12;
     return estimate + ((inValue | Int{1}) >= GetPowerOfTen(estimate) ? 1 : 0);
   }

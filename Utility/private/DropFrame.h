@@ -35,15 +35,15 @@ constexpr Label LabelOfFrameCount(std::int64_t inFrames, std::int64_t inMultipli
   const std::int64_t framesPerTenMinutes = 10 * framesPerMinute + droppedPerMinute;
 
   const std::int64_t blocks = inFrames >= 0 ? inFrames / framesPerTenMinutes : 0;
-  const std::int64_t inBlock = inFrames - blocks * framesPerTenMinutes;
+  const std::int64_t framesInBlock = inFrames - blocks * framesPerTenMinutes;
   // Minute 0 of a block drops no labels and is longer than the others by that much. Both conditions
   // matter for the smallest integer only.
   const std::int64_t minute =
-      inBlock > droppedPerMinute ? (inBlock - droppedPerMinute) / framesPerMinute : 0;
+      framesInBlock > droppedPerMinute ? (framesInBlock - droppedPerMinute) / framesPerMinute : 0;
   // From here on labels are counted, not frames: a later minute begins after its dropped labels.
-  const std::int64_t inMinute = inBlock - minute * framesPerMinute;
-  const std::int64_t seconds = inMinute / framesPerSecond;
-  return {blocks / 6, blocks % 6, minute, seconds, inMinute - seconds * framesPerSecond};
+  const std::int64_t labelsInMinute = framesInBlock - minute * framesPerMinute;
+  const std::int64_t seconds = labelsInMinute / framesPerSecond;
+  return {blocks / 6, blocks % 6, minute, seconds, labelsInMinute - seconds * framesPerSecond};
 }
 
 /// Counts the frames in an hour of drop-frame labels. A rate has such labels only if this is a

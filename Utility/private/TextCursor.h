@@ -63,8 +63,8 @@ class TextCursor {
     return ReadDigits();
   }
 
-  /// Reads the decimal fraction that starts here with "."; 0 if no digit follows. Digits after the
-  /// first 1023 are ignored; no double needs that many.
+  /// Reads the decimal fraction that starts here with ".", without moving; 0 if no digit follows.
+  /// Only the 1023 characters after the "." are read. Later digits could only decide an exact tie.
   double ReadFraction() const {
     std::array<char, 1024> number;
     number[0] = '.';

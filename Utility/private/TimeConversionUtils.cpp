@@ -53,13 +53,13 @@ std::int32_t Narrow(Int64 inField) {
   return Int32(inField).GetValue();
 }
 
-/// The width of a field that counts from 0 up to a number of divisions: the frames of a second, the
-/// ticks of a beat.
+/// The width of a field that counts from 0 to inDivisions - 1: the frames of a second, the ticks of
+/// a beat.
 int GetDivisionWidth(std::int32_t inDivisions) {
   return inDivisions <= 10 ? 1 : inDivisions <= 100 ? 2 : inDivisions <= 1000 ? 3 : 4;
 }
 
-/// Half of the last of three decimals: added before a truncation, it rounds to the nearest.
+/// Half a unit in the third decimal. Added before truncation, it rounds to the nearest.
 constexpr double kHalfThousandth = 0.0005;
 
 void WriteZero(UTF16String& outString) {
@@ -279,11 +279,11 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
   const double samples =
       inIsDuration ? inSamples : inSamples - GetOffsetInSamples(inSampleRate, inBeatInfo);
   // Quarter notes per minute to beats of 1/iBeatUnit per second: 1 / (60 × 4).
-  constexpr double kBeatsPerSecond = 1.0 / 240.0;
+  constexpr double kTempoToBeatsPerSecond = 1.0 / 240.0;
   // Adding half a thousandth of a tick makes the truncations below round to the nearest thousandth.
   // With -1 ticks the term is negative and lowers a decimal beat instead.
   double beats =
-      samples * kBeatsPerSecond * inBeatInfo.dTempo * inBeatInfo.iBeatUnit / inSampleRate +
+      samples * kTempoToBeatsPerSecond * inBeatInfo.dTempo * inBeatInfo.iBeatUnit / inSampleRate +
       kHalfThousandth / ticksPerBeat;
 
   Int32 barsBeforeZero = 0;
@@ -447,7 +447,7 @@ int GetFractionDenominator(int inUnitCount) {
 /// Parses any text as clock fields. Any non-digit separates fields. A number after a "." is a
 /// decimal fraction and ends the text.
 ParsedTimeCode ParseTimeCodeString(const UTF16String& inString) {
-  constexpr int kMostFields = 5;
+  constexpr int kMaxFields = 5;
   ParsedTimeCode parsed;
   TextCursor cursor(inString);
   // Stays 0 at the first number of a text without a "." before it: the fraction of "1." is 1/1.
@@ -456,7 +456,7 @@ ParsedTimeCode ParseTimeCodeString(const UTF16String& inString) {
     parsed.fractionNumerator = inNumerator;
     parsed.fractionDenominator = GetFractionDenominator(unitCount);
   };
-  for (int fields = 0; fields < kMostFields; ++fields) {
+  for (int fields = 0; fields < kMaxFields; ++fields) {
     const bool isDotted = cursor.SkipToDigit();
     if (cursor.IsAtEnd()) {
       if (isDotted && fields > 0) {
@@ -510,26 +510,26 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
   }
 
   const FrameRate rate(fps, inPulldown);
-  const Int64 fractions = parsed.fractionDenominator;
-  const Int64 divisor = fractions * rate.frames;
+  const Int64 fractionsPerFrame = parsed.fractionDenominator;
+  const Int64 divisor = fractionsPerFrame * rate.frames;
   if (divisor == 0) {
     MEZZO_REPORT("false", "Divide by zero in ConvertTimecodeToSamples\n", kFunction);
     outSamples = 0;
     return true;
   }
 
-  // samples × position / divisor, rounded up. The position counts fractions of a frame.
-  const Int64 samples = Int64(rate.seconds) * inSampleRate;
-  const Int64 position = fractions * wholeFrames + parsed.fractionNumerator;
+  // samplesPerPeriod × fractions / divisor, rounded up.
+  const Int64 samplesPerPeriod = Int64(rate.seconds) * inSampleRate;
+  const Int64 fractions = fractionsPerFrame * wholeFrames + parsed.fractionNumerator;
   const auto asDouble = [](Int64 inValue) { return static_cast<double>(inValue.GetValue()); };
-  const double estimate =
-      std::fma(asDouble(samples),
-               std::fma(asDouble(fractions), wholeFrames.GetValue(), parsed.fractionNumerator),
-               asDouble(divisor - 1));
+  const double estimate = std::fma(
+      asDouble(samplesPerPeriod),
+      std::fma(asDouble(fractionsPerFrame), wholeFrames.GetValue(), parsed.fractionNumerator),
+      asDouble(divisor - 1));
   constexpr double kLargestDividend = 8070450532247928832.0;  // 7 × 2^60
   outSamples = estimate > kLargestDividend
                    ? TruncateTo<std::int64_t>(estimate / asDouble(divisor))
-                   : ((samples * position + (divisor - 1)) / divisor).GetValue();
+                   : ((samplesPerPeriod * fractions + (divisor - 1)) / divisor).GetValue();
   return true;
 }
 

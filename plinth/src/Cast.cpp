@@ -25,7 +25,7 @@ bool ShowNumericCast(bool& ioDisabled, const char* inError, const std::string& i
 
 void ReportNumericCast(bool& ioDisabled, const char* inError, const std::string& inValue,
                        const char* inTarget, const char* inSource, const char* inFile, int inLine) {
-  // Returning from the dialog releases the message before the process stops in the debugger.
+  // ShowNumericCast releases the message before the process stops in the debugger.
   const bool wantsBreak =
       ShowNumericCast(ioDisabled, inError, inValue, inTarget, inSource, inFile, inLine);
   if (wantsBreak && debug::IsDebuggerAttached()) std::raise(SIGTRAP);

@@ -13,7 +13,7 @@ struct Registry {
   std::vector<const InitializerRegistrar*> registrars;
 };
 
-/// Constructed by the first registration and never destroyed: modules are removed until exit.
+/// Constructed by the first registration and never destroyed: modules are removed during exit.
 Registry& GetRegistry() {
   static Registry& sRegistry = *new Registry;
   return sRegistry;
@@ -26,7 +26,7 @@ void NotifyObserver(const char* inName, bool inRegistered) noexcept {
   if (const auto observer = sObserver.load()) observer(inName, inRegistered);
 }
 
-std::size_t CountModules(const std::array<DependencyNamePacket, 16>& inDependencies) {
+std::size_t CountDependencies(const std::array<DependencyNamePacket, 16>& inDependencies) {
   const auto namesModule = [](const DependencyNamePacket& inPacket) {
     return inPacket.name != nullptr && *inPacket.name != '\0';
   };
@@ -45,7 +45,7 @@ InitializerRegistrar::InitializerRegistrar(
                     static_cast<bool>(inInitialize),
                     static_cast<bool>(inPrepareTermination),
                     static_cast<bool>(inTerminate),
-                    CountModules(inDependencies)} {
+                    CountDependencies(inDependencies)} {
   Registry& registry = GetRegistry();
   {
     const std::lock_guard lock(registry.mutex);

@@ -92,7 +92,7 @@ template <class Int>
 
 /// The significant digits of a number and its exponent of ten.
 ///
-/// Doubles and the midpoints between them have at most 767 significant digits. Any further digits
+/// Doubles and the midpoints between them have at most 768 significant digits. Any further digits
 /// matter only if one of them is not zero, so a fixed-size buffer suffices for every text.
 class Significand {
  public:

@@ -48,7 +48,8 @@ oUTF16StringStream& oUTF16StringStream::Append(Iterator inFirst, Iterator inLast
 }
 
 oUTF16StringStream& oUTF16StringStream::operator<<(int inNumber) {
-  char digits[std::numeric_limits<int>::digits10 + 2];  // digits10 is rounded down; a sign
+  char digits[std::numeric_limits<int>::digits10 +
+              2];  // a sign, and one digit more than always fits
   return Append(digits, std::to_chars(std::begin(digits), std::end(digits), inNumber).ptr);
 }
 

@@ -42,7 +42,7 @@ PLINTH_EXPORT bool BreakAfterAssertDialog(bool& ioDisabled, const char* inCondit
                                           int inLine, const char* inFunction, bool inFlag);
 
 /// Asks the operating system whether a debugger is attached to the process.
-/// \return true if one is attached; false also if the operating system does not tell.
+/// \return true if one is attached; false also if that cannot be determined.
 PLINTH_EXPORT bool IsDebuggerAttached();
 
 }  // namespace plinth::debug

@@ -44,7 +44,7 @@ class CachedDatabaseValue {
   }
 
  private:
-  /// The last generation that a database reaches, so the first call always reads.
+  /// The first call reads the database, unless its generation is this very number.
   static constexpr std::uint32_t kNeverRead = 0xFFFFFFFF;
 
   ByteString fKey;

@@ -17,7 +17,8 @@ namespace plinth::debug {
 using ByteString = std::basic_string<unsigned char, std::char_traits<unsigned char>,
                                      allocator::STLAllocator<unsigned char>>;
 
-/// An in-memory map from keys to texts. Any thread may call any function at any time.
+/// An in-memory map from keys to texts. Any thread may call any function at any time. Functions
+/// that take or return text throw std::bad_alloc if memory runs out.
 class PLINTH_EXPORT DebugDatabase {
  public:
   DebugDatabase(const DebugDatabase&) = delete;
@@ -39,7 +40,7 @@ class PLINTH_EXPORT DebugDatabase {
   /// \return true if the key has an entry.
   bool HasEntry(const ByteString& inKey) const;
 
-  /// Reads an entry as a value of type `T`, which is bool.
+  /// Reads an entry as a value of type `T`; only bool is provided.
   template <class T>
   T GetEntryAs(const ByteString& inKey, const T& inDefault) const;
 

@@ -4,7 +4,7 @@
 
 namespace plinth::utility {
 
-/// Option bits in an integer of type `T`, which converts to it implicitly.
+/// Option bits in an integer of type `T`. A `T` converts to `Flags<T>` implicitly.
 template <class T>
 class Flags {
  public:
