@@ -1,6 +1,6 @@
 'use strict';
-// Every text comes from the tool: the page runs its commands. It only counts frames and beats,
-// which the tool turns into positions, and the samples that the ruler spans.
+// Positions and their texts come from the tool: the page runs its commands. It only counts frames
+// and beats, which the tool turns into positions, and the samples that the ruler spans.
 
 const find = selector => document.querySelector(selector);
 const fields = find('form').elements;
