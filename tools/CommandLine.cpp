@@ -1,23 +1,36 @@
 #include "CommandLine.h"
 
-#include "InputError.h"
+#include "Commands.h"
+#include "Messages.h"
+
+#include <plinth/debug/AssertDialog.h>
+
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
 #include <iostream>
-#include <string>
-#include <vector>
+#include <iterator>
+#include <regex>
+#include <sstream>
+#include <system_error>
 
 namespace mezzo::tool {
 namespace {
 
-constexpr char kDescription[] =
+// ------------------------------------------------------------------------------------- Help texts
+
+constexpr char kToolDescription[] =
     R"(Convert, name and draw positions on an audio timeline.
 
-A position is a signed count of samples. Fields of a typed text fill up from
-the right, and a "." begins a decimal fraction. A minus sign in front counts.
+A position is a signed sample count. A typed text may begin with a minus sign,
+omit leading fields ("2:12" is 2 seconds and 12 frames in timecode), and end in
+a decimal fraction.
 
-A FORMAT is a name or number from the list of 'mezzo formats', in any letter
-case, or a frame rate as people say it, which chooses the nominal rate, too:
+A FORMAT is a name or number that 'mezzo formats' lists, in any letter case, or
+the name of a frame rate, which selects the nominal rate, too:
   23.976 23.98 24 25 29.97 29.97df 30 47.952 48 50 59.94 59.94df 60 100
   119.88 120
 )";
@@ -36,8 +49,8 @@ Examples:
 constexpr char kShowNotes[] = R"(JSON:
   {"position", "rate", "fps", "tempo", "meter", "ticks", "offset_ms",
    "duration", "notes", "formats": [{"number", "name", "text", "notes"}, ...]}
-  Where there is no text, it is null, and the notes tell why. Notes are left
-  out where there are none.
+  A missing text is null, and the notes say why. "notes" is present only if
+  there are notes.
 
 Examples:
   mezzo show 480000
@@ -46,8 +59,9 @@ Examples:
 
 constexpr char kParseNotes[] = R"(JSON:
   [{"item", "samples", "text", "notes"}, ...]
-  The item is the number of the line or argument. Notes are left out where
-  there are none. What cannot be converted is {"item", "text", "error"}.
+  "item" is the number of the line or argument, "text" the parsed text. "notes"
+  is present only if there are notes. What cannot be converted is
+  {"item", "text", "error"}.
 
 Examples:
   mezzo parse smpte 01:02:03:04
@@ -55,14 +69,14 @@ Examples:
   mezzo parse 29.97df --field 2 --header < markers.csv)";
 
 constexpr char kFormatNotes[] = R"(JSON:
-  As that of parse; the text is the one written.
+  The same as for parse; "text" is the formatted text.
 
 Examples:
   mezzo format smpte 178707200 -48000
   seq 0 12000 96000 | mezzo format bars-beats)";
 
 constexpr char kConvertNotes[] = R"(JSON:
-  As that of parse; the text is the one written.
+  The same as for parse; "text" is the text in the second format.
 
 Examples:
   mezzo convert 29.97df bars-beats "01;00;02;00" --tempo 90
@@ -75,13 +89,12 @@ Examples:
   mezzo formats)";
 
 constexpr char kRulerNotes[] = R"(Ends:
-  A text in the format of the ruler, or @ and a position in samples, such as
-  @-48000.
+  A text in the ruler's format, or @ and a sample count, such as @-48000.
 
 Labels and positions:
-  Every position is read by the library from a round text, and every label is
-  the library's text for that position. A label that the library reads as
-  another position is marked with an asterisk.
+  The library parses round texts to place the ticks, and formats the positions
+  of the ticks as labels. An asterisk marks a label that the library parses as
+  another position.
 
 JSON:
   {"format", "from", "to",
@@ -93,7 +106,7 @@ Examples:
   mezzo ruler --from @-96000 --to @96000 --svg ruler.svg)";
 
 constexpr char kNoteNotes[] = R"(JSON:
-  {"name", "index", "octave"}, and "frequency" where one was given.
+  {"name", "index", "octave"}, and "frequency" if one was given.
 
 Examples:
   mezzo note 440
@@ -105,303 +118,318 @@ constexpr char kListHandlersNotes[] = R"(JSON:
 Examples:
   mezzo handlers)";
 
-constexpr char kHandlerNotes[] = R"(JSON:
+constexpr char kFindHandlerNotes[] = R"(JSON:
   {"index", "name", "identifier"}
 
 Examples:
   mezzo handler RuvoWav)";
 
-constexpr char kTimelineGroup[] = "Timeline";
+// ---------------------------------------------------------------------------------------- Options
 
-/// What the parser would take for an option, though it stands behind "--", bears this in front
-/// until an argument takes it.
-constexpr char kMark = '\x01';
-
-/// The parser ends a command at "--" once each of its arguments has a value. Here "--" goes, and
-/// what stands behind it is marked. \return the arguments in reverse order, as the parser takes
-/// them.
-std::vector<std::string> ArgumentsForParser(std::vector<std::string> inArguments) {
-  const auto end = std::find(inArguments.begin(), inArguments.end(), "--");
-  if (end != inArguments.end()) {
-    for (auto argument = inArguments.erase(end); argument != inArguments.end(); ++argument) {
-      if (argument->starts_with('-')) argument->insert(0, 1, kMark);
-    }
-  }
-  std::reverse(inArguments.begin(), inArguments.end());
-  return inArguments;
-}
-
-CLI::Validator WithoutMark() {
-  return CLI::Validator(
-      [](std::string& text) {
-        if (text.starts_with(kMark)) text.erase(0, 1);
-        return std::string();
-      },
-      "");
-}
-
-/// "nan" is a number to the parser, and lies in every range.
+/// Checks a range. The parser's own range contains "nan".
 template <class Value>
 CLI::Validator Between(Value inLowest, Value inHighest) {
-  const CLI::Range range(inLowest, inHighest);
-  return CLI::Validator(
-      [range](std::string& text) {
-        if (text.find_first_of("nN") != std::string::npos) return Quoted(text) + " is not a number";
-        return range(text);
-      },
-      "");
-}
-
-/// Rates with a decimal point are no nominal rates.
-CLI::Validator NominalRate() {
-  return CLI::Validator(
-      [](std::string& text) {
-        for (const RateName& rate : RateNames()) {
-          if (rate.name != text || rate.name.find('.') == std::string_view::npos) continue;
-          const bool hasLabels = rate.framesPerSecond == 30 || rate.framesPerSecond == 60;
-          return text + " is " + std::to_string(rate.framesPerSecond) + " with smpte-pulldown" +
-                 (hasLabels ? " or smpte-drop" : "");
-        }
-        return std::string();
-      },
-      "");
-}
-
-/// Adds an option or argument that is read by a function of ours. What that has to say against a
-/// text becomes the complaint of the option.
-template <class Read>
-CLI::Option* AddRead(CLI::App& outCommand, const std::string& inName,
-                     const std::string& inDescription, Read inRead) {
-  const auto assign = [inName, inRead](const std::string& text) {
-    try {
-      inRead(text);
-    } catch (const InputError& error) {
-      throw CLI::ValidationError(inName, error.what());
-    }
+  const auto check = [=](const std::string& inText) {
+    Value value{};
+    if (CLI::detail::lexical_cast(inText, value) && value >= inLowest && value <= inHighest)
+      return std::string();
+    std::ostringstream complaint;
+    complaint << "must be from " << inLowest << " to " << inHighest << ", not " << Quote(inText);
+    return complaint.str();
   };
-  return outCommand.add_option_function<std::string>(inName, assign, inDescription)
-      ->transform(WithoutMark());
+  return CLI::Validator(check, "");
 }
 
-void AddFormat(CLI::App& outCommand, const char* inName, FormatChoice& outFormat) {
-  AddRead(outCommand, inName, "Format, by name or number",
-          [&outFormat](const std::string& text) { outFormat = ReadFormat(text); })
-      ->type_name("")
-      ->required();
-}
-
-void ReadMeter(const std::string& inText, utility::BeatInfo& outBeats) {
-  const std::vector<std::string> parts = CLI::detail::split(inText, '/');
-  int beats = 0;
-  int unit = 0;
-  const bool isMeter = parts.size() == 2 && CLI::detail::lexical_cast(parts[0], beats) &&
-                       CLI::detail::lexical_cast(parts[1], unit) && beats >= 1 && beats <= 999 &&
-                       unit >= 1 && unit <= 128 && (unit & (unit - 1)) == 0;
-  if (!isMeter) {
-    throw InputError("must be beats per bar and a note value, such as 6/8, not " + Quoted(inText));
+/// Explains a rate with a decimal point, which is not nominal.
+std::string CheckNominalRate(const std::string& inText) {
+  for (const RateName& rate : kRateNames) {
+    if (rate.name != inText || rate.format != utility::kTimecodeFormat_SMPTEPulldown) continue;
+    const bool hasLabels = rate.framesPerSecond == 30 || rate.framesPerSecond == 60;
+    return inText + " is " + std::to_string(rate.framesPerSecond) + " with smpte-pulldown" +
+           (hasLabels ? " or smpte-drop" : "");
   }
-  outBeats.iBeatsPerBar = beats;
-  outBeats.iBeatUnit = unit;
+  return "";
 }
 
-char ReadDelimiter(const std::string& inText) {
-  if (inText == "tab" || inText == "\\t") return '\t';
-  if (inText.size() == 1 && inText != "\"") return inText[0];
-  throw InputError("must be one character or 'tab', not " + Quoted(inText));
+CLI::Option* AddFormat(CLI::App& outCommand, const char* inName, FormatChoice& outFormat,
+                       const char* inDescription = "Format, by name or number") {
+  const auto assign = [&outFormat](const std::string& inText) { outFormat = FindFormat(inText); };
+  return outCommand.add_option_function<std::string>(inName, assign, inDescription);
 }
 
-}  // namespace
-
-CommandLine::CommandLine() : fApp(kDescription, "mezzo") {
-  fApp.footer(kToolNotes);
-  fApp.set_help_flag("-h,--help", "Print this help and exit");
-  fApp.set_help_all_flag("--help-all", "Print the help of every command and exit");
-  fApp.set_version_flag("--version", "mezzo " MEZZO_TOOL_VERSION, "Print the version and exit");
-  fApp.require_subcommand(1);
-  fApp.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-  fApp.get_formatter()->label("SUBCOMMAND", "COMMAND");
-  fApp.get_formatter()->label("Positionals", "Arguments");
-  fApp.get_formatter()->column_width(26);
-  AddConversionCommands();
-  AddRulerCommand();
-  AddNoteAndHandlerCommands();
-}
-
-int CommandLine::Run(int inCount, const char* const* inArguments) {
-  try {
-    fApp.parse(ArgumentsForParser({inArguments + 1, inArguments + inCount}));
-  } catch (const CLI::CallForHelp&) {
-    std::cout << fApp.help();
-    return kSuccess;
-  } catch (const CLI::CallForAllHelp&) {
-    std::cout << fApp.help("", CLI::AppFormatMode::All);
-    return kSuccess;
-  } catch (const CLI::CallForVersion& version) {
-    std::cout << version.what() << '\n';
-    return kSuccess;
-  } catch (const CLI::ParseError& error) {
-    if (!fApp.get_subcommands().empty()) throw InputError(error.what());
-    throw InputError((inCount < 2 ? "no command" : "unknown command " + Quoted(inArguments[1])) +
-                     "; 'mezzo --help' lists them");
-  }
-  return fCommand(fSettings);
-}
-
-CLI::App& CommandLine::AddCommand(const char* inName, const char* inDescription, Command inCommand,
-                                  const char* inNotes) {
-  CLI::App& command = *fApp.add_subcommand(inName, inDescription)->group("Commands");
-  command.footer(inNotes);
-  command.final_callback([this, inCommand] { fCommand = inCommand; });
-  command.add_flag("--json", fSettings.isJSON, "Write JSON");
-  return command;
-}
-
-void CommandLine::AddTimelineOptions(CLI::App& outCommand, bool inHasDuration) {
-  Timeline& timeline = fSettings.timeline;
+void AddTimelineOptions(CLI::App& outCommand, Settings& outSettings) {
+  Timeline& timeline = outSettings.timeline;
   utility::BeatInfo& beats = timeline.beats;
-  outCommand.option_defaults()->group(kTimelineGroup);
+  outCommand.option_defaults()->group("Timeline");
   outCommand.add_option("--rate", timeline.sampleRate, "Samples per second")
       ->check(Between(1, 10000000))
-      ->type_name("HZ")
-      ->capture_default_str();
+      ->type_name("HZ");
   outCommand
-      .add_option("--fps", fSettings.framesPerSecond,
+      .add_option("--fps", outSettings.framesPerSecond,
                   "Nominal frames per second; 30 or 60 for drop-frame")
-      ->check(NominalRate())
+      ->check(&CheckNominalRate)
       ->check(Between(1, 1000))
       ->type_name("N")
       ->default_str("30");
   outCommand.add_option("--tempo", beats.dTempo, "Quarter notes per minute")
       ->check(Between(0.001, 100000.0))
-      ->type_name("BPM")
-      ->default_str("120");
-  AddRead(outCommand, "--meter", "Beats per bar and note value of a beat",
-          [&beats](const std::string& text) { ReadMeter(text, beats); })
+      ->type_name("BPM");
+  outCommand
+      .add_option_function<std::string>(
+          "--meter",
+          [&beats](const std::string& inText) {
+            char slash = 0;
+            std::istringstream(inText) >> beats.iBeatsPerBar >> slash >> beats.iBeatUnit;
+          },
+          "Beats per bar and note value of a beat")
+      ->check([](const std::string& inText) {
+        static const std::regex kMeter("[1-9][0-9]{0,2}/(1|2|4|8|16|32|64|128)");
+        return std::regex_match(inText, kMeter)
+                   ? ""
+                   : "must be a meter such as 6/8, not " + Quote(inText);
+      })
       ->type_name("N/N")
       ->default_str("4/4");
   outCommand
-      .add_option("--ticks", beats.iTicksPerBeat,
-                  "Ticks in a beat; -1: decimal fraction of the beat")
+      .add_option("--ticks", beats.iTicksPerBeat, "Ticks per beat; -1 for a decimal fraction")
       ->check(Between(-1, 1000000))
-      ->check([](const std::string& text) { return text == "0" ? "A beat has ticks" : ""; })
-      ->type_name("N")
-      ->capture_default_str();
+      ->check([](const std::string& inText) {
+        return std::strtol(inText.c_str(), nullptr, 0) == 0 ? "must not be 0" : "";
+      })
+      ->type_name("N");
   outCommand
       .add_option("--offset-ms", beats.dOffsetMs, "Milliseconds from sample 0 to bar 1 beat 1")
       ->check(Between(-1e9, 1e9))
-      ->type_name("MS")
-      ->default_str("0");
-  if (!inHasDuration) return;
-  outCommand.add_flag("--duration", timeline.isDuration,
-                      "A length, not a position: bars and beats from 0");
+      ->type_name("MS");
 }
 
-void CommandLine::AddReadingOptions(CLI::App& outCommand) {
-  outCommand.add_flag("--lenient", fSettings.isLenient,
-                      "Read as the library does: what is no digit separates");
+void AddDuration(CLI::App& outCommand, Settings& outSettings) {
+  outCommand.add_flag("--duration", outSettings.timeline.isDuration,
+                      "Convert lengths: bars and beats count from 0");
 }
 
-void CommandLine::AddTextOptions(CLI::App& outCommand, const char* inName,
-                                 const char* inDescription) {
-  outCommand.add_option(inName, fSettings.texts, inDescription)
-      ->transform(WithoutMark())
+void AddLenient(CLI::App& outCommand, Settings& outSettings) {
+  outCommand.add_flag("--lenient", outSettings.isLenient,
+                      "Parse as the library does: any non-digit separates fields");
+}
+
+void AddTextOptions(CLI::App& outCommand, Settings& outSettings, const char* inName,
+                    const char* inDescription) {
+  outCommand.add_option(inName, outSettings.texts, inDescription)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-      ->type_name("");
+      ->type_name("")
+      ->default_str("");
   CLI::Option* const field =
-      outCommand.add_option("--field", fSettings.field, "Convert this column of a table alone")
+      outCommand.add_option("--field", outSettings.field, "Convert only this column of a table")
           ->check(Between(1, 1000))
-          ->type_name("N");
-  AddRead(outCommand, "--delimiter", "What separates columns: a character or 'tab'",
-          [this](const std::string& text) { fSettings.delimiter = ReadDelimiter(text); })
+          ->type_name("N")
+          ->default_str("");
+  outCommand
+      .add_option("--delimiter", outSettings.delimiter,
+                  "Character that separates columns, or 'tab'")
+      ->transform([](const std::string& inText) {
+        return inText == "tab" || inText == "\\t" ? "\t" : inText;
+      })
+      ->check([](const std::string& inText) {
+        const bool isDelimiter = inText.size() == 1 && inText != "\"";
+        return isDelimiter ? "" : "must be one character or 'tab', not " + Quote(inText);
+      })
       ->type_name("C")
-      ->default_str(",")
       ->needs(field);
-  outCommand.add_flag("--header", fSettings.hasHeader, "Leave the first line as it is");
-  AddTimelineOptions(outCommand);
+  outCommand.add_flag("--header", outSettings.hasHeader, "Leave the first line unchanged");
+  AddTimelineOptions(outCommand, outSettings);
+  AddDuration(outCommand, outSettings);
 }
 
-void CommandLine::AddConversionCommands() {
-  CLI::App& show = AddCommand("show", "Show a position in every display format", &Show, kShowNotes);
-  show.add_option("POSITION", fSettings.position,
+// --------------------------------------------------------------------------------------- Commands
+
+constexpr char kTextsDescription[] = "Texts; none, or '-', stands for the lines of standard input";
+
+void AddShowOptions(CLI::App& outCommand, Settings& outSettings) {
+  outCommand
+      .add_option("POSITION", outSettings.argument,
                   "Position in samples; with --from, a text in that format")
-      ->transform(WithoutMark())
       ->type_name("")
       ->required();
-  AddRead(show, "--from", "Format of the position", [this](const std::string& text) {
-    fSettings.typedFormat = ReadFormat(text);
-  })->type_name("FORMAT");
-  AddReadingOptions(show);
-  AddTimelineOptions(show);
-
-  CLI::App& parse = AddCommand("parse", "Read texts in a format and print positions in samples",
-                               &Parse, kParseNotes);
-  AddFormat(parse, "FORMAT", fSettings.format);
-  AddReadingOptions(parse);
-  AddTextOptions(parse, "TEXT", "Texts; without one, or for '-', the lines of standard input");
-
-  CLI::App& format = AddCommand("format", "Write positions in samples as texts in a format",
-                                &Format, kFormatNotes);
-  AddFormat(format, "FORMAT", fSettings.format);
-  AddTextOptions(format, "POSITION",
-                 "Positions; without one, or for '-', the lines of standard input");
-
-  CLI::App& convert = AddCommand("convert", "Write texts in one format as texts in another",
-                                 &Convert, kConvertNotes);
-  AddFormat(convert, "FROM", fSettings.format);
-  AddFormat(convert, "TO", fSettings.target);
-  AddReadingOptions(convert);
-  AddTextOptions(convert, "TEXT", "Texts; without one, or for '-', the lines of standard input");
-
-  AddCommand("formats", "List the formats with an example of each", &ListFormats,
-             kListFormatsNotes);
+  AddFormat(outCommand, "--from", outSettings.from, "Format of the position")->type_name("FORMAT");
+  AddLenient(outCommand, outSettings);
+  AddTimelineOptions(outCommand, outSettings);
+  AddDuration(outCommand, outSettings);
 }
 
-void CommandLine::AddRulerCommand() {
-  CLI::App& ruler = AddCommand("ruler", "Draw a time ruler with the exact positions of its labels",
-                               &DrawRuler, kRulerNotes);
-  AddRead(ruler, "--format", "Format of labels and ends, by name or number",
-          [this](const std::string& text) { fSettings.format = ReadFormat(text); })
+void AddParseOptions(CLI::App& outCommand, Settings& outSettings) {
+  AddFormat(outCommand, "FORMAT", outSettings.from)->type_name("")->required();
+  AddLenient(outCommand, outSettings);
+  AddTextOptions(outCommand, outSettings, "TEXT", kTextsDescription);
+}
+
+void AddFormatOptions(CLI::App& outCommand, Settings& outSettings) {
+  AddFormat(outCommand, "FORMAT", outSettings.to)->type_name("")->required();
+  AddTextOptions(outCommand, outSettings, "POSITION",
+                 "Positions; none, or '-', stands for the lines of standard input");
+}
+
+void AddConvertOptions(CLI::App& outCommand, Settings& outSettings) {
+  AddFormat(outCommand, "FROM", outSettings.from)->type_name("")->required();
+  AddFormat(outCommand, "TO", outSettings.to)->type_name("")->required();
+  AddLenient(outCommand, outSettings);
+  AddTextOptions(outCommand, outSettings, "TEXT", kTextsDescription);
+}
+
+void AddRulerOptions(CLI::App& outCommand, Settings& outSettings) {
+  outSettings.to.format = utility::kTimecodeFormat_SMPTE;
+  AddFormat(outCommand, "--format", outSettings.to, "Format of labels and ends, by name or number")
       ->type_name("FORMAT")
       ->default_str("smpte");
-  ruler.add_option("--from", fSettings.from, "Where it begins")->type_name("TEXT")->required();
-  ruler.add_option("--to", fSettings.to, "Where it ends")->type_name("TEXT")->required();
-  ruler
-      .add_option("--width", fSettings.width, "Width, 20 to 2000; without it the terminal's, or 80")
+  outCommand.add_option("--from", outSettings.begin, "Beginning")->type_name("TEXT")->required();
+  outCommand.add_option("--to", outSettings.end, "End")->type_name("TEXT")->required();
+  outCommand
+      .add_option("--width", outSettings.width,
+                  "Width, 20 to 2000; the default is the terminal's, or 80")
       ->check(Between(kNarrowestRuler, kWidestRuler))
       ->type_name("COLUMNS");
-  ruler
-      .add_option("--svg", fSettings.pictureFile,
-                  "Draw a picture, 8 pixels a column; '-': standard output")
+  outCommand
+      .add_option("--svg", outSettings.pictureFile,
+                  "Draw a picture, 8 pixels a column; '-' for standard output")
       ->type_name("FILE");
-  AddTimelineOptions(ruler, false);
+  AddTimelineOptions(outCommand, outSettings);
 }
 
-void CommandLine::AddNoteAndHandlerCommands() {
-  CLI::App& note = AddCommand("note", "Name the note nearest to a frequency, or a note by number",
-                              &ShowNote, kNoteNotes);
-  note.add_option("FREQUENCY", fSettings.frequency, "Frequency in hertz; A4 is at 440")
-      ->transform(WithoutMark())
+void AddNoteOptions(CLI::App& outCommand, Settings& outSettings) {
+  outCommand.add_option("FREQUENCY", outSettings.frequency, "Frequency in hertz; A4 is 440")
       ->check(Between(0.001F, 1e6F))
       ->type_name("");
   CLI::Option* const index =
-      note.add_option("--index", fSettings.noteIndex, "Semitones above A, 0 to 12")
+      outCommand.add_option("--index", outSettings.noteIndex, "Semitones above A, 0 to 12")
           ->check(Between(0, 12))
           ->type_name("N");
-  note.add_option("--octave", fSettings.octave,
-                  "Octave of the A at or below the note; -1: unnumbered")
+  outCommand
+      .add_option("--octave", outSettings.octave,
+                  "Octave of the A at or below the note; -1 for none")
       ->check(Between(-1, 10))
       ->type_name("N")
-      ->capture_default_str()
       ->needs(index);
-  note.add_flag("--flat", fSettings.isFlatOnly, "Name a black key by its flat alone");
+  outCommand.add_flag("--flat", outSettings.isFlatOnly, "Name a black key only by its flat");
+}
 
-  AddCommand("handlers", "List the native media handlers", &ListHandlers, kListHandlersNotes);
-  CLI::App& handler =
-      AddCommand("handler", "Find a native media handler", &FindHandler, kHandlerNotes);
-  handler.add_option("HANDLER", fSettings.handler, "Name or identifier")
-      ->transform(WithoutMark())
+void AddHandlerOptions(CLI::App& outCommand, Settings& outSettings) {
+  outCommand.add_option("HANDLER", outSettings.argument, "Name or identifier")
       ->type_name("")
       ->required();
+}
+
+void AddNoOptions(CLI::App&, Settings&) {}
+
+struct Command {
+  const char* name;
+  const char* description;
+  const char* notes;
+  void (*addOptions)(CLI::App& outCommand, Settings& outSettings);
+  int (*run)(const Settings& inSettings);
+};
+
+constexpr Command kCommands[] = {
+    {"show", "Show a position in every format", kShowNotes, &AddShowOptions, &Show},
+    {"parse", "Parse texts in a format and print positions in samples", kParseNotes,
+     &AddParseOptions, &Convert},
+    {"format", "Format positions in samples as texts", kFormatNotes, &AddFormatOptions, &Convert},
+    {"convert", "Convert texts in one format into another", kConvertNotes, &AddConvertOptions,
+     &Convert},
+    {"formats", "List the formats with an example of each", kListFormatsNotes, &AddNoOptions,
+     &ListFormats},
+    {"ruler", "Draw a time ruler with the exact positions of its labels", kRulerNotes,
+     &AddRulerOptions, &DrawRuler},
+    {"note", "Name the note nearest to a frequency, or a note by number", kNoteNotes,
+     &AddNoteOptions, &ShowNote},
+    {"handlers", "List the native media handlers", kListHandlersNotes, &AddNoOptions,
+     &ListHandlers},
+    {"handler", "Find a native media handler", kFindHandlerNotes, &AddHandlerOptions, &FindHandler},
+};
+
+void AddCommand(CLI::App& outApp, const Command& inCommand, Settings& outSettings) {
+  outApp.footer(inCommand.notes);
+  outApp.add_flag("--json", outSettings.isJSON, "Write JSON");
+  inCommand.addOptions(outApp, outSettings);
+}
+
+/// Each command is parsed by a parser of its own, because the parser of a subcommand ends at "--"
+/// when each argument has a value.
+int RunCommand(std::vector<std::string> inArguments) {
+  Settings settings;
+  const std::string name = inArguments.empty() ? "" : inArguments.front();
+  const auto* const command =
+      std::find_if(std::begin(kCommands), std::end(kCommands),
+                   [&name](const Command& inCommand) { return inCommand.name == name; });
+  const bool isCommand = command != std::end(kCommands);
+  CLI::App app(isCommand ? command->description : kToolDescription,
+               isCommand ? "mezzo " + name : "mezzo");
+  app.set_help_flag("-h,--help", "Print this help and exit");
+  app.option_defaults()
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->always_capture_default();
+  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app.get_formatter()->label("Positionals", "Arguments");
+  app.get_formatter()->column_width(26);
+  if (isCommand) {
+    inArguments.erase(inArguments.begin());
+    AddCommand(app, *command, settings);
+  } else {
+    app.footer(kToolNotes);
+    app.require_subcommand(1);
+    app.set_help_all_flag("--help-all", "Print the help of every command and exit");
+    app.set_version_flag("--version", "mezzo " MEZZO_TOOL_VERSION, "Print the version and exit");
+    for (const Command& each : kCommands) {
+      AddCommand(*app.add_subcommand(each.name, each.description)->group("Commands"), each,
+                 settings);
+    }
+  }
+  try {
+    std::reverse(inArguments.begin(), inArguments.end());
+    app.parse(inArguments);
+  } catch (const CLI::CallForHelp&) {
+    std::cout << app.help();
+    return kExitStatus_Success;
+  } catch (const CLI::CallForAllHelp&) {
+    std::cout << app.help("", CLI::AppFormatMode::All);
+    return kExitStatus_Success;
+  } catch (const CLI::CallForVersion& version) {
+    std::cout << version.what() << '\n';
+    return kExitStatus_Success;
+  } catch (const CLI::ParseError& error) {
+    if (isCommand) throw InputError(error.what());
+  }
+  if (isCommand) return command->run(settings);
+  throw InputError((name.empty() ? "no command" : "unknown command " + Quote(name)) +
+                   "; 'mezzo --help' lists the commands");
+}
+
+// -------------------------------------------------------------------------------- Library reports
+
+std::atomic<bool> sHasReported{false};
+
+bool ShowFirstReport(bool&, const char* inCondition, const unsigned char* inMessage, const char*,
+                     int, const char*, bool) {
+  if (sHasReported.exchange(true)) return false;
+  const std::string message = reinterpret_cast<const char*>(inMessage);
+  Complain("library report: '" + std::string(inCondition) + "' does not hold. " +
+           message.substr(0, message.find('\n')));
+  return false;
+}
+
+}  // namespace
+
+int Run(const std::vector<std::string>& inArguments) {
+  sHasReported = false;
+  plinth::debug::SetAssertDialogHandler(&ShowFirstReport);
+  try {
+    const int status = RunCommand(inArguments);
+    if (!std::cout.flush())
+      throw InputError("cannot write standard output: " + std::generic_category().message(errno));
+    return sHasReported ? std::max<int>(status, kExitStatus_SomeUnconverted) : status;
+  } catch (const std::exception& error) {
+    Complain(error.what());
+    return kExitStatus_BadArguments;
+  }
 }
 
 }  // namespace mezzo::tool

@@ -1,10 +1,10 @@
 /// \file
-/// The tool's commands. Each takes what the command line says, writes to standard output and
-/// answers with the exit status.
+/// The commands. Each writes to standard output and returns the exit status.
 #pragma once
 
 #include "DisplayFormats.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -12,50 +12,46 @@
 
 namespace mezzo::tool {
 
-/// The limits of a ruler's width, in columns.
+/// The narrowest and the widest ruler, in columns.
 constexpr int kNarrowestRuler = 20;
 constexpr int kWidestRuler = 2000;
 
-/// Everything that a command line can say; each command reads its own part.
+/// The values of the command line; each command uses its own.
 struct Settings {
   Timeline timeline;
   std::optional<std::int32_t> framesPerSecond;
   bool isJSON = false;
+  std::string argument;  ///< of show and handler
 
-  FormatChoice format{utility::kTimecodeFormat_SMPTE, {}};
-  FormatChoice target{utility::kTimecodeFormat_SMPTE, {}};  ///< of convert
-  std::optional<FormatChoice> typedFormat;                  ///< of show
-  std::string position;
-  std::vector<std::string> texts;  ///< what to convert; none: the lines of standard input
+  FormatChoice from{utility::kTimecodeFormat_Samples, {}};
+  FormatChoice to{utility::kTimecodeFormat_Samples, {}};
+  std::vector<std::string> texts;  ///< "-", and no text, stand for the lines of standard input
   bool isLenient = false;
-  std::size_t field = 0;  ///< the column that is converted, counted from 1; 0: the whole line
+  std::size_t field = 0;  ///< of tables, counted from 1; 0 for the whole line
   char delimiter = ',';
   bool hasHeader = false;
+
+  std::string begin;  ///< of the ruler
+  std::string end;
+  std::optional<int> width;
+  std::string pictureFile;
 
   std::optional<float> frequency;
   std::optional<int> noteIndex;
   int octave = -1;
   bool isFlatOnly = false;
-  std::string handler;
 
-  std::string from;
-  std::string to;
-  std::optional<int> width;
-  std::string pictureFile;
-
-  /// The timeline at the frame rate that a format's name or else the option chooses.
-  /// \exception InputError where the two disagree, and for a format that the rate does not have.
-  Timeline TimelineOf(const FormatChoice& inChoice) const;
+  /// \return the timeline at the frame rate that the format's name or else the option selects.
+  /// \exception InputError when the two differ, and for a format that the frame rate does not have.
+  Timeline GetTimeline(const FormatChoice& inChoice) const;
 };
 
 int Show(const Settings& inSettings);
-int Parse(const Settings& inSettings);
-int Format(const Settings& inSettings);
 int Convert(const Settings& inSettings);
 int ListFormats(const Settings& inSettings);
+int DrawRuler(const Settings& inSettings);
 int ShowNote(const Settings& inSettings);
 int ListHandlers(const Settings& inSettings);
 int FindHandler(const Settings& inSettings);
-int DrawRuler(const Settings& inSettings);
 
 }  // namespace mezzo::tool

@@ -1,58 +1,55 @@
-// show, parse, format, convert and formats.
-#include "CheckedConversion.h"
+// The commands that convert: show, parse, format and convert, and the list of formats.
 #include "Commands.h"
-#include "InputError.h"
+#include "Conversion.h"
 #include "JSONOutput.h"
+#include "Messages.h"
 #include "TableRow.h"
 
 #include <cerrno>
-#include <cstddef>
-#include <functional>
 #include <iomanip>
 #include <iostream>
 #include <set>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace mezzo::tool {
 namespace {
 
-constexpr std::int64_t kExamplePosition = 3012000;  // 62.75 seconds at the default rate
-
-/// The texts to convert, one after the other: the arguments, or else the lines of standard input,
-/// which "-" stands for.
+/// The texts to convert: the arguments, or the lines of standard input in place of "-".
 class TextSource {
  public:
-  explicit TextSource(std::vector<std::string> inArguments) : fArguments(std::move(inArguments)) {
+  explicit TextSource(const std::vector<std::string>& inArguments) : fArguments(inArguments) {
     if (fArguments.empty()) fArguments = {"-"};
   }
 
-  bool Next(std::string& outText) {
+  bool GetNext(std::string& outText) {
     for (; fArgument < fArguments.size(); ++fArgument, fLine = 0) {
       if (fArguments[fArgument] != "-") {
         outText = fArguments[fArgument++];
         return true;
       }
-      if (NextLine(outText)) return true;
+      if (ReadLine(outText)) return true;
     }
     return false;
   }
 
-  bool IsLine() const { return fLine > 0; }
-  std::size_t Number() const { return IsLine() ? fLine : fArgument; }
+  std::size_t GetNumber() const { return fLine > 0 ? fLine : fArgument; }
+  std::string GetPlace() const {
+    return (fLine > 0 ? "line " : "argument ") + std::to_string(GetNumber());
+  }
 
  private:
-  bool NextLine(std::string& outLine) {
-    // Whoever feeds us line by line sees each answer before giving the next line.
+  bool ReadLine(std::string& outLine) {
+    // A program that writes line by line sees each answer before it writes the next line.
     if (std::cin.rdbuf()->in_avail() <= 0) std::cout.flush();
     if (!std::getline(std::cin, outLine)) {
       if (!std::cin.bad()) return false;
       throw InputError("cannot read standard input: " + std::generic_category().message(errno));
     }
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    if (++fLine == 1 && outLine.starts_with(kByteOrderMark)) {
+    if (++fLine == 1 && outLine.starts_with(kByteOrderMark))
       outLine.erase(0, kByteOrderMark.size());
-    }
     if (outLine.ends_with('\r')) outLine.pop_back();
     return true;
   }
@@ -62,75 +59,21 @@ class TextSource {
   std::size_t fLine = 0;
 };
 
-/// Notes go to standard error, one of each kind in a run.
-class NotePrinter {
- public:
-  void Print(const std::vector<Note>& inNotes) {
-    for (const Note& note : inNotes) {
-      if (fPrinted.insert(note.kind).second) Complain("note: " + note.text);
-    }
+void PrintNotes(const std::vector<Note>& inNotes, std::set<NoteKind>& ioPrinted) {
+  for (const Note& note : inNotes) {
+    if (ioPrinted.insert(note.kind).second) Complain("note: " + note.text);
   }
-
- private:
-  std::set<NoteKind> fPrinted;
-};
-
-JSON TextsOf(const std::vector<Note>& inNotes) {
-  JSON texts = JSON::array();
-  for (const Note& note : inNotes) texts.push_back(note.text);
-  return texts;
 }
 
-using Converter = std::function<Conversion(const std::string&)>;
-using Result = std::function<std::string(const Conversion&)>;
-
-/// Converts text after text. One that cannot be converted is reported and keeps its place: an empty
-/// line, or the unchanged row of a table.
-int ConvertAll(const Settings& inSettings, const Converter& inConvert, const Result& inResult) {
-  TextSource source(inSettings.texts);
-  NotePrinter notes;
-  ExitStatus status = kSuccess;
-  bool isHeader = inSettings.hasHeader;
-  const char* separator = "[\n";
-  for (std::string text; source.Next(text);) {
-    if (std::exchange(isHeader, false)) {
-      if (!inSettings.isJSON) std::cout << text << '\n';
-      continue;
-    }
-    JSON entry{{"item", source.Number()}};
-    const bool isTable = inSettings.field > 0;
-    std::string line = isTable ? text : "";
-    try {
-      TableRow row(text, inSettings.field, inSettings.delimiter);
-      const Conversion conversion = inConvert(row.Field());
-      notes.Print(conversion.notes);
-      if (inSettings.isJSON) {
-        entry.update({{"samples", conversion.position}, {"text", conversion.text}});
-        if (!conversion.notes.empty()) entry["notes"] = TextsOf(conversion.notes);
-      } else {
-        line = row.With(inResult(conversion));
-      }
-    } catch (const InputError& error) {
-      status = kSomeUnconverted;
-      Complain((source.IsLine() ? "line " : "argument ") + std::to_string(source.Number()) + ": " +
-               error.what());
-      entry.update({{"text", text}, {"error", error.what()}});
-    }
-    if (inSettings.isJSON) {
-      std::cout << separator << ToText(entry, -1);
-      separator = ",\n";
-    } else {
-      std::cout << line << '\n';
-    }
-  }
-  if (inSettings.isJSON) std::cout << (*separator == '[' ? "[]\n" : "\n]\n");
-  return status;
+void AddNotes(JSON& outEntry, const std::vector<Note>& inNotes) {
+  for (const Note& note : inNotes) outEntry["notes"].push_back(note.text);
 }
 
-Conversion Read(const Settings& inSettings, const Timeline& inTimeline,
-                const FormatChoice& inChoice, const std::string& inText) {
-  if (inSettings.isLenient) return {ReadText(inTimeline, inChoice.format, inText), inText, {}};
-  return ReadTyped(inTimeline, inChoice.format, inText);
+Conversion Parse(const Settings& inSettings, const Timeline& inTimeline,
+                 const std::string& inText) {
+  const utility::TimecodeFormat format = inSettings.from.format;
+  if (inSettings.isLenient) return {ParseText(inTimeline, format, inText), inText, {}};
+  return ParseChecked(inTimeline, format, inText);
 }
 
 JSON ToJSON(const Timeline& inTimeline) {
@@ -144,125 +87,133 @@ JSON ToJSON(const Timeline& inTimeline) {
           {"duration", inTimeline.isDuration}};
 }
 
-/// The text of a format in a list, in quotes because it may begin with blanks; or why there is
-/// none, in brackets.
-struct ListedText {
+/// A position in one format of a list. The shown text is in quotes because it may begin with
+/// blanks; the reason why there is none is in parentheses.
+struct ListedFormat {
   JSON json;
   std::string shown;
 
-  ListedText(const Timeline& inTimeline, const DisplayFormat& inFormat, std::int64_t inPosition)
+  ListedFormat(const Timeline& inTimeline, const DisplayFormat& inFormat, std::int64_t inPosition)
       : json{{"number", static_cast<int>(inFormat.format)}, {"name", inFormat.name}} {
-    auto why = WhyUnavailable(inTimeline, inFormat.format);
+    std::string reason = ExplainUnavailable(inTimeline, inFormat.format);
     try {
-      if (!why) {
-        const Conversion conversion = WriteChecked(inTimeline, inFormat.format, inPosition);
+      if (reason.empty()) {
+        Conversion conversion{inPosition, "", {}};
+        FormatChecked(inTimeline, inFormat.format, conversion);
         json["text"] = conversion.text;
-        if (!conversion.notes.empty()) json["notes"] = TextsOf(conversion.notes);
+        AddNotes(json, conversion.notes);
         shown = '"' + conversion.text + '"';
         return;
       }
     } catch (const InputError&) {
-      why = "out of range";
+      reason = "out of range";
     }
     json["text"] = nullptr;
-    json["notes"] = {*why};
-    shown = "(" + *why + ")";
+    json["notes"] = {reason};
+    shown = "(" + reason + ")";
   }
 };
 
-std::ostream& WriteNumberAndName(const DisplayFormat& inFormat) {
+std::ostream& PrintNumberAndName(const DisplayFormat& inFormat) {
   return std::cout << std::right << std::setw(2) << inFormat.format << "  " << std::left
                    << std::setw(16) << inFormat.name << ' ';
 }
 
 }  // namespace
 
-Timeline Settings::TimelineOf(const FormatChoice& inChoice) const {
+Timeline Settings::GetTimeline(const FormatChoice& inChoice) const {
   Timeline chosen = timeline;
-  if (framesPerSecond && inChoice.framesPerSecond && framesPerSecond != inChoice.framesPerSecond) {
-    throw InputError("the format's name says " + std::to_string(*inChoice.framesPerSecond) +
+  const auto named = inChoice.framesPerSecond;
+  if (framesPerSecond && named && *framesPerSecond != *named) {
+    throw InputError("the format's name selects " + std::to_string(*named) +
                      " frames per second, --fps " + std::to_string(*framesPerSecond));
   }
-  chosen.framesPerSecond =
-      inChoice.framesPerSecond.value_or(framesPerSecond.value_or(chosen.framesPerSecond));
+  chosen.framesPerSecond = named.value_or(framesPerSecond.value_or(chosen.framesPerSecond));
   RequireAvailable(chosen, inChoice.format);
   return chosen;
 }
 
 int Show(const Settings& inSettings) {
-  Conversion shown{0, inSettings.position, {}};
-  Timeline timeline = inSettings.timeline;
-  if (inSettings.typedFormat) {
-    timeline = inSettings.TimelineOf(*inSettings.typedFormat);
-    shown = Read(inSettings, timeline, *inSettings.typedFormat, inSettings.position);
-    NotePrinter().Print(shown.notes);
-  } else {
-    timeline.framesPerSecond = inSettings.framesPerSecond.value_or(timeline.framesPerSecond);
-    shown.position = ReadPosition(inSettings.position);
-  }
-  JSON result{{"position", shown.position}};
+  const Timeline timeline = inSettings.GetTimeline(inSettings.from);
+  const Conversion parsed = Parse(inSettings, timeline, inSettings.argument);
+  std::set<NoteKind> printed;
+  PrintNotes(parsed.notes, printed);
+  JSON result{{"position", parsed.position}};
   result.update(ToJSON(timeline));
-  if (!shown.notes.empty()) result["notes"] = TextsOf(shown.notes);
-  for (const DisplayFormat& format : DisplayFormats()) {
-    const ListedText text(timeline, format, shown.position);
-    result["formats"].push_back(text.json);
-    if (!inSettings.isJSON) WriteNumberAndName(format) << text.shown << '\n';
+  AddNotes(result, parsed.notes);
+  for (const DisplayFormat& format : kDisplayFormats) {
+    const ListedFormat listed(timeline, format, parsed.position);
+    result["formats"].push_back(listed.json);
+    if (!inSettings.isJSON) PrintNumberAndName(format) << listed.shown << '\n';
   }
-  if (inSettings.isJSON) std::cout << ToText(result) << '\n';
-  return kSuccess;
+  if (inSettings.isJSON) std::cout << FormatJSON(result) << '\n';
+  return kExitStatus_Success;
 }
 
-int Parse(const Settings& inSettings) {
-  const Timeline timeline = inSettings.TimelineOf(inSettings.format);
-  return ConvertAll(
-      inSettings,
-      [&](const std::string& text) { return Read(inSettings, timeline, inSettings.format, text); },
-      [](const Conversion& conversion) { return std::to_string(conversion.position); });
-}
-
-int Format(const Settings& inSettings) {
-  const Timeline timeline = inSettings.TimelineOf(inSettings.format);
-  return ConvertAll(
-      inSettings,
-      [&](const std::string& text) {
-        return WriteChecked(timeline, inSettings.format.format, ReadPosition(text));
-      },
-      [](const Conversion& conversion) { return conversion.text; });
-}
-
+/// A text that cannot be converted keeps its place in the output: an empty line, or the unchanged
+/// row of a table.
 int Convert(const Settings& inSettings) {
-  const Timeline from = inSettings.TimelineOf(inSettings.format);
-  const Timeline to = inSettings.TimelineOf(inSettings.target);
-  return ConvertAll(
-      inSettings,
-      [&](const std::string& text) {
-        Conversion read = Read(inSettings, from, inSettings.format, text);
-        Conversion written = WriteChecked(to, inSettings.target.format, read.position);
-        written.notes.insert(written.notes.begin(), read.notes.begin(), read.notes.end());
-        return written;
-      },
-      [](const Conversion& conversion) { return conversion.text; });
+  const Timeline fromTimeline = inSettings.GetTimeline(inSettings.from);
+  const Timeline toTimeline = inSettings.GetTimeline(inSettings.to);
+  const bool toSamples = inSettings.to.format == utility::kTimecodeFormat_Samples;
+  TextSource source(inSettings.texts);
+  std::set<NoteKind> printed;
+  int status = kExitStatus_Success;
+  const char* separator = "[\n";
+  std::string text;
+  if (inSettings.hasHeader && source.GetNext(text) && !inSettings.isJSON) std::cout << text << '\n';
+  while (source.GetNext(text)) {
+    std::string output = inSettings.field > 0 ? text : "";
+    JSON entry;
+    if (inSettings.isJSON) entry["item"] = source.GetNumber();
+    try {
+      const TableRow row(text, inSettings.field, inSettings.delimiter);
+      Conversion conversion = Parse(inSettings, fromTimeline, row.GetField());
+      if (!toSamples) FormatChecked(toTimeline, inSettings.to.format, conversion);
+      PrintNotes(conversion.notes, printed);
+      if (inSettings.isJSON) {
+        entry.update({{"samples", conversion.position}, {"text", conversion.text}});
+        AddNotes(entry, conversion.notes);
+      } else {
+        output =
+            row.ReplaceField(toSamples ? std::to_string(conversion.position) : conversion.text);
+      }
+    } catch (const InputError& error) {
+      status = kExitStatus_SomeUnconverted;
+      Complain(source.GetPlace() + ": " + error.what());
+      if (inSettings.isJSON) entry.update({{"text", text}, {"error", error.what()}});
+    }
+    if (inSettings.isJSON) {
+      std::cout << separator << FormatJSON(entry, -1);
+      separator = ",\n";
+    } else {
+      std::cout << output << '\n';
+    }
+  }
+  if (inSettings.isJSON) std::cout << (*separator == '[' ? "[]\n" : "\n]\n");
+  return status;
 }
 
 int ListFormats(const Settings& inSettings) {
+  constexpr std::int64_t kExamplePosition = 3012000;  // 62.75 seconds at the default rate
   JSON list = JSON::array();
-  for (const DisplayFormat& format : DisplayFormats()) {
-    ListedText text(Timeline{}, format, kExamplePosition);
-    text.json["meaning"] = format.meaning;
-    list.push_back(text.json);
+  for (const DisplayFormat& format : kDisplayFormats) {
+    ListedFormat listed(Timeline{}, format, kExamplePosition);
+    listed.json["meaning"] = format.meaning;
+    list.push_back(listed.json);
     if (inSettings.isJSON) continue;
-    WriteNumberAndName(format) << std::setw(17) << text.shown << format.meaning << '\n';
+    PrintNumberAndName(format) << std::setw(17) << listed.shown << format.meaning << '\n';
   }
   if (inSettings.isJSON) {
-    std::cout << ToText(list) << '\n';
-    return kSuccess;
+    std::cout << FormatJSON(list) << '\n';
+    return kExitStatus_Success;
   }
-  std::cout << "\nFrame rates as people say them are formats, too:\n\n";
-  for (const RateName& rate : RateNames()) {
+  std::cout << "\nThe name of a frame rate selects a format and the nominal rate:\n\n";
+  for (const RateName& rate : kRateNames) {
     std::cout << std::left << std::setw(8) << rate.name << ' ' << std::setw(15)
-              << NameOf(rate.format) << "--fps " << rate.framesPerSecond << '\n';
+              << GetName(rate.format) << "--fps " << rate.framesPerSecond << '\n';
   }
-  return kSuccess;
+  return kExitStatus_Success;
 }
 
 }  // namespace mezzo::tool

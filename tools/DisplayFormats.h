@@ -1,5 +1,5 @@
 /// \file
-/// The display formats by the names that people type, and the library's two conversions for them.
+/// The display formats and the names that people type for them.
 #pragma once
 
 #include <Utility/TimeConversionUtils.h>
@@ -12,7 +12,7 @@
 
 namespace mezzo::tool {
 
-/// What the conversions need to know besides the position: one set of options in every command.
+/// Everything that a conversion depends on besides the position.
 struct Timeline {
   std::int32_t sampleRate = 48000;
   std::int32_t framesPerSecond = 30;
@@ -27,54 +27,73 @@ struct DisplayFormat {
 };
 
 /// All formats, in the order of their numbers.
-const std::array<DisplayFormat, utility::kTimecodeFormat_AfterLast>& DisplayFormats();
+inline constexpr std::array<DisplayFormat, utility::kTimecodeFormat_AfterLast> kDisplayFormats{{
+    {utility::kTimecodeFormat_Decimal, "decimal", "clock time, decimal seconds"},
+    {utility::kTimecodeFormat_Samples, "samples", "sample count"},
+    {utility::kTimecodeFormat_SMPTE, "smpte", "SMPTE timecode"},
+    {utility::kTimecodeFormat_SMPTEPulldown, "smpte-pulldown",
+     "SMPTE timecode, frame rate x 1000/1001"},
+    {utility::kTimecodeFormat_SMPTEDropFrame, "smpte-drop", "SMPTE drop-frame timecode"},
+    {utility::kTimecodeFormat_Beats, "beats", "quarter notes from sample 0"},
+    {utility::kTimecodeFormat_BarsAndBeats, "bars-beats", "bar, beat and tick"},
+    {utility::kTimecodeFormat_Reserved, "reserved", "no conversion"},
+    {utility::kTimecodeFormat_Frames, "frames", "frame count"},
+    {utility::kTimecodeFormat_PulldownFrames, "pulldown-frames",
+     "frame count, frame rate x 1000/1001"},
+    {utility::kTimecodeFormat_CompactSubframes, "compact", "SMPTE, trimmed, hundredths of a frame"},
+    {utility::kTimecodeFormat_Milliseconds, "milliseconds", "milliseconds"},
+    {utility::kTimecodeFormat_SMPTEPulldown2, "smpte-pulldown2", "same as smpte-pulldown"},
+    {utility::kTimecodeFormat_SMPTEDropFrame2, "smpte-drop2", "same as smpte-drop"},
+    {utility::kTimecodeFormat_SMPTEPulldown3, "smpte-pulldown3", "same as smpte-pulldown"},
+}};
 
-/// A frame rate as people say it, which chooses a format and the nominal rate at once.
+/// The common name of a frame rate, which selects a format and the nominal rate.
 struct RateName {
   std::string_view name;
   utility::TimecodeFormat format;
   std::int32_t framesPerSecond;
 };
 
-/// Lists them by the rate.
-const std::array<RateName, 16>& RateNames();
+/// All rate names, in the order of the rates.
+inline constexpr std::array<RateName, 16> kRateNames{{
+    {"23.976", utility::kTimecodeFormat_SMPTEPulldown, 24},
+    {"23.98", utility::kTimecodeFormat_SMPTEPulldown, 24},
+    {"24", utility::kTimecodeFormat_SMPTE, 24},
+    {"25", utility::kTimecodeFormat_SMPTE, 25},
+    {"29.97", utility::kTimecodeFormat_SMPTEPulldown, 30},
+    {"29.97df", utility::kTimecodeFormat_SMPTEDropFrame, 30},
+    {"30", utility::kTimecodeFormat_SMPTE, 30},
+    {"47.952", utility::kTimecodeFormat_SMPTEPulldown, 48},
+    {"48", utility::kTimecodeFormat_SMPTE, 48},
+    {"50", utility::kTimecodeFormat_SMPTE, 50},
+    {"59.94", utility::kTimecodeFormat_SMPTEPulldown, 60},
+    {"59.94df", utility::kTimecodeFormat_SMPTEDropFrame, 60},
+    {"60", utility::kTimecodeFormat_SMPTE, 60},
+    {"100", utility::kTimecodeFormat_SMPTE, 100},
+    {"119.88", utility::kTimecodeFormat_SMPTEPulldown, 120},
+    {"120", utility::kTimecodeFormat_SMPTE, 120},
+}};
 
-/// What the name of a format chooses.
+/// A format as the user selected it.
 struct FormatChoice {
   utility::TimecodeFormat format;
-  std::optional<std::int32_t> framesPerSecond;  ///< with the name of a rate only
+  std::optional<std::int32_t> framesPerSecond;  ///< only if selected by a rate name
 };
 
-/// Finds a format by its name, its number or the name of a rate, in any letter case.
-/// \exception InputError when there is none; it names one that is spelled nearly so.
-FormatChoice ReadFormat(const std::string& inName);
+/// Finds a format by its name, its number or a rate name, in any letter case.
+/// \exception InputError when there is none; it suggests a name with similar spelling.
+FormatChoice FindFormat(const std::string& inName);
 
-std::string_view NameOf(utility::TimecodeFormat inFormat);
+std::string GetName(utility::TimecodeFormat inFormat);
 
 bool HasDropFrameLabels(utility::TimecodeFormat inFormat);
 bool IsPulledDown(utility::TimecodeFormat inFormat);
 
-/// Tells why a format cannot be used at a frame rate.
-/// \return words for brackets; nothing where it can.
-std::optional<std::string> WhyUnavailable(const Timeline& inTimeline,
-                                          utility::TimecodeFormat inFormat);
+/// Explains why a format cannot be used at the timeline's frame rate.
+/// \return a few words; empty when it can be used.
+std::string ExplainUnavailable(const Timeline& inTimeline, utility::TimecodeFormat inFormat);
 
-/// Refuses a format that cannot be used.
-/// \exception InputError says which rates have it.
+/// \exception InputError when the format cannot be used; it says which frame rates have it.
 void RequireAvailable(const Timeline& inTimeline, utility::TimecodeFormat inFormat);
-
-/// Writes a position: the library's text. Frame counts, which the library writes without a sign,
-/// get one, so that they read back. \return nothing where the library writes nothing.
-std::optional<std::string> WriteText(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
-                                     std::int64_t inPosition);
-
-/// Reads a position as leniently as the library does. A minus sign in front counts in every format.
-/// \exception InputError for a text without a number in it, and one that is not UTF-8.
-std::int64_t ReadText(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
-                      std::string_view inText);
-
-/// Reads a text that is a position in samples and nothing else but blanks.
-/// \exception InputError when it is not or has more than 64 bits.
-std::int64_t ReadPosition(std::string_view inText);
 
 }  // namespace mezzo::tool

@@ -1,7 +1,7 @@
-// note, handlers and handler.
+// The commands for notes and media handlers: note, handlers and handler.
 #include "Commands.h"
-#include "InputError.h"
 #include "JSONOutput.h"
+#include "Messages.h"
 #include "TextEncoding.h"
 #include <Utility/MusicalNoteUtils.h>
 #include <Utility/SerializationUtils.h>
@@ -12,20 +12,22 @@
 namespace mezzo::tool {
 namespace {
 
-constexpr int kHandlerCount = utility::kNativePluginIndex_DocketNative + 1;
-
 struct Handler {
   int index;
   std::string name;
   std::string identifier;
 };
 
-Handler HandlerAt(int inIndex) {
-  const plinth::UTF16String identifier =
-      utility::GetNativeHandlerID(static_cast<utility::NativePluginIndex>(inIndex)).AsString();
-  plinth::UTF16String name;
-  utility::TranslateToHumanReadableMediaHandler(identifier, name);
-  return {inIndex, ToUTF8(name), ToUTF8(identifier)};
+std::vector<Handler> GetHandlers() {
+  std::vector<Handler> handlers;
+  for (int index = 0; index <= utility::kNativePluginIndex_DocketNative; ++index) {
+    const plinth::UTF16String identifier =
+        utility::GetNativeHandlerID(static_cast<utility::NativePluginIndex>(index)).AsString();
+    plinth::UTF16String name;
+    utility::TranslateToHumanReadableMediaHandler(identifier, name);
+    handlers.push_back({index, ToUTF8(name), ToUTF8(identifier)});
+  }
+  return handlers;
 }
 
 JSON ToJSON(const Handler& inHandler) {
@@ -33,7 +35,7 @@ JSON ToJSON(const Handler& inHandler) {
       {"index", inHandler.index}, {"name", inHandler.name}, {"identifier", inHandler.identifier}};
 }
 
-void WriteRow(const Handler& inHandler) {
+void PrintRow(const Handler& inHandler) {
   std::cout << std::right << std::setw(2) << inHandler.index << "  " << std::left << std::setw(18)
             << inHandler.name << inHandler.identifier << '\n';
 }
@@ -41,9 +43,8 @@ void WriteRow(const Handler& inHandler) {
 }  // namespace
 
 int ShowNote(const Settings& inSettings) {
-  if (inSettings.frequency.has_value() == inSettings.noteIndex.has_value()) {
+  if (inSettings.frequency.has_value() == inSettings.noteIndex.has_value())
     throw InputError("note: give either a frequency or --index");
-  }
   int octave = inSettings.octave;
   const int index = inSettings.frequency
                         ? utility::GetNoteFromFrequency(*inSettings.frequency, &octave)
@@ -53,43 +54,39 @@ int ShowNote(const Settings& inSettings) {
   if (inSettings.isJSON) {
     JSON result{{"name", ToUTF8(name)}, {"index", index}, {"octave", octave}};
     if (inSettings.frequency) result["frequency"] = *inSettings.frequency;
-    std::cout << ToText(result) << '\n';
+    std::cout << FormatJSON(result) << '\n';
   } else {
     std::cout << ToUTF8(name) << "  (index " << index << ", octave " << octave << ")\n";
   }
-  return kSuccess;
+  return kExitStatus_Success;
 }
 
 int ListHandlers(const Settings& inSettings) {
   JSON list = JSON::array();
-  for (int index = 0; index < kHandlerCount; ++index) {
-    const Handler handler = HandlerAt(index);
-    if (!inSettings.isJSON) WriteRow(handler);
+  for (const Handler& handler : GetHandlers()) {
     list.push_back(ToJSON(handler));
+    if (!inSettings.isJSON) PrintRow(handler);
   }
-  if (inSettings.isJSON) std::cout << ToText(list) << '\n';
-  return kSuccess;
+  if (inSettings.isJSON) std::cout << FormatJSON(list) << '\n';
+  return kExitStatus_Success;
 }
 
 int FindHandler(const Settings& inSettings) {
-  const plinth::UTF16String text = FromUTF8(inSettings.handler);
+  const plinth::UTF16String text = FromUTF8(inSettings.argument);
   plinth::UTF16String name;
-  plinth::UTF16String identifier;
+  // Only a translated identifier gives a name; any other text may be a name.
   if (!utility::TranslateToHumanReadableMediaHandler(text, name)) name = text;
-  if (!utility::TranslateFromHumanReadableMediaHandler(name, identifier)) {
-    throw InputError("no native media handler has the name or identifier " +
-                     Quoted(inSettings.handler));
-  }
-  for (int index = 0; index < kHandlerCount; ++index) {
-    const Handler handler = HandlerAt(index);
-    if (handler.identifier != ToUTF8(identifier)) continue;
+  for (const Handler& handler : GetHandlers()) {
+    if (handler.name != ToUTF8(name)) continue;
     if (inSettings.isJSON) {
-      std::cout << ToText(ToJSON(handler)) << '\n';
+      std::cout << FormatJSON(ToJSON(handler)) << '\n';
     } else {
-      WriteRow(handler);
+      PrintRow(handler);
     }
+    return kExitStatus_Success;
   }
-  return kSuccess;
+  throw InputError("no native media handler has the name or identifier " +
+                   Quote(inSettings.argument));
 }
 
 }  // namespace mezzo::tool

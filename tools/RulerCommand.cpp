@@ -1,7 +1,7 @@
-// ruler: from the command line to the drawing.
+// The command ruler.
 #include "Commands.h"
-#include "InputError.h"
 #include "JSONOutput.h"
+#include "Messages.h"
 #include "RulerDrawing.h"
 
 #include <langinfo.h>
@@ -20,61 +20,48 @@
 namespace mezzo::tool {
 namespace {
 
-constexpr int kUsualColumns = 80;
-
-int TerminalColumns() {
+int GetTerminalColumns() {
+  constexpr int kUsualColumns = 80;
   winsize size{};
   if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return kUsualColumns;
   return std::clamp(int{size.ws_col}, kNarrowestRuler, kWidestRuler);
 }
 
-/// Only UTF-8 has the lines.
-bool IsTerminalASCII() {
+bool IsTerminalUTF8() {
   std::setlocale(LC_CTYPE, "");                              // NOLINT(concurrency-mt-unsafe)
-  return std::string_view(nl_langinfo(CODESET)) != "UTF-8";  // NOLINT(concurrency-mt-unsafe)
+  return std::string_view(nl_langinfo(CODESET)) == "UTF-8";  // NOLINT(concurrency-mt-unsafe)
 }
 
-/// The real frame rate, with three decimals at the most: "29.97", "25".
-std::string RealRate(const Timeline& inTimeline, utility::TimecodeFormat inFormat) {
-  std::ostringstream rate;
-  rate.precision(5);
-  rate << inTimeline.framesPerSecond / (IsPulledDown(inFormat) ? 1.001 : 1.0);
-  return rate.str();
-}
-
-std::string CaptionOf(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
-                      const RulerScale& inScale) {
+std::string GetCaption(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
+                       const RulerScale& inScale) {
+  constexpr int kDigitsOfRate = 5;  // "29.97", "119.88"
+  const Notation notation = GetNotation(inTimeline, inFormat);
   std::ostringstream caption;
-  caption << NameOf(inFormat) << ", " << inTimeline.sampleRate << " Hz";
-  switch (inFormat) {
-    case utility::kTimecodeFormat_Decimal:
-    case utility::kTimecodeFormat_Samples:
-    case utility::kTimecodeFormat_Milliseconds:
-      break;
-    case utility::kTimecodeFormat_BarsAndBeats:
-      caption << ", " << inTimeline.beats.iBeatsPerBar << "/" << inTimeline.beats.iBeatUnit;
-      [[fallthrough]];
-    case utility::kTimecodeFormat_Beats:
-      caption << ", " << inTimeline.beats.dTempo << " quarter notes a minute";
-      break;
-    default:
-      caption << ", " << RealRate(inTimeline, inFormat) << " fps";
+  caption << GetName(inFormat) << ", " << inTimeline.sampleRate << " Hz";
+  if (notation.IsMusical())
+    caption << ", " << inTimeline.beats.iBeatsPerBar << "/" << inTimeline.beats.iBeatUnit;
+  if (notation.IsMusical() || inFormat == utility::kTimecodeFormat_Beats)
+    caption << ", " << inTimeline.beats.dTempo << " quarter notes per minute";
+  if (notation.fields.back().unit == kUnit_Frames) {
+    caption.precision(kDigitsOfRate);
+    caption << ", " << inTimeline.framesPerSecond / (IsPulledDown(inFormat) ? 1.001 : 1.0)
+            << " fps";
   }
-  caption << ", samples " << inScale.From() << " to " << inScale.To();
+  caption << ", samples " << inScale.GetFrom() << " to " << inScale.GetTo();
   return caption.str();
 }
 
 JSON ToJSON(utility::TimecodeFormat inFormat, const RulerScale& inScale,
-            const RulerLayout& inLayout) {
-  JSON ruler{{"format", NameOf(inFormat)},
-             {"from", inScale.From()},
-             {"to", inScale.To()},
+            const std::vector<PlacedTick>& inTicks) {
+  JSON ruler{{"format", GetName(inFormat)},
+             {"from", inScale.GetFrom()},
+             {"to", inScale.GetTo()},
              {"ticks", JSON::array()}};
-  for (const PlacedTick& tick : inLayout.ticks) {
-    ruler["ticks"].push_back({{"position", tick.tick.position},
-                              {"text", tick.tick.label},
-                              {"labelled", tick.hasLabel},
-                              {"reads_back", tick.tick.readsBack}});
+  for (const PlacedTick& placed : inTicks) {
+    ruler["ticks"].push_back({{"position", placed.tick.position},
+                              {"text", placed.tick.label},
+                              {"labelled", placed.box.has_value()},
+                              {"reads_back", placed.tick.readsBack}});
   }
   return ruler;
 }
@@ -84,31 +71,31 @@ void WriteFile(const std::string& inName, const std::string& inContent) {
   file << inContent;
   file.close();
   if (!file) {
-    throw InputError("cannot write '" + inName + "': " + std::generic_category().message(errno));
+    throw InputError("cannot write " + Quote(inName) + ": " +
+                     std::generic_category().message(errno));
   }
 }
 
 }  // namespace
 
 int DrawRuler(const Settings& inSettings) {
-  if (inSettings.isJSON && !inSettings.pictureFile.empty()) {
+  if (inSettings.isJSON && !inSettings.pictureFile.empty())
     throw InputError("ruler: give either --json or --svg");
-  }
-  const utility::TimecodeFormat format = inSettings.format.format;
-  const Timeline timeline = inSettings.TimelineOf(inSettings.format);
-  const RulerScale scale(timeline, format, inSettings.from, inSettings.to);
-  const std::string caption = CaptionOf(timeline, format, scale);
-  const int columns = inSettings.width.value_or(TerminalColumns());
+  const utility::TimecodeFormat format = inSettings.to.format;
+  const Timeline timeline = inSettings.GetTimeline(inSettings.to);
+  const RulerScale scale(timeline, format, inSettings.begin, inSettings.end);
+  const std::string caption = GetCaption(timeline, format, scale);
+  const int columns = inSettings.width.value_or(GetTerminalColumns());
   if (inSettings.isJSON) {
-    std::cout << ToText(ToJSON(format, scale, LayOut(scale, TextGrid(columns)))) << '\n';
+    std::cout << FormatJSON(ToJSON(format, scale, LayOut(scale, GetTextGrid(columns)))) << '\n';
   } else if (inSettings.pictureFile.empty()) {
-    std::cout << DrawText(scale, caption, columns, IsTerminalASCII());
+    std::cout << DrawText(scale, caption, columns, !IsTerminalUTF8());
   } else if (inSettings.pictureFile == "-") {
     std::cout << DrawSVG(scale, caption, columns);
   } else {
     WriteFile(inSettings.pictureFile, DrawSVG(scale, caption, columns));
   }
-  return kSuccess;
+  return kExitStatus_Success;
 }
 
 }  // namespace mezzo::tool

@@ -1,5 +1,5 @@
 /// \file
-/// A ruler as text and as a picture.
+/// The drawings of a time ruler: text and SVG.
 #pragma once
 
 #include "RulerLayout.h"
@@ -9,25 +9,23 @@
 
 namespace mezzo::tool {
 
-/// Breaks a text at blanks into lines of a width; a longer word has a line of its own.
+/// Breaks a text at its blanks into lines of a width. A longer word has a line of its own.
 std::vector<std::string> WrapWords(const std::string& inText, int inColumns);
 
-/// The grid of a ruler drawn as text.
-/// \param inColumns the width, in columns of a terminal.
-Grid TextGrid(int inColumns);
+/// \return the note that explains marked labels; empty when no label is marked.
+std::string GetFootnote(const std::vector<PlacedTick>& inTicks);
 
-/// Draws with the lines of UTF-8, or in ASCII; no line is wider than the ruler.
-/// \param inCaption words that tell what the ruler shows.
-/// \param inColumns the width, in columns of a terminal.
+/// The grid of a ruler that is drawn as text.
+Grid GetTextGrid(int inColumns);
+
+/// Draws text in UTF-8 or ASCII. No line is wider than the ruler.
+/// \param inCaption words that say what the ruler shows.
 std::string DrawText(const RulerScale& inScale, const std::string& inCaption, int inColumns,
                      bool inIsASCII);
 
 /// Draws an SVG document that follows the viewer's light or dark colour scheme.
-/// \param inCaption words that tell what the ruler shows.
+/// \param inCaption words that say what the ruler shows; no markup characters.
 /// \param inColumns the width, in columns of 8 pixels.
 std::string DrawSVG(const RulerScale& inScale, const std::string& inCaption, int inColumns);
-
-/// Stands below a ruler with marked labels.
-constexpr char kMarkMeaning[] = "* reads back as another position";
 
 }  // namespace mezzo::tool

@@ -1,25 +1,24 @@
 /// \file
-/// Which ticks of a ruler are drawn, which carry labels, and where all of it stands.
+/// The layout of a time ruler: which ticks are drawn, which of them have labels, and where.
 #pragma once
 
 #include "RulerScale.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace mezzo::tool {
 
-/// What a ruler is drawn on: whole cells of a terminal, or the pixels of a picture.
+/// The drawing area: columns of a terminal, or pixels of a picture.
 struct Grid {
-  int width;          ///< in the grid's units, like everything that follows
+  int width;
   int character;      ///< width of a character
-  int tickDistance;   ///< what ticks keep from each other at least
-  int labelDistance;  ///< and labels
+  int tickDistance;   ///< the least distance between ticks
+  int labelDistance;  ///< the least distance between labels
 };
 
-enum class Alignment { kLeft, kCentre, kRight };
-
-/// The room of a label and of the position below it, from its left edge.
+/// The room for a tick's label, and for its position below.
 struct LabelBox {
   int left;
   int width;
@@ -28,22 +27,19 @@ struct LabelBox {
 
 struct PlacedTick {
   Tick tick;
-  int x;  ///< left edge of the character that shows the tick
-  bool hasLabel = false;
-  bool isAtSeam = false;
-  LabelBox box{};  ///< with a label only
+  int x;                          ///< left edge of the character that shows the tick
+  std::optional<LabelBox> box{};  ///< of a labelled tick
 };
 
-struct RulerLayout {
-  std::vector<PlacedTick> ticks;  ///< rising, one for each position
-  bool isEachReadBack = true;     ///< no label is marked
-};
+/// A label as it is drawn: without leading blanks, and marked if it does not read back.
+std::string GetDrawnLabel(const Tick& inTick);
 
-/// The label as it is drawn: without leading blanks, and marked when it does not read back.
-std::string DrawnLabel(const Tick& inTick);
-
-/// Labels the finest step whose labels all have room, and ticks the finest that divides it. Labels
-/// on both sides of a seam go before others.
-RulerLayout LayOut(const RulerScale& inScale, const Grid& inGrid);
+/// Lays out a ruler.
+///
+/// It labels the finest step whose labels all have room. If that leaves a single label, it labels
+/// the next finer step as far as there is room. It draws the finest step that divides the labelled
+/// one. Labels beside a gap come before all others.
+/// \return the ticks in rising order, one for each position.
+std::vector<PlacedTick> LayOut(const RulerScale& inScale, const Grid& inGrid);
 
 }  // namespace mezzo::tool

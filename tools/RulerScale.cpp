@@ -1,23 +1,58 @@
 #include "RulerScale.h"
 
-#include "CheckedConversion.h"
-#include "InputError.h"
+#include "Conversion.h"
+#include "Messages.h"
 
 #include <boost/iterator/counting_iterator.hpp>
 
 #include <algorithm>
-#include <limits>
+#include <initializer_list>
 
 namespace mezzo::tool {
 namespace {
 
 constexpr std::int64_t kFarthestHours = 250;
-// Reaches beyond the farthest position by the greatest offset of bar 1, and no farther than the
-// library's 32-bit frame counts at the highest frame rate.
+// The farthest position and the greatest offset of bar 1; at the highest frame rate, this is the
+// range of the library's 32-bit frame counts.
 constexpr double kSearchedHours = 550.0;
-// Many more than there is room for. Where a scale is not monotonic, such as drop-frame labels at a
-// rate that has none, the search below could otherwise span anything.
+// More than any ruler has room for. The search below could otherwise find any number of ticks where
+// the library's counts overflow.
 constexpr std::int64_t kMostTicks = 20000;
+// Longer than any ruler in any unit.
+constexpr std::int64_t kLongestStep = 1'000'000'000'000'000;
+
+/// Multiples of the powers of a base, such as 1, 2, 5, 10, 20, 50 and so on.
+std::vector<std::int64_t> GetRoundNumbers(std::initializer_list<int> inMultiples, int inBase) {
+  std::vector<std::int64_t> numbers;
+  for (std::int64_t power = 1; power <= kLongestStep; power *= inBase) {
+    for (const int multiple : inMultiples) numbers.push_back(power * multiple);
+  }
+  return numbers;
+}
+
+bool IsPowerOfTwo(std::int64_t inNumber) {
+  return (inNumber & (inNumber - 1)) == 0;
+}
+
+/// The remainder of a division toward negative infinity.
+std::int64_t GetModulo(std::int64_t inValue, std::int64_t inDivisor) {
+  return (inValue % inDivisor + inDivisor) % inDivisor;
+}
+
+/// The text of a count of the last field's units.
+std::string FormatUnits(const Notation& inNotation, std::int64_t inUnits) {
+  std::string text;
+  for (auto field = inNotation.fields.rbegin(); field != inNotation.fields.rend(); ++field) {
+    if (field->radix == 0) return std::to_string(inUnits + field->origin) + text;
+    const std::int64_t digit = GetModulo(inUnits, field->radix);
+    std::string number = std::to_string(digit + field->origin);
+    const std::size_t width = std::to_string(field->radix - 1).size();
+    if (number.size() < width) number.insert(0, width - number.size(), '0');
+    text.insert(0, field->separator + number);
+    inUnits = (inUnits - digit) / field->radix;
+  }
+  return text;
+}
 
 }  // namespace
 
@@ -25,54 +60,84 @@ RulerScale::RulerScale(const Timeline& inTimeline, utility::TimecodeFormat inFor
                        const std::string& inFrom, const std::string& inTo)
     : fTimeline(inTimeline),
       fFormat(inFormat),
-      fNotation(NotationOf(inTimeline, inFormat)),
-      fFrom(ReadEnd(inFrom)),
-      fTo(ReadEnd(inTo)) {
+      fNotation(GetNotation(inTimeline, inFormat)),
+      fFrom(ParseEnd(inFrom)),
+      fTo(ParseEnd(inTo)) {
   if (fFrom >= fTo) {
     throw InputError("empty interval: from sample " + std::to_string(fFrom) + " to " +
                      std::to_string(fTo));
   }
 }
 
-double RulerScale::Share(std::int64_t inStep) const {
+std::vector<std::int64_t> RulerScale::GetSteps() const {
+  const std::vector<std::int64_t> decimals = GetRoundNumbers({1, 2, 5}, 10);
+  std::vector<std::int64_t> steps;
+  std::int64_t unit = 1;
+  // Within a field, the steps are its decimal divisors, its half, the half of that, and so on.
+  for (auto field = fNotation.fields.rbegin(); field->radix > 0; unit *= field++->radix) {
+    for (std::int64_t step = 1; step < field->radix; ++step) {
+      const bool isRound = IsPowerOfTwo(field->radix / step) ||
+                           std::binary_search(decimals.begin(), decimals.end(), step);
+      if (isRound && field->radix % step == 0) steps.push_back(unit * step);
+    }
+  }
+  const auto counts =
+      fNotation.IsMusical() ? GetRoundNumbers({1}, 2) : GetRoundNumbers({1, 2, 5}, 10);
+  for (const std::int64_t count : counts) {
+    if (count <= kLongestStep / unit) steps.push_back(unit * count);
+  }
+  return steps;
+}
+
+double RulerScale::Locate(std::int64_t inPosition) const {
+  return static_cast<double>(inPosition - fFrom) / static_cast<double>(fTo - fFrom);
+}
+
+double RulerScale::Measure(std::int64_t inStep) const {
   return static_cast<double>(inStep) * fNotation.samplesInUnit / static_cast<double>(fTo - fFrom);
 }
 
-std::vector<Tick> RulerScale::Ticks(std::int64_t inStep) const {
+std::vector<Tick> RulerScale::GetTicks(std::int64_t inStep) const {
   std::vector<Tick> ticks;
-  for (const std::int64_t units : Multiples(inStep)) {
-    const std::int64_t position = PositionOf(units);
-    // Labels that do not exist are read as the first that does.
-    if (ticks.empty() || ticks.back().position != position) ticks.push_back(TickAt(position));
+  for (const std::int64_t units : GetMultiples(inStep)) {
+    const std::int64_t position = GetPosition(units);
+    // A dropped label parses as the first one after the gap.
+    if (ticks.empty() || ticks.back().position != position) ticks.push_back(MakeTick(position));
   }
   return ticks;
 }
 
-std::vector<Seam> RulerScale::Seams(std::int64_t inStep) const {
-  std::vector<Seam> seams;
-  if (inStep >= fNotation.unitsInMinute) return seams;
-  for (const std::int64_t minute : Multiples(fNotation.unitsInMinute)) {
-    // A minute that leaves labels out reads its first two labels as the same position.
-    const std::int64_t away = minute < 0 ? -1 : 1;
-    if (minute == 0 || PositionOf(minute) != PositionOf(minute + away)) continue;
-    const auto [before, after] = std::minmax({PositionOf(minute - away), PositionOf(minute)});
-    if (before >= fFrom && after <= fTo) seams.push_back({TickAt(before), TickAt(after)});
+std::vector<Tick> RulerScale::GetGapTicks(std::int64_t inStep) const {
+  std::vector<Tick> ticks;
+  const std::int64_t minute = 60 * std::int64_t{fTimeline.framesPerSecond};
+  if (!HasDropFrameLabels(fFormat) || inStep >= minute) return ticks;
+  for (const std::int64_t units : GetMultiples(minute)) {
+    // A minute that drops its first labels parses them as the same position.
+    const std::int64_t away = units < 0 ? -1 : 1;
+    if (units == 0 || GetPosition(units) != GetPosition(units + away)) continue;
+    const auto [before, after] = std::minmax({GetPosition(units - away), GetPosition(units)});
+    if (before < fFrom || after > fTo) continue;
+    ticks.push_back(MakeTick(before));
+    ticks.back().alignment = kAlignment_Right;
+    ticks.push_back(MakeTick(after));
+    ticks.back().alignment = kAlignment_Left;
   }
-  return seams;
+  return ticks;
 }
 
-std::vector<std::int64_t> RulerScale::Multiples(std::int64_t inStep) const {
+std::vector<std::int64_t> RulerScale::GetMultiples(std::int64_t inStep) const {
   const auto reach =
       static_cast<std::int64_t>(kSearchedHours * 3600.0 * fTimeline.sampleRate /
                                 fNotation.samplesInUnit / static_cast<double>(inStep));
   using Iterator = boost::counting_iterator<std::int64_t>;
-  const auto firstWith = [&](auto inIsBefore) {
+  const auto findFirst = [&](auto inIsBefore) {
     return *std::partition_point(
         Iterator(-reach - 1), Iterator(reach + 1),
-        [&](std::int64_t index) { return inIsBefore(PositionOf(index * inStep)); });
+        [&](std::int64_t inIndex) { return inIsBefore(GetPosition(inIndex * inStep)); });
   };
-  const std::int64_t first = firstWith([&](std::int64_t position) { return position < fFrom; });
-  const std::int64_t end = firstWith([&](std::int64_t position) { return position <= fTo; });
+  const std::int64_t first =
+      findFirst([this](std::int64_t inPosition) { return inPosition < fFrom; });
+  const std::int64_t end = findFirst([this](std::int64_t inPosition) { return inPosition <= fTo; });
   std::vector<std::int64_t> multiples;
   for (std::int64_t index = first; index < std::min(end, first + kMostTicks); ++index) {
     multiples.push_back(index * inStep);
@@ -80,24 +145,25 @@ std::vector<std::int64_t> RulerScale::Multiples(std::int64_t inStep) const {
   return multiples;
 }
 
-std::int64_t RulerScale::PositionOf(std::int64_t inUnits) const {
+std::int64_t RulerScale::GetPosition(std::int64_t inUnits) const {
   const bool isMirrored = inUnits < 0 && !fNotation.keepsSign;
-  return ReadText(fTimeline, fFormat,
-                  (isMirrored ? "-" : "") + fNotation.type(isMirrored ? -inUnits : inUnits));
+  return ParseText(
+      fTimeline, fFormat,
+      (isMirrored ? "-" : "") + FormatUnits(fNotation, isMirrored ? -inUnits : inUnits));
 }
 
-Tick RulerScale::TickAt(std::int64_t inPosition) const {
-  const std::string label = WriteText(fTimeline, fFormat, inPosition).value_or("0");
-  return {inPosition, label, ReadText(fTimeline, fFormat, label) == inPosition};
+Tick RulerScale::MakeTick(std::int64_t inPosition) const {
+  const std::string label = FormatPosition(fTimeline, fFormat, inPosition);
+  return {inPosition, label, ParseText(fTimeline, fFormat, label) == inPosition};
 }
 
-std::int64_t RulerScale::ReadEnd(const std::string& inText) const {
+std::int64_t RulerScale::ParseEnd(const std::string& inText) const {
   const std::int64_t position = inText.starts_with('@')
-                                    ? ReadPosition(inText.substr(1))
-                                    : ReadTyped(fTimeline, fFormat, inText).position;
+                                    ? ParsePosition(inText.substr(1))
+                                    : ParseChecked(fTimeline, fFormat, inText).position;
   const std::int64_t farthest = kFarthestHours * 3600 * fTimeline.sampleRate;
   if (position < -farthest || position > farthest) {
-    throw InputError(Quoted(inText) + " lies more than " + std::to_string(kFarthestHours) +
+    throw InputError(Quote(inText) + " is more than " + std::to_string(kFarthestHours) +
                      " hours from sample 0");
   }
   return position;

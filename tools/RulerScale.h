@@ -1,12 +1,11 @@
 /// \file
-/// Where the ticks of a time ruler lie and what they are called.
+/// The scale of a time ruler: the positions and labels of its ticks.
 ///
-/// Neither is computed here: the library reads the round texts of the format into the positions of
-/// the ticks, and writes these positions as the labels. So a ruler shows what both directions of
-/// the library do.
+/// The library parses round texts of the format into the positions of the ticks, and formats these
+/// positions as the labels. A ruler therefore shows both directions of the library.
 #pragma once
 
-#include "RulerNotation.h"
+#include "Notation.h"
 
 #include <cstdint>
 #include <string>
@@ -14,51 +13,57 @@
 
 namespace mezzo::tool {
 
+/// Where a label stands in relation to its tick.
+enum Alignment {
+  kAlignment_Left,  ///< its left end is at the tick
+  kAlignment_Centre,
+  kAlignment_Right,
+};
+
 struct Tick {
   std::int64_t position;
   std::string label;  ///< the library's text for the position
-  bool readsBack;     ///< the label reads as this position
+  bool readsBack;     ///< the library parses the label as this position
+  Alignment alignment = kAlignment_Centre;
 };
 
-/// Two ticks that follow each other although labels are missing between theirs.
-struct Seam {
-  Tick before;
-  Tick after;
-};
-
-/// The part of a timeline that a ruler shows, and what may stand on it.
+/// The interval of a timeline that a ruler shows.
 class RulerScale {
  public:
-  /// Each end is a text in the format, or "@" and a position.
-  /// \exception InputError for ends that are neither, far away, or leave nothing between them.
+  /// \param inFrom the beginning, a text in the format or "@" and a sample count.
+  /// \param inTo the end, likewise.
+  /// \exception InputError for any other text, a distant position, and an empty interval.
   RulerScale(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
              const std::string& inFrom, const std::string& inTo);
 
-  std::int64_t From() const { return fFrom; }
-  std::int64_t To() const { return fTo; }
+  std::int64_t GetFrom() const { return fFrom; }
+  std::int64_t GetTo() const { return fTo; }
 
-  /// Distances of ticks that make a good ruler, in units of the format, rising.
-  const std::vector<std::int64_t>& Steps() const { return fNotation.steps; }
+  /// \return the round distances between ticks, in units of the last field, rising.
+  std::vector<std::int64_t> GetSteps() const;
 
-  /// The length of a step as a part of the ruler's; nearly, where labels are left out.
-  double Share(std::int64_t inStep) const;
+  /// \return where a position lies in the interval: 0 at its beginning, 1 at its end.
+  double Locate(std::int64_t inPosition) const;
 
-  /// All ticks at whole multiples of a step, rising.
-  std::vector<Tick> Ticks(std::int64_t inStep) const;
+  /// \return the length of a step as a part of the interval; approximate for drop-frame labels.
+  double Measure(std::int64_t inStep) const;
 
-  /// The places where drop-frame counting leaves labels out, if steps are shorter than their
-  /// distance.
-  std::vector<Seam> Seams(std::int64_t inStep) const;
+  /// \return all ticks at multiples of a step, rising.
+  std::vector<Tick> GetTicks(std::int64_t inStep) const;
+
+  /// \return the ticks on both sides of each gap in drop-frame labels, if steps are shorter than
+  ///     the distance between gaps. Their labels stand apart from the gap.
+  std::vector<Tick> GetGapTicks(std::int64_t inStep) const;
 
  private:
-  std::vector<std::int64_t> Multiples(std::int64_t inStep) const;
-  std::int64_t PositionOf(std::int64_t inUnits) const;
-  Tick TickAt(std::int64_t inPosition) const;
-  std::int64_t ReadEnd(const std::string& inText) const;
+  std::vector<std::int64_t> GetMultiples(std::int64_t inStep) const;
+  std::int64_t GetPosition(std::int64_t inUnits) const;
+  Tick MakeTick(std::int64_t inPosition) const;
+  std::int64_t ParseEnd(const std::string& inText) const;
 
   Timeline fTimeline;
   utility::TimecodeFormat fFormat;
-  RulerNotation fNotation;
+  Notation fNotation;
   std::int64_t fFrom;
   std::int64_t fTo;
 };

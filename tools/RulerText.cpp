@@ -1,42 +1,39 @@
 #include "RulerDrawing.h"
 
+#include <boost/algorithm/string/trim.hpp>
+
 #include <algorithm>
 #include <sstream>
-#include <vector>
 
 namespace mezzo::tool {
 namespace {
 
+/// Writes a text into a row of blanks.
 void PutText(std::string& outRow, const LabelBox& inBox, const std::string& inText) {
-  const int length = static_cast<int>(inText.size());
-  const int spare = inBox.alignment == Alignment::kLeft ? 0
-                    : inBox.alignment == Alignment::kRight
-                        ? inBox.width - length
-                        : (inBox.width - 1) / 2 - (length - 1) / 2;
-  const auto begin = static_cast<std::size_t>(inBox.left) + static_cast<std::size_t>(spare);
-  outRow.replace(begin, inText.size(), inText);
+  const int spare = inBox.width - static_cast<int>(inText.size());
+  const int left = inBox.left + (inBox.alignment == kAlignment_Left     ? 0
+                                 : inBox.alignment == kAlignment_Centre ? spare / 2
+                                                                        : spare);
+  outRow.replace(static_cast<std::size_t>(left), inText.size(), inText);
 }
 
-std::string DrawAxis(const RulerLayout& inLayout, int inColumns, bool inIsASCII) {
-  enum Mark : std::size_t { kNone, kTick, kLabel };
+std::string DrawAxis(const std::vector<PlacedTick>& inTicks, std::size_t inColumns,
+                     bool inIsASCII) {
+  enum Mark : std::size_t { kMark_None, kMark_Tick, kMark_Label };
   static constexpr const char* kLines[][3] = {
       {"─", "┌", "├"}, {"─", "┬", "┼"}, {"─", "┐", "┤"}};  // first, inner, last column
-  static constexpr const char* kASCII[][3] = {{"-", "'", "|"}, {"-", "'", "|"}, {"-", "'", "|"}};
-  std::vector<Mark> marks(static_cast<std::size_t>(inColumns), kNone);
-  for (const PlacedTick& tick : inLayout.ticks) {
+  static constexpr const char* kASCII[] = {"-", "'", "|"};
+  std::vector<Mark> marks(inColumns, kMark_None);
+  for (const PlacedTick& tick : inTicks) {
     Mark& mark = marks[static_cast<std::size_t>(tick.x)];
-    mark = std::max(mark, tick.hasLabel ? kLabel : kTick);
+    mark = std::max(mark, tick.box ? kMark_Label : kMark_Tick);
   }
   std::string axis;
-  for (std::size_t column = 0; column < marks.size(); ++column) {
-    const std::size_t place = column == 0 ? 0 : column + 1 == marks.size() ? 2 : 1;
-    axis += (inIsASCII ? kASCII : kLines)[place][marks[column]];
+  for (std::size_t column = 0; column < inColumns; ++column) {
+    const std::size_t place = column == 0 ? 0 : column + 1 == inColumns ? 2 : 1;
+    axis += inIsASCII ? kASCII[marks[column]] : kLines[place][marks[column]];
   }
   return axis;
-}
-
-std::string WithoutTrailingBlanks(const std::string& inRow) {
-  return inRow.substr(0, inRow.find_last_not_of(' ') + 1);
 }
 
 }  // namespace
@@ -45,9 +42,8 @@ std::vector<std::string> WrapWords(const std::string& inText, int inColumns) {
   std::istringstream words(inText);
   std::vector<std::string> lines;
   for (std::string word; words >> word;) {
-    const bool fits = !lines.empty() &&
-                      lines.back().size() + 1 + word.size() <= static_cast<std::size_t>(inColumns);
-    if (fits) {
+    const auto width = static_cast<std::size_t>(inColumns);
+    if (!lines.empty() && lines.back().size() + 1 + word.size() <= width) {
       lines.back() += " " + word;
     } else {
       lines.push_back(word);
@@ -56,29 +52,33 @@ std::vector<std::string> WrapWords(const std::string& inText, int inColumns) {
   return lines;
 }
 
-Grid TextGrid(int inColumns) {
+std::string GetFootnote(const std::vector<PlacedTick>& inTicks) {
+  const bool isMarked = std::any_of(inTicks.begin(), inTicks.end(), [](const PlacedTick& inTick) {
+    return inTick.box && !inTick.tick.readsBack;
+  });
+  return isMarked ? "* reads back as another position" : "";
+}
+
+Grid GetTextGrid(int inColumns) {
   return {.width = inColumns, .character = 1, .tickDistance = 4, .labelDistance = 2};
 }
 
 std::string DrawText(const RulerScale& inScale, const std::string& inCaption, int inColumns,
                      bool inIsASCII) {
-  const RulerLayout layout = LayOut(inScale, TextGrid(inColumns));
-  std::string labels(static_cast<std::size_t>(inColumns), ' ');
+  const std::vector<PlacedTick> ticks = LayOut(inScale, GetTextGrid(inColumns));
+  const auto columns = static_cast<std::size_t>(inColumns);
+  std::string labels(columns, ' ');
   std::string positions = labels;
-  for (const PlacedTick& tick : layout.ticks) {
-    if (!tick.hasLabel) continue;
-    PutText(labels, tick.box, DrawnLabel(tick.tick));
-    PutText(positions, tick.box, std::to_string(tick.tick.position));
+  for (const PlacedTick& tick : ticks) {
+    if (!tick.box) continue;
+    PutText(labels, *tick.box, GetDrawnLabel(tick.tick));
+    PutText(positions, *tick.box, std::to_string(tick.tick.position));
   }
   std::vector<std::string> lines = WrapWords(inCaption, inColumns);
-  lines.insert(lines.end(),
-               {"", WithoutTrailingBlanks(labels), DrawAxis(layout, inColumns, inIsASCII),
-                WithoutTrailingBlanks(positions)});
-  if (!layout.isEachReadBack) {
-    for (const std::string& line : WrapWords(kMarkMeaning, inColumns)) lines.push_back(line);
-  }
+  lines.insert(lines.end(), {"", labels, DrawAxis(ticks, columns, inIsASCII), positions});
+  for (const std::string& line : WrapWords(GetFootnote(ticks), inColumns)) lines.push_back(line);
   std::string text;
-  for (const std::string& line : lines) text += line + "\n";
+  for (const std::string& line : lines) text += boost::trim_right_copy(line) + "\n";
   return text;
 }
 

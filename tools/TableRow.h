@@ -1,5 +1,5 @@
 /// \file
-/// One column of a line of a table; the rest of the line stays as it is.
+/// A line of a table, in which one field is converted.
 #pragma once
 
 #include <cstddef>
@@ -7,24 +7,25 @@
 
 namespace mezzo::tool {
 
-/// A line of a marker list or another table. Fields in double quotes may hold the delimiter; a
-/// double quote in them is written twice.
+/// A line of a marker list or another table. A field in double quotes may contain the delimiter; a
+/// double quote in it is doubled.
 class TableRow {
  public:
   /// \param inField the field, counted from 1; 0 for the whole line.
   /// \exception InputError when the line has fewer fields.
   TableRow(const std::string& inLine, std::size_t inField, char inDelimiter);
 
-  /// The field's text, without quotes and the blanks around it.
-  const std::string& Field() const { return fField; }
+  /// \return the field's text without quotes and the blanks around it.
+  const std::string& GetField() const { return fField; }
 
-  /// The line with another text in place of the field's; in quotes if the field was, or has to be.
-  std::string With(const std::string& inText) const;
+  /// \return the line with another text in the field, in quotes where necessary.
+  std::string ReplaceField(const std::string& inText) const;
 
  private:
   std::string fBefore;
   std::string fField;
   std::string fAfter;
+  bool fHasFields;
   bool fIsQuoted = false;
   char fDelimiter;
 };

@@ -13,10 +13,10 @@ function __mezzo_arguments
     count (commandline -opc)[3..] | string match -q $argv
 end
 complete -c mezzo -f
-complete -c mezzo -n __fish_use_subcommand -a show -d 'Show a position in every display format'
-complete -c mezzo -n __fish_use_subcommand -a parse -d 'Read texts and print positions'
+complete -c mezzo -n __fish_use_subcommand -a show -d 'Show a position in every format'
+complete -c mezzo -n __fish_use_subcommand -a parse -d 'Parse texts and print positions'
 complete -c mezzo -n __fish_use_subcommand -a format -d 'Write positions as texts'
-complete -c mezzo -n __fish_use_subcommand -a convert -d 'Write texts in another format'
+complete -c mezzo -n __fish_use_subcommand -a convert -d 'Convert texts into another format'
 complete -c mezzo -n __fish_use_subcommand -a formats -d 'List the formats'
 complete -c mezzo -n __fish_use_subcommand -a ruler -d 'Draw a time ruler'
 complete -c mezzo -n __fish_use_subcommand -a note -d 'Name a note'
@@ -29,20 +29,20 @@ complete -c mezzo -n 'not __fish_use_subcommand' -l json -d 'Write JSON'
 complete -c mezzo -n '__mezzo_of parse format; and __mezzo_arguments 0' -a "$formats"
 complete -c mezzo -n '__mezzo_of convert; and __mezzo_arguments "[01]"' -a "$formats"
 complete -c mezzo -n '__mezzo_of show' -l from -x -a "$formats" -d 'Format of the position'
-complete -c mezzo -n '__mezzo_of show parse convert' -l lenient -d 'Read as the library does'
+complete -c mezzo -n '__mezzo_of show parse convert' -l lenient -d 'Parse as the library does'
 complete -c mezzo -n '__mezzo_of parse format convert' -l field -x -d 'Column of a table'
-complete -c mezzo -n '__mezzo_of parse format convert' -l delimiter -x -d 'What separates columns'
-complete -c mezzo -n '__mezzo_of parse format convert' -l header -d 'Leave the first line as it is'
-complete -c mezzo -n '__mezzo_of show parse format convert' -l duration -d 'A length'
+complete -c mezzo -n '__mezzo_of parse format convert' -l delimiter -x -d 'Character that separates columns'
+complete -c mezzo -n '__mezzo_of parse format convert' -l header -d 'Leave the first line unchanged'
+complete -c mezzo -n '__mezzo_of show parse format convert' -l duration -d 'Convert lengths'
 for option in rate fps tempo meter ticks offset-ms
     complete -c mezzo -n '__mezzo_of show parse format convert ruler' -l $option -x
 end
 complete -c mezzo -n '__mezzo_of ruler' -l format -x -a "$formats" -d 'Format of labels and ends'
-complete -c mezzo -n '__mezzo_of ruler' -l from -x -d 'Where it begins'
-complete -c mezzo -n '__mezzo_of ruler' -l to -x -d 'Where it ends'
+complete -c mezzo -n '__mezzo_of ruler' -l from -x -d 'Beginning'
+complete -c mezzo -n '__mezzo_of ruler' -l to -x -d 'End'
 complete -c mezzo -n '__mezzo_of ruler' -l width -x -d 'Width in columns'
 complete -c mezzo -n '__mezzo_of ruler' -l svg -r -F -d 'Draw a picture'
 complete -c mezzo -n '__mezzo_of note' -l index -x -d 'Semitones above A'
 complete -c mezzo -n '__mezzo_of note' -l octave -x -d 'Octave of the A'
-complete -c mezzo -n '__mezzo_of note' -l flat -d 'Name a black key by its flat alone'
+complete -c mezzo -n '__mezzo_of note' -l flat -d 'Name a black key only by its flat'
 complete -c mezzo -n '__mezzo_of handler' -a "$handlers"

@@ -1,0 +1,55 @@
+/// \file
+/// Conversions between positions and texts.
+///
+/// The library parses leniently and answers every input. The checked conversions refuse a value
+/// that does not hold, and note what the user should know about it.
+#pragma once
+
+#include "DisplayFormats.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace mezzo::tool {
+
+enum NoteKind { kNoteKind_Semicolon, kNoteKind_NoSuchLabel, kNoteKind_FewDigits };
+
+struct Note {
+  NoteKind kind;
+  std::string text;
+};
+
+struct Conversion {
+  std::int64_t position;
+  std::string text;
+  std::vector<Note> notes;
+};
+
+/// Formats a position. The library writes frame counts without a sign; here they have one.
+/// \return the text; empty when the format has no conversion.
+std::string FormatPosition(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
+                           std::int64_t inPosition);
+
+/// Formats a position and adds to its notes.
+/// \exception InputError when the library parses the text as a distant position.
+void FormatChecked(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
+                   Conversion& ioConversion);
+
+/// Parses a text as leniently as the library does. A leading minus sign counts in every format.
+/// \exception InputError for a text without a digit, or one that is not UTF-8.
+std::int64_t ParseText(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
+                       std::string_view inText);
+
+/// Parses a text that a person typed. It may contain a sign, digits, the format's separators,
+/// blanks and unit words such as "min", and no more numbers than the format has fields.
+/// \exception InputError for any other text, and for a position that is out of range.
+Conversion ParseChecked(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
+                        const std::string& inText);
+
+/// Parses a sample count.
+/// \exception InputError for any other text, and for a count that does not fit in 64 bits.
+std::int64_t ParsePosition(std::string_view inText);
+
+}  // namespace mezzo::tool

@@ -1,0 +1,31 @@
+/// \file
+/// Messages to the user, and the exit status.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace mezzo::tool {
+
+/// The exit status; the manual documents these numbers.
+enum ExitStatus : int {
+  kExitStatus_Success = 0,
+  kExitStatus_SomeUnconverted = 1,  ///< or the library reported a failed assertion
+  kExitStatus_BadArguments = 2,     ///< or a file cannot be read or written
+};
+
+/// The user's input cannot be used; the text says why.
+class InputError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Puts a text in quotes for a message. Control characters and bytes that are not UTF-8 are
+/// escaped, and the text is cut after 80 characters.
+std::string Quote(std::string_view inText);
+
+/// Writes a message to standard error as one line.
+void Complain(std::string_view inMessage);
+
+}  // namespace mezzo::tool

@@ -1,0 +1,54 @@
+/// \file
+/// The fields of each format's texts.
+#pragma once
+
+#include "DisplayFormats.h"
+
+#include <boost/container/static_vector.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace mezzo::tool {
+
+/// What a number in a text counts.
+enum Unit {
+  kUnit_Hours,
+  kUnit_Minutes,
+  kUnit_Seconds,
+  kUnit_Milliseconds,
+  kUnit_Frames,
+  kUnit_Bars,
+  kUnit_Beats,
+  kUnit_Ticks,
+  kUnit_Samples,
+  kUnit_Fraction,  ///< the decimal fraction of the field to its left
+};
+
+std::string GetName(Unit inUnit);
+
+/// Finds a unit by a word that people type for it, such as "min", in any letter case.
+std::optional<Unit> FindUnit(std::string_view inWord);
+
+struct Field {
+  Unit unit;
+  std::int64_t radix = 0;  ///< how many make one of the field to its left; 0 for the first field
+  char separator = 0;      ///< before the field; 0 for the first
+  int origin = 0;          ///< the number that it counts from
+};
+
+/// The notation of a format on a timeline.
+struct Notation {
+  boost::container::static_vector<Field, 4> fields;  ///< from left to right
+  double samplesInUnit;    ///< samples in one of the last field; approximate for drop-frame labels
+  bool keepsSign = false;  ///< the library itself reads a minus sign
+
+  /// Only bars and beats omit their last fields; elsewhere, omitted fields are the leading ones.
+  bool IsMusical() const { return fields.front().unit == kUnit_Bars; }
+};
+
+Notation GetNotation(const Timeline& inTimeline, utility::TimecodeFormat inFormat);
+
+}  // namespace mezzo::tool
