@@ -201,10 +201,7 @@ void AddTimelineOptions(CLI::App& outCommand, Settings& outSettings) {
       .add_option("--offset-ms", beats.dOffsetMs, "Milliseconds from sample 0 to bar 1 beat 1")
       ->check(Between(-1e9, 1e9))
       ->type_name("MS");
-}
-
-void AddDuration(CLI::App& outCommand, Settings& outSettings) {
-  outCommand.add_flag("--duration", outSettings.timeline.isDuration,
+  outCommand.add_flag("--duration", timeline.isDuration,
                       "Convert lengths: bars and beats count from 0");
 }
 
@@ -213,9 +210,10 @@ void AddLenient(CLI::App& outCommand, Settings& outSettings) {
                       "Parse as the library does: any non-digit separates fields");
 }
 
-void AddTextOptions(CLI::App& outCommand, Settings& outSettings, const char* inName,
-                    const char* inDescription) {
-  outCommand.add_option(inName, outSettings.texts, inDescription)
+void AddTextOptions(CLI::App& outCommand, Settings& outSettings, const char* inName) {
+  outCommand
+      .add_option(inName, outSettings.texts,
+                  "Input; none, or '-', stands for the lines of standard input")
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
       ->type_name("")
       ->default_str("");
@@ -238,12 +236,9 @@ void AddTextOptions(CLI::App& outCommand, Settings& outSettings, const char* inN
       ->needs(field);
   outCommand.add_flag("--header", outSettings.hasHeader, "Leave the first line unchanged");
   AddTimelineOptions(outCommand, outSettings);
-  AddDuration(outCommand, outSettings);
 }
 
 // --------------------------------------------------------------------------------------- Commands
-
-constexpr char kTextsDescription[] = "Texts; none, or '-', stands for the lines of standard input";
 
 void AddShowOptions(CLI::App& outCommand, Settings& outSettings) {
   outCommand
@@ -254,26 +249,24 @@ void AddShowOptions(CLI::App& outCommand, Settings& outSettings) {
   AddFormat(outCommand, "--from", outSettings.from, "Format of the position")->type_name("FORMAT");
   AddLenient(outCommand, outSettings);
   AddTimelineOptions(outCommand, outSettings);
-  AddDuration(outCommand, outSettings);
 }
 
 void AddParseOptions(CLI::App& outCommand, Settings& outSettings) {
   AddFormat(outCommand, "FORMAT", outSettings.from)->type_name("")->required();
   AddLenient(outCommand, outSettings);
-  AddTextOptions(outCommand, outSettings, "TEXT", kTextsDescription);
+  AddTextOptions(outCommand, outSettings, "TEXT");
 }
 
 void AddFormatOptions(CLI::App& outCommand, Settings& outSettings) {
   AddFormat(outCommand, "FORMAT", outSettings.to)->type_name("")->required();
-  AddTextOptions(outCommand, outSettings, "POSITION",
-                 "Positions; none, or '-', stands for the lines of standard input");
+  AddTextOptions(outCommand, outSettings, "POSITION");
 }
 
 void AddConvertOptions(CLI::App& outCommand, Settings& outSettings) {
   AddFormat(outCommand, "FROM", outSettings.from)->type_name("")->required();
   AddFormat(outCommand, "TO", outSettings.to)->type_name("")->required();
   AddLenient(outCommand, outSettings);
-  AddTextOptions(outCommand, outSettings, "TEXT", kTextsDescription);
+  AddTextOptions(outCommand, outSettings, "TEXT");
 }
 
 void AddRulerOptions(CLI::App& outCommand, Settings& outSettings) {
@@ -386,15 +379,8 @@ int RunCommand(std::vector<std::string> inArguments) {
   try {
     std::reverse(inArguments.begin(), inArguments.end());
     app.parse(inArguments);
-  } catch (const CLI::CallForHelp&) {
-    std::cout << app.help();
-    return kExitStatus_Success;
-  } catch (const CLI::CallForAllHelp&) {
-    std::cout << app.help("", CLI::AppFormatMode::All);
-    return kExitStatus_Success;
-  } catch (const CLI::CallForVersion& version) {
-    std::cout << version.what() << '\n';
-    return kExitStatus_Success;
+  } catch (const CLI::Success& helpOrVersion) {
+    return app.exit(helpOrVersion);
   } catch (const CLI::ParseError& error) {
     if (isCommand) throw InputError(error.what());
   }

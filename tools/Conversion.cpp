@@ -5,7 +5,6 @@
 #include "TextEncoding.h"
 
 #include <boost/algorithm/string/trim.hpp>
-#include <boost/container/small_vector.hpp>
 
 #include <algorithm>
 #include <charconv>
@@ -49,6 +48,8 @@ struct TypedNumber {
   char separator;  ///< before it; 0 for none, ' ' for blanks or a word
   std::string_view digits;
   std::string_view word;  ///< after it; usually empty
+  std::size_t field = 0;
+  bool isBehindPoint = false;  ///< ticks, or a decimal fraction of the last field
 
   /// \return the greatest integer when the digits exceed it.
   std::int64_t GetValue() const {
@@ -60,7 +61,7 @@ struct TypedNumber {
 
 struct TypedText {
   bool isNegative = false;
-  boost::container::small_vector<TypedNumber, 5> numbers;
+  std::vector<TypedNumber> numbers;
 };
 
 /// Splits a text into its numbers.
@@ -101,15 +102,13 @@ TypedText SplitText(std::string_view inText) {
   }
 }
 
-/// Rewrites a typed text so that the library parses every number as it is meant.
-/// \exception InputError where the library would ignore a number, count it in another unit, or
-/// overflow: it parses numbers and counts whole frames and beats in 32 bits.
-std::string NormalizeText(const TypedText& inTyped, const Timeline& inTimeline,
-                          TimecodeFormat inFormat, const std::string& inText) {
-  const Notation notation = GetNotation(inTimeline, inFormat);
-  const auto& fields = notation.fields;
-  const auto& numbers = inTyped.numbers;
-  const bool isMusical = notation.IsMusical();
+/// Assigns each number to a field.
+/// \exception InputError for numbers that the library would ignore.
+void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat inFormat,
+                  const std::string& inText) {
+  auto& numbers = ioTyped.numbers;
+  const auto& fields = inNotation.fields;
+  const bool isMusical = inNotation.IsMusical();
   const bool hasFraction = numbers.back().separator == '.' && !isMusical;
   const std::size_t count = numbers.size() - (hasFraction ? 1 : 0);
   const std::size_t fieldCount = fields.size() - (fields.back().unit == kUnit_Fraction ? 1 : 0);
@@ -118,31 +117,47 @@ std::string NormalizeText(const TypedText& inTyped, const Timeline& inTimeline,
                      GetName(inFormat) + " has at most " + std::to_string(fieldCount));
   }
   const std::size_t omitted = isMusical ? 0 : fieldCount - count;
-  std::string text = inTyped.isNegative ? "-" : "";
-  double total = 0.0;
-  double largest = 0.0;
   for (std::size_t place = 0; place < numbers.size(); ++place) {
-    const TypedNumber& number = numbers[place];
-    const bool isFraction = number.separator == '.' && !isMusical;
-    const bool isTick = isMusical && (number.separator == '.' || place == 2);
-    std::string shown(number.digits);
-    if (place > 0) {
-      const TypedNumber& previous = numbers[place - 1];
-      if (previous.separator == '.') RefusePart(shown, inText, "; nothing follows a fraction");
-      if (isTick && number.separator == ':')
-        RefusePart(":" + shown, inText, "; ticks follow a '.'");
-      if (isFraction) shown = std::string(previous.digits) + "." + shown;
-    }
-    const Field& field = fields[isTick ? 2 : isFraction ? fieldCount - 1 : omitted + place];
-    if (!number.word.empty() && FindUnit(number.word) != field.unit)
-      RefusePart(number.word, inText, ", where " + shown + " counts " + GetName(field.unit));
-    if (number.separator != 0) text += isTick || isFraction ? '.' : ':';
-    text += number.digits;
-    const auto value = static_cast<double>(number.GetValue());
-    if (!isTick && !isFraction) total = total * static_cast<double>(field.radix) + value;
-    largest = std::max({largest, total, isTick ? value : 0.0});
+    TypedNumber& number = numbers[place];
+    const std::string digits(number.digits);
+    number.isBehindPoint = number.separator == '.' || (isMusical && place == 2);
+    number.field = number.isBehindPoint ? fieldCount - 1 : omitted + place;
+    if (place > 0 && numbers[place - 1].separator == '.')
+      RefusePart(digits, inText, "; nothing follows a fraction");
+    if (number.isBehindPoint && number.separator == ':')
+      RefusePart(":" + digits, inText, "; ticks follow a '.'");
   }
-  if (largest > std::numeric_limits<std::int32_t>::max()) RefuseOutOfRange(inText);
+}
+
+/// \exception InputError for a unit word that does not fit the number's field.
+void RequireUnits(const TypedText& inTyped, const Notation& inNotation, const std::string& inText) {
+  for (const TypedNumber& number : inTyped.numbers) {
+    const Unit unit = inNotation.fields[number.field].unit;
+    if (!number.word.empty() && FindUnit(number.word) != unit)
+      RefusePart(number.word, inText, "; the number before it counts " + GetName(unit));
+  }
+}
+
+/// \exception InputError for numbers that overflow: the library parses each number, and counts
+/// whole frames and beats, in 32 bits.
+void RequireRange(const TypedText& inTyped, const Notation& inNotation, const std::string& inText) {
+  double total = 0.0;
+  for (const TypedNumber& number : inTyped.numbers) {
+    const Field& field = inNotation.fields[number.field];
+    const auto value = static_cast<double>(number.GetValue());
+    if (!number.isBehindPoint) total = total * static_cast<double>(field.radix) + value;
+    const double largest = field.unit == kUnit_Ticks ? std::max(total, value) : total;
+    if (largest > std::numeric_limits<std::int32_t>::max()) RefuseOutOfRange(inText);
+  }
+}
+
+/// \return the text with the separators that the library expects.
+std::string JoinNumbers(const TypedText& inTyped) {
+  std::string text = inTyped.isNegative ? "-" : "";
+  for (const TypedNumber& number : inTyped.numbers) {
+    if (number.separator != 0) text += number.isBehindPoint ? '.' : ':';
+    text += number.digits;
+  }
   return text;
 }
 
@@ -229,9 +244,12 @@ std::int64_t ParseText(const Timeline& inTimeline, TimecodeFormat inFormat,
 Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
                         const std::string& inText) {
   if (inFormat == kTimecodeFormat_Samples) return {ParsePosition(inText), inText, {}};
-  const TypedText typed = SplitText(inText);
-  const std::string text = NormalizeText(typed, inTimeline, inFormat, inText);
-  const std::int64_t position = ParseText(inTimeline, inFormat, text);
+  const Notation notation = GetNotation(inTimeline, inFormat);
+  TypedText typed = SplitText(inText);
+  AssignFields(typed, notation, inFormat, inText);
+  RequireUnits(typed, notation, inText);
+  RequireRange(typed, notation, inText);
+  const std::int64_t position = ParseText(inTimeline, inFormat, JoinNumbers(typed));
   constexpr std::int64_t kFarthest = std::numeric_limits<std::int64_t>::max();
   if (position == kFarthest || position <= -kFarthest) RefuseOutOfRange(inText);
   Conversion conversion{position, inText, {}};

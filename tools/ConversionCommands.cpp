@@ -19,7 +19,7 @@ namespace {
 /// The texts to convert: the arguments, or the lines of standard input in place of "-".
 class TextSource {
  public:
-  explicit TextSource(const std::vector<std::string>& inArguments) : fArguments(inArguments) {
+  explicit TextSource(std::vector<std::string> inArguments) : fArguments(std::move(inArguments)) {
     if (fArguments.empty()) fArguments = {"-"};
   }
 
@@ -69,11 +69,15 @@ void AddNotes(JSON& outEntry, const std::vector<Note>& inNotes) {
   for (const Note& note : inNotes) outEntry["notes"].push_back(note.text);
 }
 
-Conversion Parse(const Settings& inSettings, const Timeline& inTimeline,
-                 const std::string& inText) {
-  const utility::TimecodeFormat format = inSettings.from.format;
-  if (inSettings.isLenient) return {ParseText(inTimeline, format, inText), inText, {}};
-  return ParseChecked(inTimeline, format, inText);
+Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const Timeline& inTo,
+                       const std::string& inText) {
+  const utility::TimecodeFormat from = inSettings.from.format;
+  const utility::TimecodeFormat to = inSettings.to.format;
+  Conversion conversion = inSettings.isLenient
+                              ? Conversion{ParseText(inFrom, from, inText), inText, {}}
+                              : ParseChecked(inFrom, from, inText);
+  if (to != utility::kTimecodeFormat_Samples) FormatChecked(inTo, to, conversion);
+  return conversion;
 }
 
 JSON ToJSON(const Timeline& inTimeline) {
@@ -135,7 +139,7 @@ Timeline Settings::GetTimeline(const FormatChoice& inChoice) const {
 
 int Show(const Settings& inSettings) {
   const Timeline timeline = inSettings.GetTimeline(inSettings.from);
-  const Conversion parsed = Parse(inSettings, timeline, inSettings.argument);
+  const Conversion parsed = ConvertText(inSettings, timeline, timeline, inSettings.argument);
   std::set<NoteKind> printed;
   PrintNotes(parsed.notes, printed);
   JSON result{{"position", parsed.position}};
@@ -153,8 +157,8 @@ int Show(const Settings& inSettings) {
 /// A text that cannot be converted keeps its place in the output: an empty line, or the unchanged
 /// row of a table.
 int Convert(const Settings& inSettings) {
-  const Timeline fromTimeline = inSettings.GetTimeline(inSettings.from);
-  const Timeline toTimeline = inSettings.GetTimeline(inSettings.to);
+  const Timeline from = inSettings.GetTimeline(inSettings.from);
+  const Timeline to = inSettings.GetTimeline(inSettings.to);
   const bool toSamples = inSettings.to.format == utility::kTimecodeFormat_Samples;
   TextSource source(inSettings.texts);
   std::set<NoteKind> printed;
@@ -168,8 +172,7 @@ int Convert(const Settings& inSettings) {
     if (inSettings.isJSON) entry["item"] = source.GetNumber();
     try {
       const TableRow row(text, inSettings.field, inSettings.delimiter);
-      Conversion conversion = Parse(inSettings, fromTimeline, row.GetField());
-      if (!toSamples) FormatChecked(toTimeline, inSettings.to.format, conversion);
+      const Conversion conversion = ConvertText(inSettings, from, to, row.GetField());
       PrintNotes(conversion.notes, printed);
       if (inSettings.isJSON) {
         entry.update({{"samples", conversion.position}, {"text", conversion.text}});

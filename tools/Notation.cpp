@@ -2,7 +2,6 @@
 
 #include <boost/algorithm/string/case_conv.hpp>
 
-#include <algorithm>
 #include <iterator>
 
 namespace mezzo::tool {
@@ -11,41 +10,29 @@ using namespace utility;
 
 namespace {
 
-struct UnitWord {
-  std::string_view word;
-  Unit unit;
-};
-
-/// The first word of each unit is its name.
-constexpr UnitWord kUnitWords[] = {
-    {"hours", kUnit_Hours},     {"hour", kUnit_Hours},
-    {"hrs", kUnit_Hours},       {"hr", kUnit_Hours},
-    {"h", kUnit_Hours},         {"minutes", kUnit_Minutes},
-    {"minute", kUnit_Minutes},  {"mins", kUnit_Minutes},
-    {"min", kUnit_Minutes},     {"m", kUnit_Minutes},
-    {"seconds", kUnit_Seconds}, {"second", kUnit_Seconds},
-    {"secs", kUnit_Seconds},    {"sec", kUnit_Seconds},
-    {"s", kUnit_Seconds},       {"milliseconds", kUnit_Milliseconds},
-    {"ms", kUnit_Milliseconds}, {"frames", kUnit_Frames},
-    {"frame", kUnit_Frames},    {"fr", kUnit_Frames},
-    {"f", kUnit_Frames},        {"bars", kUnit_Bars},
-    {"bar", kUnit_Bars},        {"beats", kUnit_Beats},
-    {"beat", kUnit_Beats},      {"ticks", kUnit_Ticks},
-    {"tick", kUnit_Ticks},      {"samples", kUnit_Samples},
+/// The words for each unit, of which the first is its name, between blanks.
+constexpr std::string_view kUnitWords[] = {
+    " hours hour hrs hr h ",
+    " minutes minute mins min m ",
+    " seconds second secs sec s ",
+    " milliseconds ms ",
+    " frames frame fr f ",
+    " bars bar ",
+    " beats beat ",
+    " ticks tick ",
 };
 
 }  // namespace
 
 std::string GetName(Unit inUnit) {
-  const auto found = std::find_if(std::begin(kUnitWords), std::end(kUnitWords),
-                                  [=](const UnitWord& inWord) { return inWord.unit == inUnit; });
-  return std::string(found->word);
+  const std::string_view words = kUnitWords[inUnit];
+  return std::string(words.substr(1, words.find(' ', 1) - 1));
 }
 
 std::optional<Unit> FindUnit(std::string_view inWord) {
-  const std::string word = boost::to_lower_copy(std::string(inWord));
-  for (const UnitWord& unitWord : kUnitWords) {
-    if (unitWord.word == word) return unitWord.unit;
+  const std::string word = " " + boost::to_lower_copy(std::string(inWord)) + " ";
+  for (std::size_t unit = 0; unit < std::size(kUnitWords); ++unit) {
+    if (kUnitWords[unit].find(word) != std::string_view::npos) return static_cast<Unit>(unit);
   }
   return std::nullopt;
 }
@@ -68,7 +55,8 @@ Notation GetNotation(const Timeline& inTimeline, TimecodeFormat inFormat) {
     case kTimecodeFormat_BarsAndBeats: {
       // Without ticks, the library shows thousandths of the beat.
       const Field ticks{kUnit_Ticks, beats.iTicksPerBeat > 0 ? beats.iTicksPerBeat : 1000, '.'};
-      return {{{kUnit_Bars, 0, 0, 1}, {kUnit_Beats, beats.iBeatsPerBar, ':', 1}, ticks},
+      const int origin = inTimeline.isDuration ? 0 : 1;
+      return {{{kUnit_Bars, 0, 0, origin}, {kUnit_Beats, beats.iBeatsPerBar, ':', origin}, ticks},
               quarterNote * 4.0 / beats.iBeatUnit / static_cast<double>(ticks.radix),
               true};
     }

@@ -27,6 +27,7 @@ enum Unit {
   kUnit_Fraction,  ///< the decimal fraction of the field to its left
 };
 
+/// \param inUnit any but the last two, which are not typed.
 std::string GetName(Unit inUnit);
 
 /// Finds a unit by a word that people type for it, such as "min", in any letter case.

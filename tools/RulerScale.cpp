@@ -41,6 +41,7 @@ std::int64_t GetModulo(std::int64_t inValue, std::int64_t inDivisor) {
 
 /// The text of a count of the last field's units.
 std::string FormatUnits(const Notation& inNotation, std::int64_t inUnits) {
+  if (inUnits < 0 && !inNotation.keepsSign) return "-" + FormatUnits(inNotation, -inUnits);
   std::string text;
   for (auto field = inNotation.fields.rbegin(); field != inNotation.fields.rend(); ++field) {
     if (field->radix == 0) return std::to_string(inUnits + field->origin) + text;
@@ -146,10 +147,7 @@ std::vector<std::int64_t> RulerScale::GetMultiples(std::int64_t inStep) const {
 }
 
 std::int64_t RulerScale::GetPosition(std::int64_t inUnits) const {
-  const bool isMirrored = inUnits < 0 && !fNotation.keepsSign;
-  return ParseText(
-      fTimeline, fFormat,
-      (isMirrored ? "-" : "") + FormatUnits(fNotation, isMirrored ? -inUnits : inUnits));
+  return ParseText(fTimeline, fFormat, FormatUnits(fNotation, inUnits));
 }
 
 Tick RulerScale::MakeTick(std::int64_t inPosition) const {

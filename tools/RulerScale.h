@@ -15,9 +15,9 @@ namespace mezzo::tool {
 
 /// Where a label stands in relation to its tick.
 enum Alignment {
-  kAlignment_Left,  ///< its left end is at the tick
-  kAlignment_Centre,
-  kAlignment_Right,
+  kAlignment_Left = 0,  ///< its left end is at the tick
+  kAlignment_Centre = 1,
+  kAlignment_Right = 2,
 };
 
 struct Tick {

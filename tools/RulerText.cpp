@@ -11,9 +11,7 @@ namespace {
 /// Writes a text into a row of blanks.
 void PutText(std::string& outRow, const LabelBox& inBox, const std::string& inText) {
   const int spare = inBox.width - static_cast<int>(inText.size());
-  const int left = inBox.left + (inBox.alignment == kAlignment_Left     ? 0
-                                 : inBox.alignment == kAlignment_Centre ? spare / 2
-                                                                        : spare);
+  const int left = inBox.left + spare * inBox.alignment / 2;
   outRow.replace(static_cast<std::size_t>(left), inText.size(), inText);
 }
 

@@ -48,11 +48,11 @@ smpte|01:00:00:00 Scene 2|cannot place 'Scene' in *
 smpte|1:2:3:4:5|*has 5 numbers*
 smpte|01:00:00:00 - 01:00:10:00|cannot place '- 01:00:10:00' in *
 smpte|markers2024.txt|cannot place 'markers2024.txt' in *
-smpte|1 h 30 min|cannot place 'h' in *, where 1 counts seconds
+smpte|1 h 30 min|cannot place 'h' in *; the number before it counts seconds
 smpte|1:2:|cannot place ':' in *
 smpte|1.|cannot place '.' in *
 smpte|1.2.3|cannot place '3' in *; nothing follows a fraction
-decimal|1:02.5 min|cannot place 'min' in *, where 02.5 counts seconds
+decimal|1:02.5 min|cannot place 'min' in *; the number before it counts seconds
 smpte|1,5|cannot place ',5' in *
 smpte|20000:00:00:00|*out of range
 smpte|99999999999|*out of range

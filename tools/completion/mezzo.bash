@@ -10,7 +10,7 @@ _mezzo() {
   local formats='decimal samples smpte smpte-pulldown smpte-drop beats bars-beats reserved frames
     pulldown-frames compact milliseconds smpte-pulldown2 smpte-drop2 smpte-pulldown3 23.976 23.98 24
     25 29.97 29.97df 30 47.952 48 50 59.94 59.94df 60 100 119.88 120'
-  local timeline='--rate --fps --tempo --meter --ticks --offset-ms'
+  local timeline='--rate --fps --tempo --meter --ticks --offset-ms --duration'
   local table='--json --field --delimiter --header --help'
   case "$command $previous" in
     'show --from' | 'ruler --format') words=$formats ;;
@@ -25,9 +25,9 @@ _mezzo() {
       case $command in
         '') words='show parse format convert formats ruler note handlers handler --help --help-all
           --version' ;;
-        show) words="--from --lenient --json --help --duration $timeline" ;;
-        parse | convert) words="--lenient --duration $table $timeline" ;;
-        format) words="--duration $table $timeline" ;;
+        show) words="--from --lenient --json --help $timeline" ;;
+        parse | convert) words="--lenient $table $timeline" ;;
+        format) words="$table $timeline" ;;
         formats | handlers) words='--json --help' ;;
         ruler) words="--format --from --to --width --svg --json --help $timeline" ;;
         note) words='--index --octave --flat --json --help' ;;

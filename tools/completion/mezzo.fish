@@ -33,7 +33,7 @@ complete -c mezzo -n '__mezzo_of show parse convert' -l lenient -d 'Parse as the
 complete -c mezzo -n '__mezzo_of parse format convert' -l field -x -d 'Column of a table'
 complete -c mezzo -n '__mezzo_of parse format convert' -l delimiter -x -d 'Character that separates columns'
 complete -c mezzo -n '__mezzo_of parse format convert' -l header -d 'Leave the first line unchanged'
-complete -c mezzo -n '__mezzo_of show parse format convert' -l duration -d 'Convert lengths'
+complete -c mezzo -n '__mezzo_of show parse format convert ruler' -l duration -d 'Convert lengths'
 for option in rate fps tempo meter ticks offset-ms
     complete -c mezzo -n '__mezzo_of show parse format convert ruler' -l $option -x
 end
