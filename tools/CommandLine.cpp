@@ -134,6 +134,7 @@ CLI::Validator Between(Value inLowest, Value inHighest) {
     if (CLI::detail::lexical_cast(inText, value) && value >= inLowest && value <= inHighest)
       return std::string();
     std::ostringstream complaint;
+    complaint.precision(10);  // without an exponent
     complaint << "must be from " << inLowest << " to " << inHighest << ", not " << Quote(inText);
     return complaint.str();
   };
@@ -290,7 +291,7 @@ void AddRulerOptions(CLI::App& outCommand, Settings& outSettings) {
 
 void AddNoteOptions(CLI::App& outCommand, Settings& outSettings) {
   outCommand.add_option("FREQUENCY", outSettings.frequency, "Frequency in hertz; A4 is 440")
-      ->check(Between(0.001F, 1e6F))
+      ->check(Between(0.001, 1e6))
       ->type_name("");
   CLI::Option* const index =
       outCommand.add_option("--index", outSettings.noteIndex, "Semitones above A, 0 to 12")

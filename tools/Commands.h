@@ -36,7 +36,7 @@ struct Settings {
   std::optional<int> width;
   std::string pictureFile;
 
-  std::optional<float> frequency;
+  std::optional<double> frequency;
   std::optional<int> noteIndex;
   int octave = -1;
   bool isFlatOnly = false;

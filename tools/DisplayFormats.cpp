@@ -32,11 +32,11 @@ std::size_t GetEditDistance(std::string_view inFrom, std::string_view inTo) {
 /// The format or rate name with the most similar spelling; empty when none is similar.
 std::string FindSimilarName(std::string_view inName) {
   std::string_view similar;
-  std::size_t bound = 3;
+  std::size_t least = 2;
   const auto consider = [&](std::string_view inCandidate) {
     const std::size_t distance = GetEditDistance(inName, inCandidate);
-    if (distance >= std::min(bound, inCandidate.size())) return;
-    bound = distance;
+    if (distance > least || distance == inCandidate.size()) return;
+    least = distance;
     similar = inCandidate;
   };
   for (const DisplayFormat& format : kDisplayFormats) consider(format.name);

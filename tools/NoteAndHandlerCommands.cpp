@@ -44,11 +44,11 @@ void PrintRow(const Handler& inHandler) {
 
 int ShowNote(const Settings& inSettings) {
   if (inSettings.frequency.has_value() == inSettings.noteIndex.has_value())
-    throw InputError("note: give either a frequency or --index");
+    throw InputError("give either a frequency or --index");
   int octave = inSettings.octave;
-  const int index = inSettings.frequency
-                        ? utility::GetNoteFromFrequency(*inSettings.frequency, &octave)
-                        : *inSettings.noteIndex;
+  const int index = inSettings.frequency ? utility::GetNoteFromFrequency(
+                                               static_cast<float>(*inSettings.frequency), &octave)
+                                         : *inSettings.noteIndex;
   plinth::UTF16String name;
   utility::GetNoteString(name, index, octave, inSettings.isFlatOnly);
   if (inSettings.isJSON) {

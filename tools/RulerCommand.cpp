@@ -80,7 +80,7 @@ void WriteFile(const std::string& inName, const std::string& inContent) {
 
 int DrawRuler(const Settings& inSettings) {
   if (inSettings.isJSON && !inSettings.pictureFile.empty())
-    throw InputError("ruler: give either --json or --svg");
+    throw InputError("give either --json or --svg");
   const utility::TimecodeFormat format = inSettings.to.format;
   const Timeline timeline = inSettings.GetTimeline(inSettings.to);
   const RulerScale scale(timeline, format, inSettings.begin, inSettings.end);

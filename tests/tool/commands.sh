@@ -147,6 +147,7 @@ refuse "'a\\\\x0ab' is not a position*" show $'a\nb'
 refuse '*64 bits' show 9223372036854775808
 refuse "unknown format '15'; did you mean*" parse 15 5
 refuse "unknown format 'barsbeat'; did you mean 'bars-beats'?" parse barsbeat 5
+refuse "unknown format '29.98'; did you mean '29.97'?" parse 29.98 5
 refuse "unknown format 'xyzzyx'; 'mezzo formats' lists the formats" parse xyzzyx 5
 refuse '*no conversion' format reserved 5
 refuse '*30 and 60 have drop-frame labels' format smpte-drop 5 --fps 25
@@ -155,10 +156,10 @@ refuse '--fps: 29.97 is 30 with smpte-pulldown or smpte-drop' show 5 --fps 29.97
 refuse '--delimiter: *' parse 2 --field 1 --delimiter ab
 refuse '--delimiter requires --field' parse 2 --delimiter tab
 refuse '--rate: *' show 5 --rate 0
-refuse '--tempo: *' show 5 --tempo nan
+refuse '--tempo: must be from 0.001 to 100000, not *' show 5 --tempo nan
 refuse '--meter: *' show 5 --meter 4/3
-refuse 'note: *' note 440 --index 3
-refuse 'FREQUENCY: *' note -- -5
+refuse 'give either *' note 440 --index 3
+refuse 'FREQUENCY: must be from 0.001 to 1000000, not *' note -- -5
 refuse '*ruvowav*' handler ruvowav
 refuse "no digit in 'x'" ruler --from x --to 5
 refuse "'' is not a position*" ruler --from 0 --to @
@@ -167,7 +168,7 @@ refuse 'empty interval: *' ruler --from 5 --to 5
 refuse '--width: *' ruler --from 0 --to 5 --width 0
 refuse '--width: *' ruler --from 0 --to 5 --width 2001
 refuse '*cannot write*' ruler --from 0 --to 5 --svg "$scratch/none/x.svg"
-refuse 'ruler: *' ruler --from 0 --to 5 --svg x --json
+refuse 'give either *' ruler --from 0 --to 5 --svg x --json
 [[ -e /dev/full ]] && { "$mezzo" formats >/dev/full 2>&1; [[ $? == 2 ]] || fail 'full device'; }
 
 # Rulers: the line of labels
