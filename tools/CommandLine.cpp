@@ -182,7 +182,7 @@ void AddTimelineOptions(CLI::App& outCommand, Settings& outSettings) {
             char slash = 0;
             std::istringstream(inText) >> beats.iBeatsPerBar >> slash >> beats.iBeatUnit;
           },
-          "Beats per bar and note value of a beat")
+          "Beats per bar and note value of the beat")
       ->check([](const std::string& inText) {
         static const std::regex kMeter("[1-9][0-9]{0,2}/(1|2|4|8|16|32|64|128)");
         return std::regex_match(inText, kMeter)
@@ -214,7 +214,7 @@ void AddLenient(CLI::App& outCommand, Settings& outSettings) {
 void AddTextOptions(CLI::App& outCommand, Settings& outSettings, const char* inName) {
   outCommand
       .add_option(inName, outSettings.texts,
-                  "Input; none, or '-', stands for the lines of standard input")
+                  "Input; '-' or nothing stands for the lines of standard input")
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
       ->type_name("")
       ->default_str("");
@@ -284,7 +284,7 @@ void AddRulerOptions(CLI::App& outCommand, Settings& outSettings) {
       ->type_name("COLUMNS");
   outCommand
       .add_option("--svg", outSettings.pictureFile,
-                  "Draw a picture, 8 pixels a column; '-' for standard output")
+                  "SVG file to draw, 8 pixels per column; '-': standard output")
       ->type_name("FILE");
   AddTimelineOptions(outCommand, outSettings);
 }
@@ -303,7 +303,7 @@ void AddNoteOptions(CLI::App& outCommand, Settings& outSettings) {
       ->check(Between(-1, 10))
       ->type_name("N")
       ->needs(index);
-  outCommand.add_flag("--flat", outSettings.isFlatOnly, "Name a black key only by its flat");
+  outCommand.add_flag("--flat", outSettings.isFlatOnly, "Name black keys only by their flats");
 }
 
 void AddHandlerOptions(CLI::App& outCommand, Settings& outSettings) {

@@ -41,7 +41,7 @@ void RequireDigit(std::string_view inText) {
 
 [[noreturn]] void RefusePart(std::string_view inPart, std::string_view inText,
                              const std::string& inReason = "") {
-  throw InputError("cannot place " + Quote(inPart) + " in " + Quote(inText) + inReason);
+  throw InputError("unexpected " + Quote(inPart) + " in " + Quote(inText) + inReason);
 }
 
 struct TypedNumber {
@@ -114,7 +114,7 @@ void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat
   const std::size_t fieldCount = fields.size() - (fields.back().unit == kUnit_Fraction ? 1 : 0);
   if (count > fieldCount) {
     throw InputError(Quote(inText) + " has " + std::to_string(count) + " numbers; " +
-                     GetName(inFormat) + " has at most " + std::to_string(fieldCount));
+                     GetName(inFormat) + " takes at most " + std::to_string(fieldCount));
   }
   const std::size_t omitted = isMusical ? 0 : fieldCount - count;
   for (std::size_t place = 0; place < numbers.size(); ++place) {

@@ -130,7 +130,7 @@ Timeline Settings::GetTimeline(const FormatChoice& inChoice) const {
   const auto named = inChoice.framesPerSecond;
   if (framesPerSecond && named && *framesPerSecond != *named) {
     throw InputError("the format's name selects " + std::to_string(*named) +
-                     " frames per second, --fps " + std::to_string(*framesPerSecond));
+                     " frames per second, but --fps selects " + std::to_string(*framesPerSecond));
   }
   chosen.framesPerSecond = named.value_or(framesPerSecond.value_or(chosen.framesPerSecond));
   RequireAvailable(chosen, inChoice.format);

@@ -52,7 +52,7 @@ bool HasRoom(const LabelRow& inRow, const LabelBox& inBox, const Grid& inGrid) {
 LabelRow LabelTicks(const RulerScale& inScale, const Grid& inGrid, std::int64_t inStep) {
   LabelRow row{inStep, {}, true};
   const auto add = [&](const Tick& inTick) {
-    if (row.ticks.count(inTick.position) != 0) return;
+    if (row.ticks.contains(inTick.position)) return;
     PlacedTick placed = Place(inTick, inScale, inGrid);
     placed.box = GetBox(placed, inGrid);
     if (HasRoom(row, *placed.box, inGrid)) {

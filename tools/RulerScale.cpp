@@ -41,18 +41,19 @@ std::int64_t GetModulo(std::int64_t inValue, std::int64_t inDivisor) {
 
 /// The text of a count of the last field's units.
 std::string FormatUnits(const Notation& inNotation, std::int64_t inUnits) {
-  if (inUnits < 0 && !inNotation.keepsSign) return "-" + FormatUnits(inNotation, -inUnits);
+  const bool isMirrored = inUnits < 0 && !inNotation.keepsSign;
+  std::int64_t units = isMirrored ? -inUnits : inUnits;
   std::string text;
-  for (auto field = inNotation.fields.rbegin(); field != inNotation.fields.rend(); ++field) {
-    if (field->radix == 0) return std::to_string(inUnits + field->origin) + text;
-    const std::int64_t digit = GetModulo(inUnits, field->radix);
+  auto field = inNotation.fields.rbegin();
+  for (; field->radix > 0; ++field) {
+    const std::int64_t digit = GetModulo(units, field->radix);
     std::string number = std::to_string(digit + field->origin);
     const std::size_t width = std::to_string(field->radix - 1).size();
     if (number.size() < width) number.insert(0, width - number.size(), '0');
     text.insert(0, field->separator + number);
-    inUnits = (inUnits - digit) / field->radix;
+    units = (units - digit) / field->radix;
   }
-  return text;
+  return (isMirrored ? "-" : "") + std::to_string(units + field->origin) + text;
 }
 
 }  // namespace

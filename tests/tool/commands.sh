@@ -44,25 +44,25 @@ expect 1 $'7\n\n\n\n-8' '*argument 2: *position*argument 3: *position*argument 4
 while IFS='|' read -r format text complaint; do
   expect 1 '' "mezzo: argument 1: $complaint" parse "$format" -- "$text"
 done <<'END'
-smpte|01:00:00:00 Scene 2|cannot place 'Scene' in *
+smpte|01:00:00:00 Scene 2|unexpected 'Scene' in *
 smpte|1:2:3:4:5|*has 5 numbers*
-smpte|01:00:00:00 - 01:00:10:00|cannot place '- 01:00:10:00' in *
-smpte|markers2024.txt|cannot place 'markers2024.txt' in *
-smpte|1 h 30 min|cannot place 'h' in *; the number before it counts seconds
-smpte|1:2:|cannot place ':' in *
-smpte|1.|cannot place '.' in *
-smpte|1.2.3|cannot place '3' in *; nothing follows a fraction
-decimal|1:02.5 min|cannot place 'min' in *; the number before it counts seconds
-smpte|1,5|cannot place ',5' in *
+smpte|01:00:00:00 - 01:00:10:00|unexpected '- 01:00:10:00' in *
+smpte|markers2024.txt|unexpected 'markers2024.txt' in *
+smpte|1 h 30 min|unexpected 'h' in *; the number before it counts seconds
+smpte|1:2:|unexpected ':' in *
+smpte|1.|unexpected '.' in *
+smpte|1.2.3|unexpected '3' in *; nothing follows a fraction
+decimal|1:02.5 min|unexpected 'min' in *; the number before it counts seconds
+smpte|1,5|unexpected ',5' in *
 smpte|20000:00:00:00|*out of range
 smpte|99999999999|*out of range
-bars-beats|1:2:480|cannot place ':480' in *; ticks follow a '.'
+bars-beats|1:2:480|unexpected ':480' in *; ticks follow a '.'
 bars-beats|1:2.3.4|*has 4 numbers*
 bars-beats|600000000:1|*out of range
 frames|1:02|*has 2 numbers*
 samples|12 x|*not a position*
 decimal|abc|no digit in *
-milliseconds|1e3|cannot place 'e' in *
+milliseconds|1e3|unexpected 'e' in *
 END
 for position in 9223372036854775807 -9223372036854775808; do
   for format in smpte smpte-drop compact frames bars-beats beats; do
@@ -148,10 +148,10 @@ refuse '*64 bits' show 9223372036854775808
 refuse "unknown format '15'; did you mean*" parse 15 5
 refuse "unknown format 'barsbeat'; did you mean 'bars-beats'?" parse barsbeat 5
 refuse "unknown format '29.98'; did you mean '29.97'?" parse 29.98 5
-refuse "unknown format 'xyzzyx'; 'mezzo formats' lists the formats" parse xyzzyx 5
+refuse "unknown format 'drop'; 'mezzo formats' lists the formats" parse drop 5
 refuse '*no conversion' format reserved 5
 refuse '*30 and 60 have drop-frame labels' format smpte-drop 5 --fps 25
-refuse '*30 frames per second, --fps 25' format 29.97df 5 --fps 25
+refuse '*30 frames per second, but --fps selects 25' format 29.97df 5 --fps 25
 refuse '--fps: 29.97 is 30 with smpte-pulldown or smpte-drop' show 5 --fps 29.97
 refuse '--delimiter: *' parse 2 --field 1 --delimiter ab
 refuse '--delimiter requires --field' parse 2 --delimiter tab

@@ -41,8 +41,8 @@ complete -c mezzo -n '__mezzo_of ruler' -l format -x -a "$formats" -d 'Format of
 complete -c mezzo -n '__mezzo_of ruler' -l from -x -d 'Beginning'
 complete -c mezzo -n '__mezzo_of ruler' -l to -x -d 'End'
 complete -c mezzo -n '__mezzo_of ruler' -l width -x -d 'Width in columns'
-complete -c mezzo -n '__mezzo_of ruler' -l svg -r -F -d 'Draw a picture'
+complete -c mezzo -n '__mezzo_of ruler' -l svg -r -F -d 'Draw an SVG picture'
 complete -c mezzo -n '__mezzo_of note' -l index -x -d 'Semitones above A'
 complete -c mezzo -n '__mezzo_of note' -l octave -x -d 'Octave of the A'
-complete -c mezzo -n '__mezzo_of note' -l flat -d 'Name a black key only by its flat'
+complete -c mezzo -n '__mezzo_of note' -l flat -d 'Name black keys only by their flats'
 complete -c mezzo -n '__mezzo_of handler' -a "$handlers"
