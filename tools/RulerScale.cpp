@@ -76,12 +76,13 @@ std::vector<std::int64_t> RulerScale::GetSteps() const {
   std::vector<std::int64_t> steps;
   std::int64_t unit = 1;
   // Within a field, the steps are its decimal divisors, its half, the half of that, and so on.
-  for (auto field = fNotation.fields.rbegin(); field->radix > 0; unit *= field++->radix) {
+  for (auto field = fNotation.fields.rbegin(); field->radix > 0; ++field) {
     for (std::int64_t step = 1; step < field->radix; ++step) {
-      const bool isRound = IsPowerOfTwo(field->radix / step) ||
-                           std::binary_search(decimals.begin(), decimals.end(), step);
-      if (isRound && field->radix % step == 0) steps.push_back(unit * step);
+      if (field->radix % step != 0) continue;
+      const bool isDecimal = std::binary_search(decimals.begin(), decimals.end(), step);
+      if (isDecimal || IsPowerOfTwo(field->radix / step)) steps.push_back(unit * step);
     }
+    unit *= field->radix;
   }
   const auto counts =
       fNotation.IsMusical() ? GetRoundNumbers({1}, 2) : GetRoundNumbers({1, 2, 5}, 10);

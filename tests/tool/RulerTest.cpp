@@ -5,23 +5,20 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 namespace mezzo::tool {
 namespace {
 
 using utility::TimecodeFormat;
 
-struct Interval {
-  std::int64_t from;
-  std::int64_t to;
-};
-
-constexpr Interval kIntervals[] = {{2786784, 2975773},    // four seconds around a dropped label
-                                   {-96000, 96000},       // around sample 0
-                                   {-2975773, -2786784},  // a dropped label before sample 0
-                                   {0, 172800000},        // an hour
-                                   {1, 5},
-                                   {-30000000000, 30000000000}};
+constexpr std::pair<std::int64_t, std::int64_t> kIntervals[] = {
+    {2786784, 2975773},    // four seconds around a dropped label
+    {-96000, 96000},       // around sample 0
+    {-2975773, -2786784},  // a dropped label before sample 0
+    {0, 172800000},        // an hour
+    {1, 5},
+    {-30000000000, 30000000000}};
 
 // The library truncates decimal beats, writes negative milliseconds a tenth short, and writes
 // milliseconds in exponents from a thousand seconds on.

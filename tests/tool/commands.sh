@@ -107,6 +107,8 @@ piped=$(printf '%s\n' '00;00;10;00' '00;01;00;02' | "$mezzo" parse smpte-drop | 
 expect 1 $'name,at\n"a, b","1:1.000",x\nc' "*line 3: no field 2 in 'c'" \
   convert smpte bars-beats --field 2 --header <<<$'name,at\n"a, b","00:00:00:00",x\nc'
 expect 0 $'a\t48000' '' parse smpte --field 2 --delimiter tab <<<$'a\t1:00'
+expect 0 '"00;00;00;00";"00;00;00;29"' '' convert 25 29.97df --field 2 --delimiter ';' \
+  <<<'"00;00;00;00";1:00'
 
 # Every display
 expect 0 ' 0  decimal          "   0:10.000"
@@ -131,7 +133,7 @@ contain "$("$mezzo" show 9223372036854775807)" 'smpte            (out of range)'
 # Notes and handlers
 expect 0 'A4  (index 0, octave 4)' '' note 440
 expect 0 'C♯/D♭5  (index 4, octave 4)' '' note --index 4 --octave 4
-expect 0 'D♭  (index 4, octave -1)' '' note --index 4 --flat
+expect 0 'D♭  (index 4, octave -1)' '' note --index 4 --octave -1 --flat
 mapfile -t rows < <("$mezzo" handlers)
 [[ ${#rows[@]} == 19 ]] || fail "${#rows[@]} handlers"
 for row in "${rows[@]}"; do
@@ -215,5 +217,5 @@ for command in '' show parse format convert formats ruler note handlers handler;
 done
 contain "$("$mezzo" --help-all)" '--rate HZ=48000 ' '--fps N=30 ' '--tempo BPM=120 ' \
   '--meter N/N=4/4 ' '--ticks N=960 ' '--offset-ms MS=0 ' '--delimiter C=, ' \
-  '--format FORMAT=smpte ' '--octave N=-1 '
+  '--format FORMAT=smpte ' '--octave N=-1 ' '--width COLUMNS '
 exit $((failures > 0))
