@@ -11,7 +11,7 @@ namespace {
 struct LabelRow {
   std::int64_t step = 0;
   std::map<std::int64_t, PlacedTick> ticks;
-  bool isComplete = false;  ///< every tick of the step has a label
+  bool isComplete = true;  ///< every tick of the step has a label
 };
 
 PlacedTick Place(const Tick& inTick, const RulerScale& inScale, const Grid& inGrid) {
@@ -50,7 +50,8 @@ bool HasRoom(const LabelRow& inRow, const LabelBox& inBox, const Grid& inGrid) {
 
 /// Labels the ticks of a step, and those beside gaps, as far as they have room.
 LabelRow LabelTicks(const RulerScale& inScale, const Grid& inGrid, std::int64_t inStep) {
-  LabelRow row{inStep, {}, true};
+  LabelRow row;
+  row.step = inStep;
   const auto add = [&](const Tick& inTick) {
     if (row.ticks.contains(inTick.position)) return;
     PlacedTick placed = Place(inTick, inScale, inGrid);

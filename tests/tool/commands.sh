@@ -169,7 +169,7 @@ refuse "*more than 250 hours*" ruler --from 0 --to 999:0:0:0
 refuse 'empty interval: *' ruler --from 5 --to 5
 refuse '--width: *' ruler --from 0 --to 5 --width 0
 refuse '--width: *' ruler --from 0 --to 5 --width 2001
-refuse '*cannot write*' ruler --from 0 --to 5 --svg "$scratch/none/x.svg"
+refuse '*cannot write*' ruler --from 0 --to 5 --svg /dev/full
 refuse 'give either *' ruler --from 0 --to 5 --svg x --json
 [[ -e /dev/full ]] && { "$mezzo" formats >/dev/full 2>&1; [[ $? == 2 ]] || fail 'full device'; }
 
@@ -194,9 +194,8 @@ done <<'END'
 999900            1e+06*     1.0001e+06*|--width 40 --from 999900 --to 1000100 --format milliseconds
  0      50    100    150    200    250   300|--width 44 --from -5 --to 300 --format samples
 END
-caption=$("$mezzo" ruler --format 6 --from 1:1 --to 2:1 --meter 6/8 --tempo 90 | head -1)
-[[ $caption == 'bars-beats, 48000 Hz, 6/8, 90 quarter notes per minute, samples 0 to 96000' ]] ||
-  fail "caption: $caption"
+contain "$("$mezzo" ruler --format 6 --from 1:1 --to 2:1 --meter 6/8 --tempo 90)" \
+  'bars-beats, 48000 Hz, 6/8, 90 quarter notes per minute, samples 0 to 96000'
 ascii=$(LC_ALL=C "$mezzo" ruler --from 0 --to 1:00)
 [[ $ascii == *"|---"*"'"* && ! $ascii == *[^[:ascii:]]* ]] || fail "ruler in ASCII: $ascii"
 # No ruler leaves its width, and none is wider or narrower than asked for.
