@@ -21,11 +21,11 @@ struct Settings {
   Timeline timeline;
   std::optional<std::int32_t> framesPerSecond;
   bool isJSON = false;
-  std::string argument;  ///< of show and handler
+  std::string argument;  ///< the only argument of show or handler
 
   FormatChoice from{utility::kTimecodeFormat_Samples, {}};
   FormatChoice to{utility::kTimecodeFormat_Samples, {}};
-  std::vector<std::string> texts;  ///< "-", and no text, stand for the lines of standard input
+  std::vector<std::string> texts;  ///< none, or "-", stands for the lines of standard input
   bool isLenient = false;
   std::size_t field = 0;  ///< of tables, counted from 1; 0 for the whole line
   char delimiter = ',';
@@ -41,7 +41,7 @@ struct Settings {
   int octave = -1;
   bool isFlatOnly = false;
 
-  /// \return the timeline at the frame rate that the format's name or else the option selects.
+  /// \return the timeline at the frame rate that a rate name, or else the option, selects.
   /// \exception InputError when the two differ, and for a format that the frame rate does not have.
   Timeline GetTimeline(const FormatChoice& inChoice) const;
 };

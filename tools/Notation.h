@@ -1,5 +1,5 @@
 /// \file
-/// The fields of each format's texts.
+/// The notation of each display format: the fields of its texts.
 #pragma once
 
 #include "DisplayFormats.h"
@@ -13,7 +13,7 @@
 
 namespace mezzo::tool {
 
-/// What a number in a text counts.
+/// The units that the numbers of a text count.
 enum Unit {
   kUnit_Hours,
   kUnit_Minutes,
@@ -27,7 +27,7 @@ enum Unit {
   kUnit_Fraction,  ///< the decimal fraction of the field to its left
 };
 
-/// \param inUnit any but the last two, which are not typed.
+/// \param inUnit a unit that people type: neither samples nor a fraction.
 std::string GetName(Unit inUnit);
 
 /// Finds a unit by a word that people type for it, such as "min", in any letter case.
@@ -35,7 +35,7 @@ std::optional<Unit> FindUnit(std::string_view inWord);
 
 struct Field {
   Unit unit;
-  std::int64_t radix = 0;  ///< how many make one of the field to its left; 0 for the first field
+  std::int64_t radix = 0;  ///< units per unit of the field to its left; 0 for the first field
   char separator = 0;      ///< before the field; 0 for the first
   int origin = 0;          ///< the number that it counts from
 };
@@ -43,8 +43,8 @@ struct Field {
 /// The notation of a format on a timeline.
 struct Notation {
   boost::container::static_vector<Field, 4> fields;  ///< from left to right
-  double samplesInUnit;    ///< samples in one of the last field; approximate for drop-frame labels
-  bool keepsSign = false;  ///< the library itself reads a minus sign
+  double samplesInUnit;  ///< samples per unit of the last field; approximate for drop-frame labels
+  bool keepsSign = false;  ///< the library itself parses a minus sign
 
   /// Only bars and beats omit their last fields; elsewhere, omitted fields are the leading ones.
   bool IsMusical() const { return fields.front().unit == kUnit_Bars; }

@@ -1,5 +1,5 @@
 /// \file
-/// A line of a table, in which one field is converted.
+/// A row of a table, of which one field is converted.
 #pragma once
 
 #include <cstddef>

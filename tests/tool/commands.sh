@@ -6,8 +6,8 @@ failures=0
 
 fail() { echo "FAILED: $1" && ((++failures)); }
 
-# expect STATUS OUTPUT COMPLAINT ARGUMENT...: COMPLAINT is a pattern of all of standard error; what
-# is on standard input is the tool's.
+# expect STATUS OUTPUT COMPLAINT ARGUMENT...: COMPLAINT is a pattern for all of standard error. The
+# tool reads standard input.
 expect() {
   local status=$1 output=$2 complaint=$3 && shift 3
   local got && got=$("$mezzo" "$@" 2>"$scratch/errors")
@@ -40,7 +40,7 @@ expect 0 '00:00:00:24' '' convert 48 25 00:00:00:47
 expect 1 $'7\n\n\n\n-8' '*argument 2: *position*argument 3: *position*argument 4: *64 bits*' \
   format samples ' 7 ' x 1.5 99999999999999999999 -8
 
-# What has no place in a format, and what lies out of its range
+# Texts that a format does not take, and texts out of range
 while IFS='|' read -r format text complaint; do
   expect 1 '' "mezzo: argument 1: $complaint" parse "$format" -- "$text"
 done <<'END'
@@ -73,14 +73,14 @@ expect 0 $'420000\n96000\n-1440000' '' parse bars-beats '5 bar 2 beat 480 ticks'
 expect 0 $'172801600\n96000' '' parse smpte '1 hr 0 min 0 s 1 f' '2 sec 0'
 expect 0 3200 '' parse smpte --lenient '01:00:00:00 Scene 2'
 
-# What is worth a note: one of a kind in a run
+# Notes: one of each kind in a run
 expect 0 $'2882880\n2882880' "mezzo: note: there is no label '00;01;00;00'; it stands for '00;01;00;02'" \
   parse 4 '00;01;00;00' '00;01;00;01'
 expect 0 $'1600\n3200' "mezzo: note: '0;1' has the ';' of drop-frame labels, which smpte does not have" \
   parse smpte '0;1' '0;2'
 expect 0 $'3.6e+06\n3.6e+06' '*six digits*' format milliseconds 172800000 172800000
 
-# Every text reads back as the position of its frame or unit, before sample 0, too.
+# Every text reads back as the position of its frame or unit, also before sample 0.
 for format in $("$mezzo" formats | sed -En 's/^ ?[0-9]+  ([^ ]+) .*/\1/p; s/^([0-9.]+(df)?) .*/\1/p'); do
   [[ $format == @(reserved|milliseconds) ]] && continue
   for position in 480000 -480000 123456789 -123456789; do
@@ -110,7 +110,7 @@ expect 0 $'a\t48000' '' parse smpte --field 2 --delimiter tab <<<$'a\t1:00'
 expect 0 '"00;00;00;00";"00;00;00;29"' '' convert 25 29.97df --field 2 --delimiter ';' \
   <<<'"00;00;00;00";1:00'
 
-# Every display
+# Every format
 expect 0 ' 0  decimal          "   0:10.000"
  1  samples          "480000"
  2  smpte            "00:00:10:00"

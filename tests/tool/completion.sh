@@ -1,10 +1,10 @@
-# Completes command lines, and looks for every name in the scripts: completion.sh TOOL DIRECTORY
+# Completes command lines, and finds every name in the scripts: completion.sh TOOL DIRECTORY
 # shellcheck source=/dev/null
 source "$2/mezzo.bash"
 mezzo=$1 failures=0
 fail() { echo "FAILED: $1" && ((++failures)); }
 
-# expect WORDS COMMAND-LINE-WORD...: what the last word may become
+# expect WORDS COMMAND-LINE-WORD...: the completions of the last word
 expect() {
   local expected=$1 && shift
   COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)) COMPREPLY=()
@@ -24,7 +24,7 @@ expect '' mezzo show --rate ''
 expect 'RuvoMP2 RuvoMP3' mezzo handler RuvoMP
 expect "$2/mezzo.fish" mezzo ruler --svg "$2/mezzo.f"
 
-# Every command with its options, every format and handler stands in each of the scripts.
+# Each script contains every command, option, format and handler.
 mapfile -t names < <(
   "$mezzo" formats | sed -En 's/^ ?[0-9]+  ([^ ]+) .*/\1/p; s/^([0-9.]+(df)?) .*/\1/p'
   "$mezzo" handlers | awk '{print $2}'

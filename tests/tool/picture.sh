@@ -1,4 +1,4 @@
-# Draws a ruler in a viewer that knows no variables of style sheets: picture.sh TOOL
+# Renders a ruler in a viewer without style sheets: picture.sh TOOL
 set -o pipefail
 colours=$("$1" ruler --format 29.97df --from '00;00;58;00' --to '00;01;02;00' --width 80 --svg - |
   rsvg-convert | pngtopnm | ppmhist -hexcolor -noheader |
@@ -10,4 +10,4 @@ expect() { # COLOUR LEAST: pixels of that colour, of 97,696
 expect ffffff 80000  # paper
 expect 9aa1a9 500    # ticks
 expect 1c2024 50     # labelled ticks and their labels
-expect b3470b 50     # the seam
+expect b3470b 50     # the gap
