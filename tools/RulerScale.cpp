@@ -12,12 +12,10 @@ namespace mezzo::tool {
 namespace {
 
 constexpr std::int64_t kFarthestHours = 250;
-// The farthest position and the greatest offset of bar 1; at the highest frame rate, this is the
-// range of the library's 32-bit frame counts.
+// The search for ticks covers the farthest position and the greatest offset of bar 1. It stays
+// within the library's 32-bit counts: of frames at the highest rate, and of whole units.
 constexpr double kSearchedHours = 550.0;
-// More than any ruler has room for. The search below could otherwise find any number of ticks where
-// the library's counts overflow.
-constexpr std::int64_t kMostTicks = 20000;
+constexpr double kSearchedUnits = 2e9;
 // Longer than any ruler in any unit.
 constexpr std::int64_t kLongestStep = 1'000'000'000'000'000;
 
@@ -129,9 +127,11 @@ std::vector<Tick> RulerScale::GetGapTicks(std::int64_t inStep) const {
 }
 
 std::vector<std::int64_t> RulerScale::GetMultiples(std::int64_t inStep) const {
-  const auto reach =
-      static_cast<std::int64_t>(kSearchedHours * 3600.0 * fTimeline.sampleRate /
-                                fNotation.samplesInUnit / static_cast<double>(inStep));
+  const Field& last = fNotation.fields.back();
+  double units = kSearchedHours * 3600.0 * fTimeline.sampleRate / fNotation.samplesInUnit;
+  if (last.separator == '.')
+    units = std::min(units, kSearchedUnits * static_cast<double>(last.radix));
+  const auto reach = static_cast<std::int64_t>(units / static_cast<double>(inStep));
   using Iterator = boost::counting_iterator<std::int64_t>;
   const auto findFirst = [&](auto inIsBefore) {
     return *std::partition_point(
@@ -142,7 +142,7 @@ std::vector<std::int64_t> RulerScale::GetMultiples(std::int64_t inStep) const {
       findFirst([this](std::int64_t inPosition) { return inPosition < fFrom; });
   const std::int64_t end = findFirst([this](std::int64_t inPosition) { return inPosition <= fTo; });
   std::vector<std::int64_t> multiples;
-  for (std::int64_t index = first; index < std::min(end, first + kMostTicks); ++index) {
+  for (std::int64_t index = first; index < end; ++index) {
     multiples.push_back(index * inStep);
   }
   return multiples;

@@ -51,7 +51,8 @@ void CheckLayout(const RulerScale& inScale, const Grid& inGrid, TimecodeFormat i
 TEST(Ruler, KeepsLabelsApartAndReadsThemBack) {
   Timeline waltz{44100, 60, {100, 90.0, 3, 8, 250.0}};  // a tick is 147 samples
   Timeline decimal{48000, 24, {-1, 120.0, 4, 4, 0.0}, true};
-  for (const Timeline& timeline : {Timeline{}, waltz, decimal}) {
+  Timeline extreme{48000, 1000, {1, 100000.0, 999, 128, 1e9}};  // more beats than 32 bits
+  for (const Timeline& timeline : {Timeline{}, waltz, decimal, extreme}) {
     for (const DisplayFormat& format : kDisplayFormats) {
       if (!ExplainUnavailable(timeline, format.format).empty()) continue;
       for (const auto& [from, to] : kIntervals) {

@@ -145,7 +145,6 @@ done
 refuse "no command*"
 refuse "unknown command 'x'*" x
 refuse 'POSITION*' show
-refuse "'a\\\\x0ab' is not a position*" show $'a\nb'
 refuse '*64 bits' show 9223372036854775808
 refuse "unknown format '15'; did you mean*" parse 15 5
 refuse "unknown format 'barsbeat'; did you mean 'bars-beats'?" parse barsbeat 5
