@@ -61,7 +61,6 @@ bars-beats|1:2.3.4|*has 4 numbers*
 bars-beats|600000000:1|*out of range
 frames|1:02|*has 2 numbers*
 samples|12 x|*not a position*
-decimal|abc|no digit in *
 milliseconds|1e3|unexpected 'e' in *
 END
 for position in 9223372036854775807 -9223372036854775808; do
@@ -144,7 +143,9 @@ done
 # Bad arguments
 refuse "no command*"
 refuse "unknown command 'x'*" x
-refuse 'POSITION*' show
+for line in show parse format 'convert 25' 'ruler --from 0' 'ruler --to 1' handler; do
+  read -ra words <<<"$line" && refuse '* is required' "${words[@]}"
+done
 refuse '*64 bits' show 9223372036854775808
 refuse "unknown format '15'; did you mean*" parse 15 5
 refuse "unknown format 'barsbeat'; did you mean 'bars-beats'?" parse barsbeat 5
@@ -210,8 +211,7 @@ contain "$("$mezzo" ruler --format 29.97df --from '58;00' --to '1;02;00' --width
 
 # Help, with the defaults
 for command in '' show parse format convert formats ruler note handlers handler; do
-  # shellcheck disable=SC2086
-  [[ $("$mezzo" $command --help) == *"Usage: mezzo $command"*Examples:* ]] || fail "help of $command"
+  [[ $("$mezzo" ${command:+"$command"} --help) == *"Usage: mezzo $command"*Examples:* ]] || fail "help of $command"
 done
 contain "$("$mezzo" --help-all)" '--rate HZ=48000 ' '--fps N=30 ' '--tempo BPM=120 ' \
   '--meter N/N=4/4 ' '--ticks N=960 ' '--offset-ms MS=0 ' '--delimiter C=, ' \
