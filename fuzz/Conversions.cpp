@@ -3,9 +3,8 @@
 // by step in copies of the text, exact positions in extended precision.
 
 #include "../tests/support/ExportedCalls.h"
+#include "../tests/support/Reports.h"
 #include "../tests/support/Text.h"
-
-#include <plinth/debug/AssertDialog.h>
 
 #include <algorithm>
 #include <cmath>
@@ -145,12 +144,13 @@ void ReadTimecode(const Made& inCall) {
 constexpr long double kRelativeError = 4e-15L;
 
 struct Meter {
-  long double rate;
-  std::int64_t ticks;
-  long double tempo;
-  std::int64_t beatsPerBar, unit;
-  long double offsetMs;
-  std::int64_t first;  // bar, and beat of a bar
+  const Made& call;
+  long double rate = call.Double(1);
+  std::int64_t ticks = call.Int(2);
+  long double tempo = call.Double(3);
+  std::int64_t beatsPerBar = call.Int(4), unit = call.Int(5);
+  long double offsetMs = call.Double(6);
+  std::int64_t first = call.Flag(7) ? 0 : 1;  // bar, and beat of a bar
 
   bool IsUsual() const {
     return rate >= 1 && rate <= 1e7L && tempo >= 0.1L && tempo <= 1e4L && beatsPerBar >= 1 &&
@@ -172,13 +172,8 @@ struct Meter {
   }
 };
 
-Meter MeterOf(const Made& inCall) {
-  return {inCall.Double(1), inCall.Int(2),    inCall.Double(3),      inCall.Int(4),
-          inCall.Int(5),    inCall.Double(6), inCall.Flag(7) ? 0 : 1};
-}
-
 void ReadMusicalTime(const Made& inCall) {
-  const Meter meter = MeterOf(inCall);
+  const Meter meter{inCall};
   const long double beats = meter.BeatsOf(inCall.Text(0));
   const long double position = beats * meter.SamplesPerBeat();
   // Whole beats are counted in 32 bits.
@@ -188,13 +183,13 @@ void ReadMusicalTime(const Made& inCall) {
 }
 
 void WriteMusicalTime(const Made& inCall) {
-  const Meter meter = MeterOf(inCall);
+  const Meter meter{inCall};
   const long double beat = meter.SamplesPerBeat(), position = inCall.Double(0) - meter.Offset();
   if (inCall.Int(8) < 3 || !meter.IsUsual() || !(std::fabs(position / beat) < 1e9L)) return;
 
   const std::string& text = inCall.result;
-  const auto numberBehind = [&](std::size_t place) {
-    return LeadingInteger(text.substr(place + 1));
+  const auto numberBehind = [&](std::size_t inPlace) {
+    return LeadingInteger(text.substr(inPlace + 1));
   };
   const bool isDecimal = meter.ticks == -1;
   const std::int64_t beatOfBar = numberBehind(text.find(':')) - meter.first;
@@ -215,8 +210,7 @@ void Check(test::DrawnArguments inArguments) {
       {"ConvertTimecodeToSamples-rate", &ReadTimecode},
       {"ConvertBarsAndBeatsToSamples", &ReadMusicalTime},
       {"ConvertSamplesToBarsAndBeats", &WriteMusicalTime}};
-  plinth::debug::SetAssertDialogHandler([](bool&, const char*, const unsigned char*, const char*,
-                                           int, const char*, bool) { return false; });
+  const test::RecordedReports reports;  // instead of lines on standard error
   const auto& call = test::ExportedCalls()[inArguments.Below(test::ExportedCalls().size())];
   inArguments.oldText.assign(inArguments.Below(32), u'?');
   Made made{call.name};

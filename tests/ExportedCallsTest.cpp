@@ -44,10 +44,10 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
     for (std::int64_t nth = 0; fails; ++nth) {
       const std::int64_t blocks = heap::blocks;
       bool throws = false;
-      result = Joined(GetParam().results(DrawnArguments(seed), [&](const auto& call) {
+      result = Joined(GetParam().results(DrawnArguments(seed), [&](const auto& inCall) {
                  heap::untilFailure = nth;
                  try {
-                   call();
+                   inCall();
                  } catch (const std::bad_alloc&) {
                    throws = true;
                  }

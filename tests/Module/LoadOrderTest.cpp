@@ -24,14 +24,16 @@ void Watch(const char* inName, bool inRegistered) noexcept {
   std::fprintf(stderr, "%s %s; ", inName, inRegistered ? "joins" : "leaves");
   if (!inRegistered) return;
   const auto module = InitializerRegistrar::Registrations().back();
-  const bool isBare = !module.hasInitialize && !module.hasPrepareTermination &&
-                      !module.hasTerminate && module.dependencyCount == 0;
-  std::fprintf(stderr, "flags %d, bare %d; ", static_cast<int>(module.flags), isBare);
+  const int functions = module.hasInitialize + module.hasPrepareTermination + module.hasTerminate;
+  std::fprintf(stderr, "flags %d, %d functions, %zu dependencies; ", static_cast<int>(module.flags),
+               functions, module.dependencyCount);
   sAllocationsAtRegistration = test::heap::AllocationCount();
 }
 
 [[noreturn]] void LoadAndExit() {
   InitializerRegistrar::SetObserver(&Watch);
+  const InitializerRegistrar host("Host", plinth::config::EInitializerContextFlags{1}, {}, [] {},
+                                  {}, {{{"Other"}, {""}, {nullptr}, {"Third"}}});
   void* const library = dlopen(MEZZO_LIBRARY, RTLD_NOW | RTLD_LOCAL);
   // A signal takes memory as it is built, and nothing else in the library does at load.
   if (test::heap::AllocationCount() > sAllocationsAtRegistration)
@@ -45,7 +47,9 @@ void Watch(const char* inName, bool inRegistered) noexcept {
 
 TEST(LoadOrder, PutsTheRegistrationAroundTheSignal) {
   EXPECT_EXIT(LoadAndExit(), testing::ExitedWithCode(0),
-              "^Mezzo joins; flags 2, bare 1; signal is built; signal is gone; Mezzo leaves; $");
+              "^Host joins; flags 1, 1 functions, 2 dependencies; "
+              "Mezzo joins; flags 2, 0 functions, 0 dependencies; signal is built; "
+              "signal is gone; Mezzo leaves; $");
 }
 
 }  // namespace

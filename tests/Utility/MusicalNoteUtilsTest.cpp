@@ -8,26 +8,20 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 namespace mezzo::utility {
 namespace {
-
-std::string Name(int inIndex) {
-  plinth::UTF16String text;
-  GetNoteString(text, inIndex, 3, false);
-  return test::Shown(text);
-}
 
 TEST(NoteString, ShowsTranslatedLettersAsGiven) {
   auto& localizer = plinth::config::Localizer::Get();
   localizer.InstallTranslation("$$$/mezzo/MusicalNotes/G", u"Sol");
   localizer.InstallTranslation("$$$/mezzo/MusicalNotes/A=A", u"Lo");
   localizer.InstallTranslation("$$$/mezzo/MusicalNotes/A", u"Là");
-  EXPECT_EQ(Name(11), "Sol\\u266f/L\\u00e0\\u266d4");
-  EXPECT_EQ(Name(0), "L\\u00e03");
+  plinth::UTF16String translated, english;
+  GetNoteString(translated, 11, 3, false);
+  EXPECT_EQ(test::Shown(translated), "Sol\\u266f/L\\u00e0\\u266d4");
   localizer.RemoveTranslations();
-  EXPECT_EQ(Name(0), "A3");
+  GetNoteString(english, 0, 3, false);
+  EXPECT_EQ(test::Shown(english), "A3");
 }
 
 }  // namespace

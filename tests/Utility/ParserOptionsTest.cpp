@@ -7,11 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-int sOptions = -1;
-
-}  // namespace
+static int sOptions = -1;
 
 bool plinth::string::StringToNumber(long long& outNumber, const UTF16String&,
                                     utility::Flags<unsigned short> inOptions) noexcept {

@@ -39,9 +39,9 @@ void PrintDigest(const ExportedCall& inCall, bool inPrint) {
 
 int main(int argc, char** argv) {
   const std::string_view option = argc == 3 ? argv[1] : "";
-  const bool prints = option == "--calls", changesLocale = option == "--locale";
-  if (argc != 1 && !prints && !changesLocale) return 2;
-  if (changesLocale) {
+  const bool prints = option == "--calls";
+  if (argc != 1 && !prints && option != "--locale") return 2;
+  if (option == "--locale") {
     std::locale::global(std::locale(argv[2]));  // C's, too
     if (std::localeconv()->decimal_point[0] != ',') return 1;
   }

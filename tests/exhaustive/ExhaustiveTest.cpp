@@ -26,35 +26,32 @@ void ExpectForAll(const Holds& inHolds) {
     threads.emplace_back([&inHolds, first, stride] {
       std::uint64_t bits = first;
       while (bits <= UINT32_MAX && inHolds(static_cast<std::uint32_t>(bits))) bits += stride;
-      EXPECT_GT(bits, UINT32_MAX) << "fails";
+      EXPECT_GT(bits, UINT32_MAX);
     });
   }
 }
 
 TEST(EveryFrameCount, ComesBackFromItsDropFrameLabel) {
   for (const std::int32_t fps : {30, 60}) {
-    ExpectForAll([fps](std::uint32_t frame) {
+    ExpectForAll([fps](std::uint32_t inFrame) {
       std::uint32_t h = 0, m = 0, s = 0, f = 0;
-      DropFrameToHMSF(frame, fps, h, m, s, f);
-      const auto frames = static_cast<std::int32_t>(f);
-      const bool exists =
-          m < 60 && s < 60 && frames < fps && (m % 10 == 0 || s > 0 || frames >= fps / 15);
-      const auto field = [](std::uint32_t value) { return static_cast<std::int32_t>(value); };
-      return exists && dropframe::FrameCountOfLabel(field(h), field(m), field(s), frames, fps) ==
-                           field(frame);
+      DropFrameToHMSF(inFrame, fps, h, m, s, f);
+      const auto field = [](std::uint32_t inValue) { return static_cast<std::int32_t>(inValue); };
+      const bool isDropped = m % 10 != 0 && s == 0 && field(f) < fps / 15;
+      return m < 60 && s < 60 && field(f) < fps && !isDropped &&
+             dropframe::FrameCountOfLabel(field(h), field(m), field(s), field(f), fps) ==
+                 field(inFrame);
     });
   }
 }
 
 TEST(EveryFrequency, HasTheNoteOfEqualTemperament) {
-  ExpectForAll([](std::uint32_t bits) {
-    const auto frequency = std::bit_cast<float>(bits);
+  ExpectForAll([](std::uint32_t inBits) {
+    const auto frequency = std::bit_cast<float>(inBits);
     int octave = 99;
     const int note = GetNoteFromFrequency(frequency, &octave);
-    if (!(frequency >= 13.75f && frequency < 28160.0f)) {
-      const bool isAbove = frequency >= 28160.0f;
-      return octave == (isAbove ? 10 : -1) && note == 0;
-    }
+    if (frequency >= 28160.0f) return octave == 10 && note == 0;
+    if (!(frequency >= 13.75f)) return octave == -1 && note == 0;
     // Semitones above the A of octave -1. The A at the end of an octave counts as its note 12 below
     // the exact frequency, and close to a boundary single precision decides.
     const double semitones = 12.0 * std::log2(static_cast<double>(frequency) / 13.75);

@@ -4,7 +4,6 @@
 #include "../support/Reports.h"
 #include "../support/Text.h"
 
-#include <plinth/config/InitializerRegistrar.h>
 #include <plinth/debug/CachedDatabaseValue.h>
 #include <plinth/string/UTF16StringStream.h>
 #include <plinth/utility/Cast.h>
@@ -12,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <regex>
-#include <string>
 
 namespace {
 
@@ -59,15 +57,6 @@ TEST(CachedDatabaseValue, KeepsItsValueWithoutAnEntryWhenAsked) {
   EXPECT_TRUE(value.Get());
   database.RemoveEntry({'k'});
   EXPECT_TRUE(value.Get());
-}
-
-TEST(InitializerRegistrar, CountsTheModulesThatAreNamed) {
-  using Registrar = plinth::config::InitializerRegistrar;
-  const Registrar registrar("Module", plinth::config::EInitializerContextFlags{2}, {}, [] {}, {},
-                            {{{"Other"}, {""}, {nullptr}, {"Third"}}});
-  const auto module = Registrar::Registrations().back();
-  EXPECT_TRUE(!module.hasInitialize && module.hasPrepareTermination && !module.hasTerminate);
-  EXPECT_EQ(module.dependencyCount, 2u);
 }
 
 }  // namespace

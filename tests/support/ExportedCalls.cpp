@@ -21,7 +21,6 @@
 #include <string_view>
 #include <tuple>
 #include <type_traits>
-#include <utility>
 
 namespace mezzo::test {
 
@@ -34,11 +33,8 @@ std::string Joined(const Fields& inFields) {
 }
 
 void Hash(std::uint64_t& ioHash, const std::string& inLine) {
-  const auto add = [&](char byte) {
+  for (const char byte : inLine + '\n')
     ioHash = (ioHash ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
-  };
-  for (const char byte : inLine) add(byte);
-  add('\n');
 }
 
 Bits SplitMix64(std::uint64_t inSeed) {
@@ -95,47 +91,37 @@ double DrawnArguments::Double(const Usual& inUsual) {
   return value;
 }
 
-char16_t DrawnArguments::Unit() {
-  static constexpr std::string_view kTyped = "0123456789:;,. -+eE{}\tAbx";
-  if (Below(4) == 0) return static_cast<char16_t>(fBits());
-  return static_cast<unsigned char>(kTyped[Below(kTyped.size())]);
-}
-
-UTF16String DrawnArguments::Digits(std::uint64_t inMost) {
-  UTF16String digits;
-  for (std::uint64_t left = 1 + Below(inMost); left > 0; --left) {
-    digits += static_cast<char16_t>(u'0' + Below(10));
-  }
-  return digits;
-}
-
-UTF16String DrawnArguments::AnyText(const Usual& inUsual) {
-  const std::uint64_t kind = Below(16);
+UTF16String DrawnArguments::Text(const Usual& inUsual) {
   UTF16String text;
-  if (kind == 0) return text;
-  if (kind == 1) return Digits(400);
+  const auto unit = [this]() -> char16_t {
+    static constexpr std::string_view kTyped = "0123456789:;,. -+eE{}\tAbx";
+    if (Below(4) == 0) return static_cast<char16_t>(fBits());
+    return static_cast<unsigned char>(kTyped[Below(kTyped.size())]);
+  };
+  const auto addDigits = [&](std::uint64_t inMost) {
+    for (std::uint64_t left = 1 + Below(inMost); left > 0; --left)
+      text += static_cast<char16_t>(u'0' + Below(10));
+  };
+  const std::uint64_t kind = Below(16);
+  if (kind == 1) addDigits(400);
   if (kind == 2) {
-    for (std::uint64_t left = Below(40); left > 0; --left) text += Unit();
-    return text;
+    for (std::uint64_t left = Below(40); left > 0; --left) text += unit();
   }
-  for (const char unit : inUsual.forms[Below(inUsual.forms.size())]) {
-    if (unit == '#') {
-      text += Digits(Below(8) == 0 ? 12 : 2);
-    } else {
-      text += static_cast<unsigned char>(unit);
+  if (kind > 2) {
+    for (const char typed : inUsual.forms[Below(inUsual.forms.size())]) {
+      if (typed == '#') {
+        addDigits(Below(8) == 0 ? 12 : 2);
+      } else {
+        text += static_cast<unsigned char>(typed);
+      }
     }
   }
-  if (kind < 7) {  // mistyped: a unit too many, too few, or another
+  if (kind > 2 && kind < 7) {  // mistyped: a unit too many, too few, or another
     const std::size_t place = Below(text.size() + 1);
     const std::size_t removed = Below(2);
     const std::size_t added = Below(2);
-    text.replace(place, removed, added, Unit());
+    text.replace(place, removed, added, unit());
   }
-  return text;
-}
-
-UTF16String DrawnArguments::Text(const Usual& inUsual) {
-  UTF16String text = AnyText(inUsual);
   if (trace != nullptr) trace->push_back(Quoted(text));
   return text;
 }
@@ -162,11 +148,10 @@ struct Draw {
     static const Usual sTicks{{-1, -1, 1, 10, 96, 480, 960, 960, 1920}},
         sTempo{{60.0, 120.0, 120.0, 125.5, 87.98329390408782}}, sBar{{1, 2, 3, 4, 4, 5, 6, 7}},
         sUnit{{1, 2, 4, 4, 8, 16}}, sOffset{{0.0, 0.0, 500.0, -1234.5678}};
-    Draw{from, sTicks}(outValue.iTicksPerBeat);
-    Draw{from, sTempo}(outValue.dTempo);
-    Draw{from, sBar}(outValue.iBeatsPerBar);
-    Draw{from, sUnit}(outValue.iBeatUnit);
-    Draw{from, sOffset}(outValue.dOffsetMs);
+    const auto draw = [this](const Usual& inEach) {
+      return static_cast<std::int32_t>(from.Integer(32, inEach));
+    };
+    outValue = {draw(sTicks), from.Double(sTempo), draw(sBar), draw(sUnit), from.Double(sOffset)};
   }
   template <class Pointee>
   void operator()(std::optional<Pointee>& outValue) const {
@@ -186,7 +171,7 @@ struct Draw {
 
   Arguments& from;
   const Usual& usual;
-  bool isOutput = false;
+  bool isOutput;
 };
 
 struct ShowField {
@@ -228,22 +213,22 @@ template <class Result, class... Parameters>
 ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
                       const Usual (&inUsual)[sizeof...(Parameters)], bool inIsPure = true) {
   const std::vector<Usual> usual(std::begin(inUsual), std::end(inUsual));
-  const auto results = [=](Arguments&& from, const Surround& surround) {
+  const auto results = [=](Arguments&& ioFrom, const Surround& inSurround) {
     auto next = usual.begin();
     std::tuple<Argument<Parameters>...> arguments;
-    std::apply([&](auto&... each) { (each.DrawFrom(from, *next++), ...); }, arguments);
+    std::apply([&](auto&... ioEach) { (ioEach.DrawFrom(ioFrom, *next++), ...); }, arguments);
     const auto call = [&] {
-      return std::apply([&](auto&... each) { return inFunction(each.Pass()...); }, arguments);
+      return std::apply([&](auto&... ioEach) { return inFunction(ioEach.Pass()...); }, arguments);
     };
     Fields fields{"void"};
     if constexpr (std::is_void_v<Result>) {
-      surround(call);
+      inSurround(call);
     } else {
       Result result{};
-      surround([&] { result = call(); });
+      inSurround([&] { result = call(); });
       fields = {ShowField()(result)};
     }
-    std::apply([&](auto&... each) { (each.AddTo(fields), ...); }, arguments);
+    std::apply([&](auto&... inEach) { (inEach.AddTo(fields), ...); }, arguments);
     return fields;
   };
   return {inName, results, inIsPure};
@@ -277,7 +262,7 @@ std::int64_t CountActivations(const Fire& inFire) {
   const auto count = std::make_shared<std::atomic<int>>(0);
   auto& signal = utility::GetAppActivatedSignal();
   const boost::signals2::scoped_connection slots[] = {
-      signal.connect([count](bool activated) { *count += activated ? 1000 : 1; }),
+      signal.connect([count](bool inActivated) { *count += inActivated ? 1000 : 1; }),
       signal.connect([](bool) { throw std::runtime_error("slot"); }),
       signal.connect([count](bool) { *count = -1; })};
   try {
@@ -316,7 +301,7 @@ Usual Range(std::int64_t inFirst, std::int64_t inLast) {
 
 Usual Forms(const char* inForms) {
   Usual usual;
-  boost::split(usual.forms, std::string_view(inForms), [](char unit) { return unit == '|'; });
+  boost::split(usual.forms, std::string_view(inForms), [](char inUnit) { return inUnit == '|'; });
   return usual;
 }
 

@@ -59,10 +59,6 @@ class DrawnArguments : public Arguments {
   Fields* trace = nullptr;  ///< receives every argument
 
  private:
-  char16_t Unit();
-  plinth::UTF16String Digits(std::uint64_t inMost);
-  plinth::UTF16String AnyText(const Usual& inUsual);
-
   Bits fBits;
   bool fIsTame;
 };
@@ -77,7 +73,7 @@ struct ExportedCall {
   bool isPure = true;  ///< the results depend on arguments alone, not on what other threads do
 
   Fields Results(Arguments&& ioFrom) const {
-    return results(std::move(ioFrom), [](const auto& call) { call(); });
+    return results(std::move(ioFrom), [](const auto& inCall) { inCall(); });
   }
   friend void PrintTo(const ExportedCall& inCall, std::ostream* outTo) { *outTo << inCall.name; }
 };
