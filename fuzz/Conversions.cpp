@@ -13,13 +13,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <limits>
 #include <map>
 
 namespace mezzo::fuzz {
 namespace {
 
-constexpr std::int64_t kLargestInt = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kLargestInt = 2147483647;
 
 /// A call that was made.
 struct Made {
@@ -28,7 +27,9 @@ struct Made {
   std::string result{};  ///< the text or the position that the call gave
 
   std::int64_t Int(std::size_t inPlace) const { return std::stoll(arguments[inPlace]); }
-  double Double(std::size_t inPlace) const { return std::strtod(arguments[inPlace].c_str(), {}); }
+  long double Double(std::size_t inPlace) const {
+    return static_cast<long double>(std::strtod(arguments[inPlace].c_str(), nullptr));
+  }
   bool Flag(std::size_t inPlace) const { return (Int(inPlace) & 1) != 0; }
   /// "x" stands for each unit that is no ASCII.
   std::string Text(std::size_t inPlace) const {

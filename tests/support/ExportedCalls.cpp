@@ -234,6 +234,12 @@ ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
   return {inName, results, inIsPure};
 }
 
+/// Chooses among overloads by their first parameters.
+template <class A, class B, class C, class D, class Result, class... Others>
+auto Overload(Result (*inFunction)(A, B, C, D, Others...)) {
+  return inFunction;
+}
+
 // ----------------------------------------------------------- Functions with something around them
 
 /// Compares a record with one that differs in at most one field.
@@ -292,13 +298,6 @@ bool DisableErrorHandling(std::int32_t inEntry) {
 
 // ------------------------------------------------------------------------------------- The table
 
-/// Every whole number from the first to the last.
-Usual Range(std::int64_t inFirst, std::int64_t inLast) {
-  Usual range;
-  for (; inFirst <= inLast; ++inFirst) range.numbers.push_back(static_cast<double>(inFirst));
-  return range;
-}
-
 Usual Forms(const char* inForms) {
   Usual usual;
   boost::split(usual.forms, std::string_view(inForms), [](char inUnit) { return inUnit == '|'; });
@@ -311,59 +310,60 @@ Usual IdentifierForms() {
   for (int index = 0; index < 19; ++index) {
     const auto id = utility::GetNativeHandlerID(static_cast<utility::NativePluginIndex>(index));
     const std::string text = Shown(id.AsString()), upper = boost::to_upper_copy(text);
-    for (const std::string& form :
-         {text, '{' + text + '}', upper, boost::erase_all_copy(upper, "-")})
-      usual.forms.push_back(form);
+    usual.forms.insert(usual.forms.end(),
+                       {text, '{' + text + '}', upper, boost::erase_all_copy(upper, "-")});
   }
   return usual;
 }
 
 std::vector<ExportedCall> Table() {
   using namespace utility;
-  const Usual none,
-      fields = Range(0, 6), states = Range(-1, 6), tempos{{60.0, 120.0, 125.5}},
+  const Usual none, fields{{0, 1, 2, 3, 4, 5, 6}}, states{{-1, 0, 1, 2, 3, 4, 5, 6}},
       rates{{0, 1, 8000, 11025, 44100, 47952, 48000, 48000, 88200, 96000, 192000}},
-      exactRates{{44100.0, 48000.0, 88288.2, 192000.0}},
+      exactRates{{44100.0, 48000.0, 88288.2, 192000.0}}, tempos{{60.0, 120.0, 125.5}},
       frameRates{{0, 10, 24, 25, 30, 30, 30, 50, 60, 60, 100, 120, 1000}},
       formats{{0, 1, 2, 3, 4, 5, 5, 6, 6, 7, 8, 9, 10, 11, 11, 12, 13, 14, -1, 15, 16, -2}},
-      frequencies{{13.75, 27.5, 55.0, 261.63, 440.0, 452.8929, 860.0, 14080.0, 28160.0}};
+      frequencies{{13.75, 27.5, 55.0, 261.63, 440.0, 452.8929, 860.0, 14080.0, 28160.0}},
+      notes{{-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}},
+      indices{{-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19}};
   const Usual clock = Forms("#:#:#:#|#;#;#;#|#:#:#.#|#:#:#:#.#|#:#|#|#.#|.#|-#:#:#|#:#:#:#:#|#:#.");
   const Usual musical = Forms("#:#.#|#:#.#.#|#:#|#|-#:#.#|#.#| +#:-#.#|#.#e#");
   const Usual names = Forms(
       "RuvoAiff|RuvoApe|RuvoAT|DLMS|Dolby|ImporterHost|RuvoLSF|RuvoMF|RuvoMP2|RuvoMP3|RuvoQT|"
       "RuvoTwoLame|RuvoWav|FinalCutXML|LegacyXML|OmfSession|DocketNative|ruvowav|"
       "KinoraInterchange|KinodocNative");
-  // Overloaded functions, by their types.
-  bool (*const writeWithFlags)(UTF16String&, std::int64_t, std::int32_t, std::int32_t, bool, bool,
-                               bool, bool, bool, bool, bool) = ConvertSamplesToTimecode;
-  bool (*const writeInFormat)(UTF16String&, std::int64_t, std::int32_t, TimecodeFormat,
-                              std::int32_t, const BeatInfo*, bool) = ConvertSamplesToTimecode;
-  bool (*const readAtRate)(std::int64_t&, const UTF16String&, std::int32_t, std::int32_t, bool,
-                           bool) = ConvertTimecodeToSamples;
-  bool (*const readInFormat)(std::int64_t&, const UTF16String&, TimecodeFormat, std::int32_t,
-                             std::int32_t, BeatInfo*, bool) = ConvertTimecodeToSamples;
   constexpr bool kImpure = false;
   return {
       Describe("operator==", CompareBeats<std::equal_to<>>, {none, none, fields}),
       Describe("operator!=", CompareBeats<std::not_equal_to<>>, {none, none, fields}),
-      Describe("ConvertSamplesToTimecode-flags", writeWithFlags, {none, none, rates, frameRates}),
-      Describe("ConvertSamplesToTimecode-format", writeInFormat,
+      Describe("ConvertSamplesToTimecode-flags",
+               Overload<UTF16String&, std::int64_t, std::int32_t, std::int32_t>(
+                   ConvertSamplesToTimecode),
+               {none, none, rates, frameRates}),
+      Describe("ConvertSamplesToTimecode-format",
+               Overload<UTF16String&, std::int64_t, std::int32_t, TimecodeFormat>(
+                   ConvertSamplesToTimecode),
                {none, none, rates, formats, frameRates}),
       Describe("ConvertSamplesToDecimalTimecode", ConvertSamplesToDecimalTimecode,
                {none, none, rates}),
       Describe("ConvertSamplesToBarsAndBeats", ConvertSamplesToBarsAndBeats,
                {none, none, exactRates, none, none, {{-1, 0, 1, 2, 2, 3, 3, 4}}}),
       Describe("ConvertSamplesToBeats", ConvertSamplesToBeats, {none, none, rates, tempos}),
-      Describe("ConvertTimecodeToSamples-rate", readAtRate, {none, clock, rates, frameRates}),
-      Describe("ConvertTimecodeToSamples-format", readInFormat,
+      Describe("ConvertTimecodeToSamples-rate",
+               Overload<std::int64_t&, const UTF16String&, std::int32_t, std::int32_t>(
+                   ConvertTimecodeToSamples),
+               {none, clock, rates, frameRates}),
+      Describe("ConvertTimecodeToSamples-format",
+               Overload<std::int64_t&, const UTF16String&, TimecodeFormat, std::int32_t>(
+                   ConvertTimecodeToSamples),
                {none, clock, formats, rates, frameRates}),
       Describe("ConvertBarsAndBeatsToSamples", ConvertBarsAndBeatsToSamples, {musical, exactRates}),
       Describe("DropFrameToHMSF", DropFrameToHMSF, {none, {{30, 60}}, {{0}}, {{0}}, {{0}}, {{0}}}),
-      Describe("GetNoteString", GetNoteString, {none, Range(-1, 13), {{-1, 0, 1, 4, 8, 9, 10}}}),
+      Describe("GetNoteString", GetNoteString, {none, notes, {{-1, 0, 1, 4, 8, 9, 10}}}),
       Describe("GetNoteFromFrequency", GetNoteFromFrequency, {frequencies}),
       Describe("SupportsFlatSymbol", InState<SupportsFlatSymbol>, {states}),
       Describe("SupportsSharpSymbol", InState<SupportsSharpSymbol>, {states}),
-      Describe("GetNativeHandlerID", GetNativeHandlerID, {Range(-1, 19)}),
+      Describe("GetNativeHandlerID", GetNativeHandlerID, {indices}),
       Describe("TranslateToHumanReadableMediaHandler", TranslateToHumanReadableMediaHandler,
                {IdentifierForms()}),
       Describe("TranslateFromHumanReadableMediaHandler", TranslateFromHumanReadableMediaHandler,
@@ -374,7 +374,7 @@ std::vector<ExportedCall> Table() {
       Describe("IsTerminating", InState<IsTerminating>, {states}, kImpure),
       Describe("GetAppActivatedSignal", FireSignal, {none}, kImpure),
       Describe("NotifyAppActivated", Notify, {none}, kImpure),
-      Describe("DisableErrorHandling", DisableErrorHandling, {Range(0, 4)}, kImpure),
+      Describe("DisableErrorHandling", DisableErrorHandling, {{{0, 1, 2, 3, 4}}}, kImpure),
   };
 }
 
