@@ -44,8 +44,7 @@ TEST(Assertion, BreaksIntoADebuggerWhenAsked) {
 
 TEST(Assertion, NamesItsSiteAndSilencesNoOther) {
   test::RecordedReports reports;
-  reports.answersBreak = true;  // no debugger is attached, so nothing is raised
-  reports.silences = true;
+  reports.silences = reports.answersBreak = true;  // no debugger is attached: nothing is raised
   Contradict();
   reports.silences = false;
   Contradict();
@@ -72,15 +71,17 @@ TEST(Assertion, ComesBeforeTheRecordIsRead) {
 }
 
 TEST(DisableErrorHandling, FollowsTheDatabaseEntry) {
-  const std::string_view name = "mezzo.debug.DisableErrorHandling", text = "true";
+  const std::string_view name = "mezzo.debug.DisableErrorHandling";
   const plinth::debug::ByteString key(name.begin(), name.end());
   auto& database = plinth::debug::DebugDatabase::Instance();
   EXPECT_FALSE(DisableErrorHandling());
-  database.SetEntry(key, {text.begin(), text.end()});
-  EXPECT_TRUE(DisableErrorHandling());
-  const auto before = test::heap::AllocationCount();
-  EXPECT_TRUE(DisableErrorHandling());
-  EXPECT_EQ(test::heap::AllocationCount(), before) << "an unchanged database is not read";
+  for (const std::string_view text : {"a text that has to be allocated", "true"}) {
+    database.SetEntry(key, {text.begin(), text.end()});
+    EXPECT_EQ(DisableErrorHandling(), text == "true");
+    const auto before = test::heap::AllocationCount();
+    EXPECT_EQ(DisableErrorHandling(), text == "true");
+    EXPECT_EQ(test::heap::AllocationCount(), before) << "an unchanged database is not read";
+  }
   database.RemoveEntry(key);
   EXPECT_FALSE(DisableErrorHandling());
 }

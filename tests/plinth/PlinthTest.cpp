@@ -1,5 +1,4 @@
-// What the stand-in offers beside the contract: what a host installs in it, and what nothing in the
-// library calls.
+// What the stand-in offers beside the contract, for hosts and tests.
 
 #include "../support/Reports.h"
 #include "../support/Text.h"
