@@ -200,13 +200,13 @@ void IntoOneString(benchmark::State& ioState, Display inDisplay, const Positions
   UTF16String text;
   text.reserve(64);
   std::size_t place = 0;
-  const auto before = test::heap::AllocationCount();
+  const auto before = test::heap::GetAllocationCount();
   for (auto _ : ioState) {
     inDisplay(text, inPositions[place++ % kPositions]);
     benchmark::DoNotOptimize(text.data());
     benchmark::ClobberMemory();
   }
-  if (test::heap::AllocationCount() != before) ioState.SkipWithError("It allocates.");
+  if (test::heap::GetAllocationCount() != before) ioState.SkipWithError("It allocates.");
 }
 
 void IntoFreshStrings(benchmark::State& ioState, Display inDisplay) {

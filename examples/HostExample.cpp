@@ -27,7 +27,7 @@ std::string ToUTF8(const plinth::UTF16String& inText) {
 
 // The library registers itself when it is loaded, before main.
 void ShowModules() {
-  for (const auto& module : plinth::config::InitializerRegistrar::Registrations()) {
+  for (const auto& module : plinth::config::InitializerRegistrar::GetRegistrations()) {
     std::cout << "module " << module.name << ", flags " << module.flags << "\n\n";
   }
 }

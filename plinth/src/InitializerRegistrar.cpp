@@ -61,7 +61,7 @@ InitializerRegistrar::~InitializerRegistrar() {
   std::erase(registry.registrars, this);
 }
 
-std::vector<InitializerRegistrar::Registration> InitializerRegistrar::Registrations() {
+std::vector<InitializerRegistrar::Registration> InitializerRegistrar::GetRegistrations() {
   std::vector<Registration> registrations;
   Registry& registry = GetRegistry();
   const std::lock_guard lock(registry.mutex);

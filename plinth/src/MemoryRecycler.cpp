@@ -21,7 +21,7 @@ void MemoryRecycler::Free(void* inBlock) noexcept {
   ::operator delete(inBlock);
 }
 
-std::uint64_t MemoryRecycler::AllocationCount() noexcept {
+std::uint64_t MemoryRecycler::GetAllocationCount() noexcept {
   return sAllocationCount.load(std::memory_order_relaxed);
 }
 

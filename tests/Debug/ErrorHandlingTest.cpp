@@ -78,9 +78,9 @@ TEST(DisableErrorHandling, FollowsTheDatabaseEntry) {
   for (const std::string_view text : {"a text that has to be allocated", "true"}) {
     database.SetEntry(key, {text.begin(), text.end()});
     EXPECT_EQ(DisableErrorHandling(), text == "true");
-    const auto before = test::heap::AllocationCount();
+    const auto before = test::heap::GetAllocationCount();
     EXPECT_EQ(DisableErrorHandling(), text == "true");
-    EXPECT_EQ(test::heap::AllocationCount(), before) << "an unchanged database is not read";
+    EXPECT_EQ(test::heap::GetAllocationCount(), before) << "an unchanged database is not read";
   }
   database.RemoveEntry(key);
   EXPECT_FALSE(DisableErrorHandling());

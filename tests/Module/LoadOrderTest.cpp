@@ -23,11 +23,11 @@ std::uint64_t sAllocationsAtRegistration = 0;
 void Watch(const char* inName, bool inRegistered) noexcept {
   std::fprintf(stderr, "%s %s; ", inName, inRegistered ? "joins" : "leaves");
   if (!inRegistered) return;
-  const auto module = InitializerRegistrar::Registrations().back();
+  const auto module = InitializerRegistrar::GetRegistrations().back();
   const int functions = module.hasInitialize + module.hasPrepareTermination + module.hasTerminate;
   std::fprintf(stderr, "flags %d, %d functions, %zu dependencies; ", static_cast<int>(module.flags),
                functions, module.dependencyCount);
-  sAllocationsAtRegistration = test::heap::AllocationCount();
+  sAllocationsAtRegistration = test::heap::GetAllocationCount();
 }
 
 [[noreturn]] void LoadAndExit() {
@@ -36,7 +36,7 @@ void Watch(const char* inName, bool inRegistered) noexcept {
                                   {}, {{{"Other"}, {""}, {nullptr}, {"Third"}}});
   void* const library = dlopen(MEZZO_LIBRARY, RTLD_NOW | RTLD_LOCAL);
   // A signal takes memory as it is built, and nothing else in the library does at load.
-  if (test::heap::AllocationCount() > sAllocationsAtRegistration)
+  if (test::heap::GetAllocationCount() > sAllocationsAtRegistration)
     std::fputs("signal is built; ", stderr);
   const auto getSignal = reinterpret_cast<decltype(&utility::GetAppActivatedSignal)>(
       dlsym(library, "_ZN5mezzo7utility21GetAppActivatedSignalEv"));

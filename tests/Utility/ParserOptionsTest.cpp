@@ -11,7 +11,7 @@ static int sOptions = -1;
 
 bool plinth::string::StringToNumber(long long& outNumber, const UTF16String&,
                                     utility::Flags<unsigned short> inOptions) noexcept {
-  sOptions = inOptions.Value();
+  sOptions = inOptions.GetValue();
   outNumber = -12;
   return true;
 }

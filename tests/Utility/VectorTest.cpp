@@ -67,9 +67,9 @@ TEST_P(VectorTest, GivesTheIndependentResults) {
         arguments.oldText = oldText;
         std::uint64_t allocations = 0;
         Fields actual = GetParam().results(std::move(arguments), [&](const auto& inCall) {
-          const auto before = heap::AllocationCount();
+          const auto before = heap::GetAllocationCount();
           inCall();
-          allocations = heap::AllocationCount() - before;
+          allocations = heap::GetAllocationCount() - before;
         });
         const auto taken = reports.Take();
         for (const Report& report : taken) actual.push_back(ReportField(report));

@@ -9,7 +9,7 @@ static thread_local std::uint64_t sAllocations = 0;
 thread_local std::int64_t blocks = 0;
 thread_local std::int64_t untilFailure = -1;
 
-std::uint64_t AllocationCount() {
+std::uint64_t GetAllocationCount() {
   return sAllocations;
 }
 

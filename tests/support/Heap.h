@@ -5,7 +5,7 @@
 
 namespace mezzo::test::heap {
 
-std::uint64_t AllocationCount();
+std::uint64_t GetAllocationCount();
 /// Blocks allocated less those freed; a call that leaks nothing leaves it as it was.
 extern thread_local std::int64_t blocks;
 /// Allocations until one throws std::bad_alloc; while it is negative, all succeed.

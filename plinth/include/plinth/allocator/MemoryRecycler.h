@@ -25,7 +25,7 @@ class PLINTH_EXPORT MemoryRecycler {
   static void Free(void* inBlock) noexcept;
 
   /// Returns the number of successful calls of `Allocate` in this process; it never decreases.
-  static std::uint64_t AllocationCount() noexcept;
+  static std::uint64_t GetAllocationCount() noexcept;
 };
 
 }  // namespace plinth::allocator

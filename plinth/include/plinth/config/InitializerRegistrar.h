@@ -63,7 +63,7 @@ class PLINTH_EXPORT InitializerRegistrar {
 
   /// \return the modules that are registered now, in order of registration.
   /// \exception std::bad_alloc if memory runs out.
-  static std::vector<Registration> Registrations();
+  static std::vector<Registration> GetRegistrations();
 
   /// Installs the observer of registrations and removals.
   /// \param inObserver the observer; null: none.

@@ -31,7 +31,7 @@ class CachedDatabaseValue {
   /// \exception std::bad_alloc if memory runs out on a call that reads the database.
   T Get() {
     const DebugDatabase& database = DebugDatabase::Instance();
-    const std::uint32_t generation = database.Generation();
+    const std::uint32_t generation = database.GetGeneration();
     // The generation is stored last, so it is read first. If two threads refresh during a change,
     // the older value may be stored last; it stays until the next change.
     if (fGeneration.load(std::memory_order_acquire) == generation)

@@ -29,7 +29,9 @@ class PLINTH_EXPORT DebugDatabase {
 
   /// Returns the generation, a number that changes whenever an entry is set or removed; 0 at first.
   /// One atomic load.
-  std::uint32_t Generation() const noexcept { return fGeneration.load(std::memory_order_acquire); }
+  std::uint32_t GetGeneration() const noexcept {
+    return fGeneration.load(std::memory_order_acquire);
+  }
 
   /// \param inKey the key.
   /// \param inDefault the result for a key without an entry.

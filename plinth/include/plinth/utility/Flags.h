@@ -12,7 +12,7 @@ class Flags {
   constexpr Flags(T inValue) noexcept : fValue(inValue) {}
 
   /// \return the bits.
-  constexpr T Value() const noexcept { return fValue; }
+  constexpr T GetValue() const noexcept { return fValue; }
 
  private:
   T fValue;
