@@ -1,6 +1,6 @@
-// Calls of every exported function, which must not break whatever the arguments, and the
-// conversions against slow references: labels counted minute by minute, the grammar followed step
-// by step in copies of the text, exact positions in extended precision.
+// Calls every exported function with any arguments; none may crash. Compares the conversions with
+// references: labels from 64-bit divisions, texts parsed step by step, exact positions in extended
+// precision.
 
 #include "../tests/support/ExportedCalls.h"
 #include "../tests/support/Reports.h"
@@ -20,21 +20,21 @@ namespace {
 
 constexpr std::int64_t kLargestInt = 2147483647;
 
-/// A call that was made.
-struct Made {
+/// A call, its arguments and its result.
+struct RecordedCall {
   std::string name;
   test::Fields arguments{};
   std::string result{};  ///< the text or the position that the call gave
 
-  std::int64_t Int(std::size_t inPlace) const { return std::stoll(arguments[inPlace]); }
-  long double Double(std::size_t inPlace) const {
+  std::int64_t GetInt(std::size_t inPlace) const { return std::stoll(arguments[inPlace]); }
+  long double GetDouble(std::size_t inPlace) const {
     return static_cast<long double>(std::strtod(arguments[inPlace].c_str(), nullptr));
   }
-  bool Flag(std::size_t inPlace) const { return (Int(inPlace) & 1) != 0; }
-  /// "x" stands for each unit that is no ASCII.
-  std::string Text(std::size_t inPlace) const {
+  bool GetFlag(std::size_t inPlace) const { return (GetInt(inPlace) & 1) != 0; }
+  /// Units outside ASCII, and NUL, become "x".
+  std::string GetText(std::size_t inPlace) const {
     std::string text;
-    for (const char16_t unit : test::Unquoted(arguments[inPlace]))
+    for (const char16_t unit : test::Unquote(arguments[inPlace]))
       text += unit < 0x80 && unit > 0 ? static_cast<char>(unit) : 'x';
     return text;
   }
@@ -43,7 +43,7 @@ struct Made {
   void Require(bool inHolds, const std::string& inReference) const {
     if (inHolds) return;
     std::fprintf(stderr, "%s\t%s\t=>\t%s\nreference: %s\n", name.c_str(),
-                 test::Joined(arguments).c_str(), result.c_str(), inReference.c_str());
+                 test::Join(arguments).c_str(), result.c_str(), inReference.c_str());
     std::abort();
   }
   void RequireEqual(const std::string& inReference) const {
@@ -56,13 +56,13 @@ struct Made {
   }
 };
 
-std::string Padded(std::int64_t inValue, std::size_t inWidth) {
+std::string Pad(std::int64_t inValue, std::size_t inWidth) {
   const std::string digits = std::to_string(inValue);
   return std::string(inWidth - std::min(inWidth, digits.size()), '0') + digits;
 }
 
 /// The signed integer at the start of a text, saturated; 0 for none.
-std::int64_t LeadingInteger(const std::string& inText) {
+std::int64_t ParseLeadingInteger(const std::string& inText) {
   std::string number = inText.substr(std::min(inText.find_first_not_of(" \t"), inText.size()));
   const bool isSigned = !number.empty() && (number[0] == '-' || number[0] == '+');
   number.resize(std::min(number.find_first_not_of("0123456789", isSigned ? 1 : 0), number.size()));
@@ -72,20 +72,20 @@ std::int64_t LeadingInteger(const std::string& inText) {
 
 // ---------------------------------------------------------------------------------------- Timecode
 
-void WriteTimecode(const Made& inCall) {
-  const std::int64_t samples = inCall.Int(0), rate = inCall.Int(1), fps = inCall.Int(2);
+void CheckFormattedTimecode(const RecordedCall& inCall) {
+  const std::int64_t samples = inCall.GetInt(0), rate = inCall.GetInt(1), fps = inCall.GetInt(2);
   // Within these, nothing needs more than 64 bits.
   if (rate < 1 || fps < 1 || fps > 2000 || samples != samples << 29 >> 29) return;
-  if (inCall.Flag(3) || inCall.Flag(6) || inCall.Flag(7) || inCall.Flag(9)) return;
+  if (inCall.GetFlag(3) || inCall.GetFlag(6) || inCall.GetFlag(7) || inCall.GetFlag(9)) return;
   const std::int64_t dividend = std::abs(samples) * fps * 1000;
-  const std::int64_t divisor = rate * (inCall.Flag(4) ? 1001 : 1000);
+  const std::int64_t divisor = rate * (inCall.GetFlag(4) ? 1001 : 1000);
   const std::int64_t frames = dividend / divisor, seconds = frames / fps;
   if (frames > kLargestInt) return;
-  if (inCall.Flag(5)) return inCall.RequireEqual(std::to_string(frames));
-  std::string label = (samples < 0 ? "-" : "") + Padded(seconds / 3600, 2) + ':' +
-                      Padded(seconds / 60 % 60, 2) + ':' + Padded(seconds % 60, 2) + ':' +
-                      Padded(frames % fps, std::to_string(fps - 1).size());
-  if (inCall.Flag(8)) label += '.' + Padded(dividend % divisor * 100 / divisor, 2);
+  if (inCall.GetFlag(5)) return inCall.RequireEqual(std::to_string(frames));
+  std::string label = (samples < 0 ? "-" : "") + Pad(seconds / 3600, 2) + ':' +
+                      Pad(seconds / 60 % 60, 2) + ':' + Pad(seconds % 60, 2) + ':' +
+                      Pad(frames % fps, std::to_string(fps - 1).size());
+  if (inCall.GetFlag(8)) label += '.' + Pad(dividend % divisor * 100 / divisor, 2);
   inCall.RequireEqual(label);
 }
 
@@ -93,7 +93,9 @@ struct ClockText {
   std::vector<std::int64_t> values{0, 0, 0, 0};  // the last four are hours to frames
   std::int64_t numerator = 0, denominator = 1;
 
-  std::int64_t FromRight(std::size_t inPlace) const { return values[values.size() - 1 - inPlace]; }
+  std::int64_t GetFromRight(std::size_t inPlace) const {
+    return values[values.size() - 1 - inPlace];
+  }
 };
 
 ClockText Parse(std::string inRest) {
@@ -105,17 +107,18 @@ ClockText Parse(std::string inRest) {
     const bool isDotted = separators.find('.') != separators.npos;
     inRest.erase(0, separators.size());
     if (inRest.empty() && (!isDotted || count == 0)) break;
-    std::int64_t value = clock.FromRight(0);  // a "." at the end takes the last number back
+    std::int64_t value = clock.GetFromRight(0);  // a "." at the end takes the last number back
     if (inRest.empty()) {
       clock.values.pop_back();
     } else {
       if (isDotted || count > 0) length = inRest.size();
-      value = LeadingInteger(inRest);
+      value = ParseLeadingInteger(inRest);
       inRest.erase(0, inRest.find_first_not_of(kDigits));
     }
     if (isDotted) {
       clock.numerator = value;
-      clock.denominator = LeadingInteger('1' + std::string(std::min<std::size_t>(length, 10), '0'));
+      clock.denominator =
+          ParseLeadingInteger('1' + std::string(std::min<std::size_t>(length, 10), '0'));
       break;
     }
     clock.values.push_back(value);
@@ -123,14 +126,15 @@ ClockText Parse(std::string inRest) {
   return clock;
 }
 
-void ReadTimecode(const Made& inCall) {
-  const std::string text = inCall.Text(0);
-  const std::int64_t rate = inCall.Int(1), fps = inCall.Int(2), pulldown = inCall.Flag(3) ? 1 : 0;
+void CheckParsedTimecode(const RecordedCall& inCall) {
+  const std::string text = inCall.GetText(0);
+  const std::int64_t rate = inCall.GetInt(1), fps = inCall.GetInt(2),
+                     pulldown = inCall.GetFlag(3) ? 1 : 0;
   if (text.empty()) return inCall.RequireEqual("-1");
   const ClockText clock = Parse(text);
-  if (rate < 1 || fps < 1 || fps > 2000 || inCall.Flag(4)) return;
-  const std::int64_t minutes = 60 * clock.FromRight(3) + clock.FromRight(2);
-  const std::int64_t frames = (60 * minutes + clock.FromRight(1)) * fps + clock.FromRight(0);
+  if (rate < 1 || fps < 1 || fps > 2000 || inCall.GetFlag(4)) return;
+  const std::int64_t minutes = 60 * clock.GetFromRight(3) + clock.GetFromRight(2);
+  const std::int64_t frames = (60 * minutes + clock.GetFromRight(1)) * fps + clock.GetFromRight(0);
   const std::int64_t factor = (1000 + pulldown) * rate, divisor = 1000 * clock.denominator * fps;
   // Further out the result comes from an estimate in double precision.
   if (frames > kLargestInt) return;
@@ -141,82 +145,84 @@ void ReadTimecode(const Made& inCall) {
 
 // ------------------------------------------------------------------------------------ Musical time
 
-/// Where a double-precision result may lie beside the exact one.
+/// The relative error of a double-precision result.
 constexpr long double kRelativeError = 4e-15L;
 
 struct Meter {
-  const Made& call;
-  long double rate = call.Double(1);
-  std::int64_t ticks = call.Int(2);
-  long double tempo = call.Double(3);
-  std::int64_t beatsPerBar = call.Int(4), unit = call.Int(5);
-  long double offsetMs = call.Double(6);
-  std::int64_t first = call.Flag(7) ? 0 : 1;  // bar, and beat of a bar
+  const RecordedCall& call;
+  long double rate = call.GetDouble(1);
+  std::int64_t ticks = call.GetInt(2);
+  long double tempo = call.GetDouble(3);
+  std::int64_t beatsPerBar = call.GetInt(4), unit = call.GetInt(5);
+  long double offsetMs = call.GetDouble(6);
+  std::int64_t first = call.GetFlag(7) ? 0 : 1;  // bar, and beat of a bar
 
   bool IsUsual() const {
     return rate >= 1 && rate <= 1e7L && tempo >= 0.1L && tempo <= 1e4L && beatsPerBar >= 1 &&
            beatsPerBar <= 1000 && unit >= 1 && unit <= 128 && std::fabs(offsetMs) <= 1e9L &&
            (ticks == -1 || (ticks >= 1 && ticks <= 10000));
   }
-  long double SamplesPerBeat() const { return rate * 240 / (tempo * unit); }
-  /// Rounded by the library itself: half a sample more or less does not matter here.
-  long double Offset() const { return first * rate * offsetMs / 1000; }
+  long double GetSamplesPerBeat() const { return rate * 240 / (tempo * unit); }
+  /// The library rounds it; the tolerances allow for half a sample.
+  long double GetOffset() const { return first * rate * offsetMs / 1000; }
 
   /// Beats from bar 1 beat 1 to the position that a text names.
-  long double BeatsOf(const std::string& inText) const {
+  long double CountBeats(const std::string& inText) const {
     const std::size_t colon = inText.find(':'), dot = inText.find('.');
-    auto count = static_cast<long double>((LeadingInteger(inText) - first) * beatsPerBar);
-    if (colon != inText.npos) count += LeadingInteger(inText.substr(colon + 1)) - first;
+    auto count = static_cast<long double>((ParseLeadingInteger(inText) - first) * beatsPerBar);
+    if (colon != inText.npos) count += ParseLeadingInteger(inText.substr(colon + 1)) - first;
     if (dot == inText.npos) return count;
     if (ticks == -1) return count + std::strtold(inText.c_str() + dot, nullptr);
-    return count + static_cast<long double>(LeadingInteger(inText.substr(dot + 1))) / ticks;
+    return count + static_cast<long double>(ParseLeadingInteger(inText.substr(dot + 1))) / ticks;
   }
 };
 
-void ReadMusicalTime(const Made& inCall) {
+void CheckParsedMusicalTime(const RecordedCall& inCall) {
   const Meter meter{inCall};
-  const long double beats = meter.BeatsOf(inCall.Text(0));
-  const long double position = beats * meter.SamplesPerBeat();
+  const long double beats = meter.CountBeats(inCall.GetText(0));
+  const long double position = beats * meter.GetSamplesPerBeat();
   // Whole beats are counted in 32 bits.
   if (!meter.IsUsual() || !(std::fabs(beats) < 1e9L) || !(std::fabs(position) < 1e17L)) return;
-  inCall.RequireNear(std::stoll(inCall.result), position + meter.Offset(),
+  inCall.RequireNear(std::stoll(inCall.result), position + meter.GetOffset(),
                      0.500001L + 0.5L * meter.first + kRelativeError * std::fabs(position));
 }
 
-void WriteMusicalTime(const Made& inCall) {
+void CheckFormattedMusicalTime(const RecordedCall& inCall) {
   const Meter meter{inCall};
-  const long double beat = meter.SamplesPerBeat(), position = inCall.Double(0) - meter.Offset();
-  if (inCall.Int(8) < 3 || !meter.IsUsual() || !(std::fabs(position / beat) < 1e9L)) return;
+  const long double beat = meter.GetSamplesPerBeat(),
+                    position = inCall.GetDouble(0) - meter.GetOffset();
+  if (inCall.GetInt(8) < 3 || !meter.IsUsual() || !(std::fabs(position / beat) < 1e9L)) return;
 
   const std::string& text = inCall.result;
   const auto numberBehind = [&](std::size_t inPlace) {
-    return LeadingInteger(text.substr(inPlace + 1));
+    return ParseLeadingInteger(text.substr(inPlace + 1));
   };
   const bool isDecimal = meter.ticks == -1;
   const std::int64_t beatOfBar = numberBehind(text.find(':')) - meter.first;
   inCall.Require(beatOfBar >= 0 && beatOfBar < meter.beatsPerBar &&
                      numberBehind(text.find('.')) < (isDecimal ? 1000 : meter.ticks),
                  "a beat of the bar and a part of the beat");
-  // Thousandths of a tick, rounded, or of a beat, truncated from half of one lower.
+  // With ticks, the text is rounded to thousandths of a tick. Without, half a thousandth of a beat
+  // is subtracted, and the rest is truncated to thousandths.
   const long double thousandth = beat / std::abs(meter.ticks) / 1000;
   const std::int64_t more = isDecimal ? 1 : numberBehind(text.rfind('.'));
-  inCall.RequireNear(meter.BeatsOf(text) * beat + thousandth * more, position,
+  inCall.RequireNear(meter.CountBeats(text) * beat + thousandth * more, position,
                      thousandth * 0.500001L + 0.5L * meter.first +
                          kRelativeError * std::max(std::fabs(position), beat));
 }
 
 void Check(test::DrawnArguments inArguments) {
-  static const std::map<std::string, void (*)(const Made&)> sReferences{
-      {"ConvertSamplesToTimecode-flags", &WriteTimecode},
-      {"ConvertTimecodeToSamples-rate", &ReadTimecode},
-      {"ConvertBarsAndBeatsToSamples", &ReadMusicalTime},
-      {"ConvertSamplesToBarsAndBeats", &WriteMusicalTime}};
+  static const std::map<std::string, void (*)(const RecordedCall&)> sReferences{
+      {"ConvertSamplesToTimecode-flags", &CheckFormattedTimecode},
+      {"ConvertTimecodeToSamples-rate", &CheckParsedTimecode},
+      {"ConvertBarsAndBeatsToSamples", &CheckParsedMusicalTime},
+      {"ConvertSamplesToBarsAndBeats", &CheckFormattedMusicalTime}};
   const test::RecordedReports reports;  // instead of lines on standard error
-  const auto& call = test::ExportedCalls()[inArguments.Below(test::ExportedCalls().size())];
-  inArguments.oldText.assign(inArguments.Below(32), u'?');
-  Made made{call.name};
+  const auto& call = test::ExportedCalls()[inArguments.DrawBelow(test::ExportedCalls().size())];
+  inArguments.oldText.assign(inArguments.DrawBelow(32), u'?');
+  RecordedCall made{call.name};
   inArguments.trace = &made.arguments;
-  made.result = call.Results(std::move(inArguments)).back();
+  made.result = call.Run(std::move(inArguments)).back();
   if (made.result.starts_with('"')) made.result = made.result.substr(1, made.result.size() - 2);
   if (const auto reference = sReferences.find(call.name); reference != sReferences.end())
     reference->second(made);
@@ -225,8 +231,8 @@ void Check(test::DrawnArguments inArguments) {
 }  // namespace
 }  // namespace mezzo::fuzz
 
-/// Called by the fuzzing engine. A byte below 0x80 is a number to draw from; another one stands
-/// before eight bytes of it. Behind the last there are zeros.
+/// Called by the fuzzing engine. A byte below 0x80 is a draw of its own; any other byte precedes
+/// the eight bytes of a draw. Zeros follow the input.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* inBytes, std::size_t inCount) {
   const auto next = [&] { return inCount == 0 ? std::uint8_t{0} : (--inCount, *inBytes++); };
   const auto bits = [&] {
@@ -239,7 +245,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* inBytes, std::size_t i
 }
 
 #ifdef MEZZO_REPLAYS
-/// Stands in for the fuzzing engine: CORPUS-DIRECTORY COUNT runs the files and as many seeds.
+/// Stands in for the fuzzing engine: CORPUS-DIRECTORY COUNT runs the files and COUNT seeds.
 int main(int argc, char** argv) {
   if (argc != 3) return 2;
   for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {

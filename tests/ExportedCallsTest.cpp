@@ -1,5 +1,5 @@
-// What no exported function may do, whatever its arguments: break when memory runs out, or give
-// another thread other results.
+// Every exported function survives a failed allocation and gives the same results in every thread,
+// whatever its arguments.
 
 #include "support/ExportedCalls.h"
 #include "support/Heap.h"
@@ -36,15 +36,14 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
   std::set<std::string> everyResult;
   bool everFails = false;
   for (std::uint64_t seed = 0; seed < 2000; ++seed) {
-    const std::string untouched =
-        Joined(GetParam().results(DrawnArguments(seed), [](const auto&) {}));
+    const std::string untouched = Join(GetParam().run(DrawnArguments(seed), [](const auto&) {}));
     std::string result;
     result.reserve(1000);
     bool fails = true;
     for (std::int64_t nth = 0; fails; ++nth) {
       const std::int64_t blocks = heap::blocks;
       bool throws = false;
-      result = Joined(GetParam().results(DrawnArguments(seed), [&](const auto& inCall) {
+      result = Join(GetParam().run(DrawnArguments(seed), [&](const auto& inCall) {
                  heap::untilFailure = nth;
                  try {
                    inCall();
@@ -54,7 +53,7 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
                  fails = heap::untilFailure < 0;
                  heap::untilFailure = -1;
                })).c_str();
-      // First calls build tables; the signal frees what a slot took when the next one comes.
+      // First calls build tables. The signal frees a disconnected slot at the next connection.
       const bool leaks = heap::blocks != blocks && seed >= 100 && GetParam().isPure;
       SCOPED_TRACE("seed " + std::to_string(seed) + " allocation " + std::to_string(nth));
       ASSERT_EQ(throws, fails && !answersFalse);
@@ -62,7 +61,7 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
       ASSERT_FALSE(leaks);
       everFails = everFails || fails;
     }
-    ASSERT_EQ(Joined(GetParam().Results(DrawnArguments(seed))), result) << "seed " << seed;
+    ASSERT_EQ(Join(GetParam().Run(DrawnArguments(seed))), result) << "seed " << seed;
     everyResult.insert(result);
   }
   EXPECT_TRUE(everFails || everyResult.begin()->back() != '"') << "no text outgrew its string";
@@ -75,7 +74,7 @@ std::uint64_t HashOfPureResults() {
   std::uint64_t hash = kNoLines;
   for (const ExportedCall& call : ExportedCalls()) {
     for (std::uint64_t seed = 0; seed < 1000; ++seed) {
-      const std::string results = Joined(call.Results(DrawnArguments(seed)));
+      const std::string results = Join(call.Run(DrawnArguments(seed)));
       if (call.isPure) Hash(hash, results);
     }
   }

@@ -26,8 +26,8 @@ constexpr char kToolDescription[] =
     R"(Convert, name and draw positions on an audio timeline.
 
 A position is a signed sample count. A typed text may begin with a minus sign,
-omit leading fields ("2:12" is 2 seconds and 12 frames in timecode), and end in
-a decimal fraction.
+end in a decimal fraction, and omit leading fields ("2:12" is 2 seconds and 12
+frames in timecode). Bars and beats omit the last fields instead.
 
 A FORMAT is a name or number that 'mezzo formats' lists, in any letter case, or
 the name of a frame rate, which selects the nominal rate, too:
@@ -83,7 +83,7 @@ Examples:
   mezzo convert 29.97df decimal --field 2 --delimiter tab < markers.tsv)";
 
 constexpr char kListFormatsNotes[] = R"(JSON:
-  [{"number", "name", "text", "meaning"}, ...]
+  [{"number", "name", "text", "notes", "meaning"}, ...], as for show
 
 Examples:
   mezzo formats)";
@@ -92,9 +92,9 @@ constexpr char kRulerNotes[] = R"(Ends:
   A text in the ruler's format, or @ and a sample count, such as @-48000.
 
 Labels and positions:
-  The library parses round texts to place the ticks, and formats the positions
-  of the ticks as labels. An asterisk marks a label that the library parses as
-  another position.
+  Ticks are at the positions that the library parses from round values of the
+  format. Labels are these positions as it formats them. An asterisk marks a
+  label that it parses as another position.
 
 JSON:
   {"format", "from", "to",
@@ -126,7 +126,7 @@ Examples:
 
 // ---------------------------------------------------------------------------------------- Options
 
-/// Checks a range. The parser's own range contains "nan".
+/// Checks a range. CLI::Range would accept "nan".
 template <class Value>
 CLI::Validator Between(Value inLowest, Value inHighest) {
   const auto check = [=](const std::string& inText) {
@@ -184,8 +184,8 @@ void AddTimelineOptions(CLI::App& outCommand, Settings& outSettings) {
           },
           "Beats per bar and note value of the beat")
       ->check([](const std::string& inText) {
-        static const std::regex kMeter("[1-9][0-9]{0,2}/(1|2|4|8|16|32|64|128)");
-        return std::regex_match(inText, kMeter)
+        static const std::regex sMeter("[1-9][0-9]{0,2}/(1|2|4|8|16|32|64|128)");
+        return std::regex_match(inText, sMeter)
                    ? ""
                    : "must be a meter such as 6/8, not " + Quote(inText);
       })
@@ -213,19 +213,17 @@ void AddLenient(CLI::App& outCommand, Settings& outSettings) {
 
 void AddTextOptions(CLI::App& outCommand, Settings& outSettings, const char* inName) {
   outCommand
-      .add_option(inName, outSettings.texts,
-                  "Input; '-' or nothing stands for the lines of standard input")
+      .add_option(inName, outSettings.texts, "Inputs; '-' or none for the lines of standard input")
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
       ->type_name("")
       ->default_str("");
   CLI::Option* const field =
-      outCommand.add_option("--field", outSettings.field, "Convert only this column of a table")
+      outCommand.add_option("--field", outSettings.field, "Convert only this field of each line")
           ->check(Between(1, 1000))
           ->type_name("N")
           ->default_str("");
   outCommand
-      .add_option("--delimiter", outSettings.delimiter,
-                  "Character that separates columns, or 'tab'")
+      .add_option("--delimiter", outSettings.delimiter, "Character that separates fields, or 'tab'")
       ->transform([](const std::string& inText) {
         return inText == "tab" || inText == "\\t" ? "\t" : inText;
       })
@@ -284,7 +282,7 @@ void AddRulerOptions(CLI::App& outCommand, Settings& outSettings) {
       ->type_name("COLUMNS");
   outCommand
       .add_option("--svg", outSettings.pictureFile,
-                  "SVG file to draw, 8 pixels per column; '-': standard output")
+                  "Write an SVG file, 8 pixels per column; '-' for standard output")
       ->type_name("FILE");
   AddTimelineOptions(outCommand, outSettings);
 }
@@ -299,7 +297,7 @@ void AddNoteOptions(CLI::App& outCommand, Settings& outSettings) {
           ->type_name("N");
   outCommand
       .add_option("--octave", outSettings.octave,
-                  "Octave of the A at or below the note; -1 for none")
+                  "Octave of the A that --index counts from; -1 for none")
       ->check(Between(-1, 10))
       ->type_name("N")
       ->needs(index);
@@ -346,8 +344,8 @@ void AddCommand(CLI::App& outApp, const Command& inCommand, Settings& outSetting
   inCommand.addOptions(outApp, outSettings);
 }
 
-/// Each command is parsed by a parser of its own, because the parser of a subcommand ends at "--"
-/// when each argument has a value.
+/// Each command has a parser of its own, because CLI11 leaves a subcommand at "--" when all its
+/// arguments have values.
 int RunCommand(std::vector<std::string> inArguments) {
   Settings settings;
   const std::string name = inArguments.empty() ? "" : inArguments.front();

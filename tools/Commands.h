@@ -42,7 +42,7 @@ struct Settings {
   bool isFlatOnly = false;
 
   /// \return the timeline at the frame rate that a rate name, or else the option, selects.
-  /// \exception InputError when the two differ, and for a format that the frame rate does not have.
+  /// \exception InputError when the two differ, or the frame rate does not support the format.
   Timeline GetTimeline(const FormatChoice& inChoice) const;
 };
 

@@ -108,19 +108,19 @@ void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat
                   const std::string& inText) {
   auto& numbers = ioTyped.numbers;
   const auto& fields = inNotation.fields;
-  const bool isMusical = inNotation.IsMusical();
-  const bool hasFraction = numbers.back().separator == '.' && !isMusical;
+  const bool hasBars = inNotation.HasBars();
+  const bool hasFraction = numbers.back().separator == '.' && !hasBars;
   const std::size_t count = numbers.size() - (hasFraction ? 1 : 0);
   const std::size_t fieldCount = fields.size() - (fields.back().unit == kUnit_Fraction ? 1 : 0);
   if (count > fieldCount) {
     throw InputError(Quote(inText) + " has " + std::to_string(count) + " numbers; " +
                      GetName(inFormat) + " takes at most " + std::to_string(fieldCount));
   }
-  const std::size_t omitted = isMusical ? 0 : fieldCount - count;
+  const std::size_t omitted = hasBars ? 0 : fieldCount - count;
   for (std::size_t place = 0; place < numbers.size(); ++place) {
     TypedNumber& number = numbers[place];
     const std::string digits(number.digits);
-    number.isBehindPoint = number.separator == '.' || (isMusical && place == 2);
+    number.isBehindPoint = number.separator == '.' || (hasBars && place == 2);
     number.field = number.isBehindPoint ? fieldCount - 1 : omitted + place;
     if (place > 0 && numbers[place - 1].separator == '.')
       RefusePart(digits, inText, "; nothing follows a fraction");
@@ -215,7 +215,7 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   }
   const auto parsed = static_cast<double>(ParseText(inTimeline, inFormat, text));
   const double distance = std::fabs(parsed - static_cast<double>(ioConversion.position));
-  // Rounding shifts a position by less than two units. Six digits leave milliseconds half a one.
+  // Rounding moves a position by less than two units, six digits by at most half a millisecond.
   const double unit = GetNotation(inTimeline, inFormat).samplesInUnit;
   if (distance > std::max(2.0 * unit, inTimeline.sampleRate * 0.001) + 1.0) {
     throw InputError("position " + std::to_string(ioConversion.position) + " is out of range for " +

@@ -1,8 +1,8 @@
 /// \file
 /// Conversions between positions and texts.
 ///
-/// The library parses leniently and answers every input. The checked conversions refuse a value
-/// that does not hold, and note what the user should know about it.
+/// The library parses leniently and has a result for every input. The checked conversions refuse
+/// input that would overflow or be ignored, and note surprising results.
 #pragma once
 
 #include "DisplayFormats.h"
@@ -33,7 +33,7 @@ std::string FormatPosition(const Timeline& inTimeline, utility::TimecodeFormat i
                            std::int64_t inPosition);
 
 /// Formats a position and adds to its notes.
-/// \exception InputError when the library parses the text as a distant position.
+/// \exception InputError when the text parses back to a position beyond rounding distance.
 void FormatChecked(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                    Conversion& ioConversion);
 

@@ -59,6 +59,7 @@ class TextSource {
   std::size_t fLine = 0;
 };
 
+/// Prints the first note of each kind.
 void PrintNotes(const std::vector<Note>& inNotes, std::set<NoteKind>& ioPrinted) {
   for (const Note& note : inNotes) {
     if (ioPrinted.insert(note.kind).second) Complain("note: " + note.text);

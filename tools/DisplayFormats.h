@@ -12,7 +12,7 @@
 
 namespace mezzo::tool {
 
-/// Everything that a conversion depends on besides the position.
+/// Everything that a conversion depends on besides the position and the format.
 struct Timeline {
   std::int32_t sampleRate = 48000;
   std::int32_t framesPerSecond = 30;
@@ -93,7 +93,7 @@ bool IsPulledDown(utility::TimecodeFormat inFormat);
 /// \return a few words; empty when it can be used.
 std::string ExplainUnavailable(const Timeline& inTimeline, utility::TimecodeFormat inFormat);
 
-/// \exception InputError when the format cannot be used; it says which frame rates have it.
+/// \exception InputError when the format cannot be used; the message says why.
 void RequireAvailable(const Timeline& inTimeline, utility::TimecodeFormat inFormat);
 
 }  // namespace mezzo::tool

@@ -11,7 +11,7 @@ namespace mezzo::tool {
 
 namespace {
 
-/// Escapes control characters and bytes that are not UTF-8. An escaped text stays as it is.
+/// Escapes control characters and bytes that are not UTF-8. Escaping twice changes nothing more.
 std::string Escape(std::string_view inText) {
   using Decoder = boost::locale::utf::utf_traits<char>;
   constexpr char32_t kDelete = 0x7F;

@@ -46,8 +46,8 @@ struct Notation {
   double samplesInUnit;  ///< samples per unit of the last field; approximate for drop-frame labels
   bool keepsSign = false;  ///< the library itself parses a minus sign
 
-  /// Only bars and beats omit their last fields; elsewhere, omitted fields are the leading ones.
-  bool IsMusical() const { return fields.front().unit == kUnit_Bars; }
+  /// Bars and beats omit their last fields; every other notation omits its leading fields.
+  bool HasBars() const { return fields.front().unit == kUnit_Bars; }
 };
 
 Notation GetNotation(const Timeline& inTimeline, utility::TimecodeFormat inFormat);

@@ -74,7 +74,7 @@ int ListHandlers(const Settings& inSettings) {
 int FindHandler(const Settings& inSettings) {
   const plinth::UTF16String text = FromUTF8(inSettings.argument);
   plinth::UTF16String name;
-  // Only a translated identifier gives a name; any other text may be a name.
+  // The library translates identifiers only. Any other text may be a name.
   if (!utility::TranslateToHumanReadableMediaHandler(text, name)) name = text;
   for (const Handler& handler : GetHandlers()) {
     if (handler.name != ToUTF8(name)) continue;

@@ -38,9 +38,9 @@ std::string GetCaption(const Timeline& inTimeline, utility::TimecodeFormat inFor
   const Notation notation = GetNotation(inTimeline, inFormat);
   std::ostringstream caption;
   caption << GetName(inFormat) << ", " << inTimeline.sampleRate << " Hz";
-  if (notation.IsMusical())
+  if (notation.HasBars())
     caption << ", " << inTimeline.beats.iBeatsPerBar << "/" << inTimeline.beats.iBeatUnit;
-  if (notation.IsMusical() || inFormat == utility::kTimecodeFormat_Beats)
+  if (notation.HasBars() || inFormat == utility::kTimecodeFormat_Beats)
     caption << ", " << inTimeline.beats.dTempo << " quarter notes per minute";
   if (notation.fields.back().unit == kUnit_Frames) {
     caption.precision(kDigitsOfRate);

@@ -19,7 +19,7 @@ PlacedTick Place(const Tick& inTick, const RulerScale& inScale, const Grid& inGr
   return {inTick, static_cast<int>(std::lround(x))};
 }
 
-/// The box that a label needs. At the ends of the ruler it gives way.
+/// The box of a label. It shifts inward at the ends of the ruler.
 LabelBox GetBox(const PlacedTick& inTick, const Grid& inGrid) {
   const std::size_t length =
       std::max(GetDrawnLabel(inTick.tick).size(), std::to_string(inTick.tick.position).size());

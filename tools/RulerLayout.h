@@ -36,9 +36,9 @@ std::string GetDrawnLabel(const Tick& inTick);
 
 /// Lays out a ruler.
 ///
-/// It labels the finest step whose labels all have room. If that leaves a single label, it labels
-/// the next finer step as far as there is room. It draws the finest step that divides the labelled
-/// one. Labels beside a gap come before all others.
+/// It labels the finest step whose labels all have room. If that step has fewer than two labels, it
+/// labels a finer one where there is room. It draws the finest step that divides the labelled one
+/// and keeps the ticks apart. Labels beside a gap come before all others.
 /// \return the ticks in rising order, one for each position.
 std::vector<PlacedTick> LayOut(const RulerScale& inScale, const Grid& inGrid);
 

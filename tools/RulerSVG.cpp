@@ -32,7 +32,7 @@ constexpr Ink kQuiet{"quiet", "#60666d"};
 constexpr Ink kTick{"tick", "#9aa1a9"};
 constexpr Ink kGap{"gap", "#b3470b"};
 
-constexpr char kBackground[] = R"(  <style>
+constexpr char kStyleAndBackground[] = R"(  <style>
     @media (prefers-color-scheme: dark) {
       rect { fill: #16191d; }
       text.label { fill: #e8eaed; }
@@ -51,8 +51,8 @@ void DrawPath(std::ostream& outPicture, const Ink& inInk, const std::string& inP
              << "\" fill=\"none\" d=\"" << inPath << "\"/>\n";
 }
 
-void DrawText(std::ostream& outPicture, const Ink& inInk, int inSize, const LabelBox& inBox,
-              int inLine, const std::string& inText) {
+void AddText(std::ostream& outPicture, const Ink& inInk, int inSize, const LabelBox& inBox,
+             int inLine, const std::string& inText) {
   static constexpr std::array<const char*, 3> kAnchors{"start", "middle", "end"};
   const int x = kMargin + inBox.left + inBox.width * inBox.alignment / 2;
   outPicture << "  <text class=\"" << inInk.name << "\" fill=\"" << inInk.light << "\" x=\"" << x
@@ -64,8 +64,8 @@ void DrawText(std::ostream& outPicture, const Ink& inInk, int inSize, const Labe
 int DrawLines(std::ostream& outPicture, int inTop, const std::vector<std::string>& inLines) {
   int height = 0;
   for (const std::string& line : inLines) {
-    DrawText(outPicture, kQuiet, 12, {0, 0, kAlignment_Left}, inTop + height + kLineHeight - 4,
-             line);
+    AddText(outPicture, kQuiet, 12, {0, 0, kAlignment_Left}, inTop + height + kLineHeight - 4,
+            line);
     height += kLineHeight;
   }
   return height;
@@ -84,15 +84,15 @@ std::string DrawSVG(const RulerScale& inScale, const std::string& inCaption, int
   for (const PlacedTick& tick : ticks) {
     const bool isAtGap = tick.tick.alignment != kAlignment_Centre;
     const Ink& ink = isAtGap ? kGap : tick.box ? kLabel : kTick;
-    // A line one pixel wide is sharp in the middle of the pixels.
+    // A line one pixel wide is sharp when it is centred on a pixel.
     DrawPath(content, ink,
              "M" + std::to_string(kMargin + tick.x + kCharacter / 2) + ".5 " +
                  std::to_string(top + (tick.box ? kLabelledTickTop : kTickTop)) + "V" +
                  std::to_string(top + kAxis));
     if (!tick.box) continue;
-    DrawText(content, ink, 13, *tick.box, top + kLabelLine, GetDrawnLabel(tick.tick));
-    DrawText(content, kQuiet, 12, *tick.box, top + kPositionLine,
-             std::to_string(tick.tick.position));
+    AddText(content, ink, 13, *tick.box, top + kLabelLine, GetDrawnLabel(tick.tick));
+    AddText(content, kQuiet, 12, *tick.box, top + kPositionLine,
+            std::to_string(tick.tick.position));
   }
   const int bottom = top + kScaleHeight;
   const int height =
@@ -102,7 +102,7 @@ std::string DrawSVG(const RulerScale& inScale, const std::string& inCaption, int
   picture << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << width << " " << height
           << "\" width=\"" << width << "\" height=\"" << height << "\" role=\"img\">\n  <title>"
           << inCaption << "</title>\n"
-          << kBackground
+          << kStyleAndBackground
           << "  <g font-family=\"ui-monospace, 'SF Mono', Menlo, Consolas, 'DejaVu Sans Mono', "
              "monospace\">\n"
           << content.str() << "  </g>\n</svg>\n";

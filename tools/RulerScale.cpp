@@ -32,7 +32,7 @@ bool IsPowerOfTwo(std::int64_t inNumber) {
   return (inNumber & (inNumber - 1)) == 0;
 }
 
-/// The remainder of a division toward negative infinity.
+/// The remainder of a division that rounds toward negative infinity.
 std::int64_t GetModulo(std::int64_t inValue, std::int64_t inDivisor) {
   return (inValue % inDivisor + inDivisor) % inDivisor;
 }
@@ -83,7 +83,7 @@ std::vector<std::int64_t> RulerScale::GetSteps() const {
     unit *= field->radix;
   }
   const auto counts =
-      fNotation.IsMusical() ? GetRoundNumbers({1}, 2) : GetRoundNumbers({1, 2, 5}, 10);
+      fNotation.HasBars() ? GetRoundNumbers({1}, 2) : GetRoundNumbers({1, 2, 5}, 10);
   for (const std::int64_t count : counts) {
     if (count <= kLongestStep / unit) steps.push_back(unit * count);
   }
@@ -113,7 +113,7 @@ std::vector<Tick> RulerScale::GetGapTicks(std::int64_t inStep) const {
   const std::int64_t minute = 60 * std::int64_t{fTimeline.framesPerSecond};
   if (!HasDropFrameLabels(fFormat) || inStep >= minute) return ticks;
   for (const std::int64_t units : GetMultiples(minute)) {
-    // A minute that drops its first labels parses them as the same position.
+    // All labels that a minute drops parse as the same position.
     const std::int64_t away = units < 0 ? -1 : 1;
     if (units == 0 || GetPosition(units) != GetPosition(units + away)) continue;
     const auto [before, after] = std::minmax({GetPosition(units - away), GetPosition(units)});

@@ -1,7 +1,7 @@
 /// \file
 /// The scale of a time ruler: the positions and labels of its ticks.
 ///
-/// The library parses round texts of the format into the positions of the ticks, and formats these
+/// The library parses round values of the format into the positions of the ticks, and formats these
 /// positions as the labels. A ruler therefore shows both directions of the library.
 #pragma once
 

@@ -6,7 +6,7 @@ const find = selector => document.querySelector(selector);
 const fields = find('form').elements;
 const ruler = find('#ruler');
 const settings = ['rate', 'fps', 'tempo', 'meter', 'ticks', 'offset_ms'];
-// The first format of a shape that the tool can read is taken.
+// Of a shape's formats, the first that parses the text is taken.
 const shapes = [
   [/;/, ['smpte-drop']],
   [/:.*:.*:/, ['smpte']],
@@ -49,7 +49,7 @@ function readTyped() {
 // Once moved by keys or on the ruler, the position is a sample, and the field shows its text in the
 // format in which the position was typed.
 function readMoved() {
-  const [position, format] = [fields.moved_to.value, fields.moved_in.value];
+  const [position, format] = [fields.moved_to.value, fields.moved_format.value];
   const shown = show('samples', position, format);
   if (shown.error) return shown;
   const name = formatNamed(format);
@@ -113,13 +113,13 @@ function followAddress() {
   update();
 }
 
-// Moves to where a text of any format stands.
+// Moves to the position of a text in any format.
 function move(format, text) {
   const moved = run('parse', format, ...options(format), '--', text);
   find('#error').textContent = moved.error;
   if (moved.error) return;
   fields.moved_to.value = moved.text;
-  fields.moved_in.value = answer.taken;
+  fields.moved_format.value = answer.taken;
   update();
 }
 
@@ -169,8 +169,8 @@ function listen() {
     types.split(' ').forEach(type => target.addEventListener(type, listener, options));
   on(find('form'), 'submit', event => event.preventDefault());
   on(find('form'), 'input', ({target}) => {
-    if (target.name === 'fps') {  // the name of a rate would say otherwise
-      for (const field of [fields.format, fields.moved_in]) field.value = formatNamed(field.value);
+    if (target.name === 'fps') {  // the name of a rate would override it
+      for (const field of [fields.format, fields.moved_format]) field.value = formatNamed(field.value);
     }
     if (/text|format/.test(target.name)) fields.moved_to.value = '';
     update();

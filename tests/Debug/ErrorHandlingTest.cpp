@@ -28,7 +28,7 @@ TEST(Assertion, BreaksIntoADebuggerWhenAsked) {
   if (child == 0) {
     if (ptrace(PT_TRACE_ME, 0, nullptr, 0) != 0) _exit(2);
     test::RecordedReports reports;
-    Contradict();  // nobody asks for a break
+    Contradict();  // no break is requested
     reports.answersBreak = true;
     Contradict();
     _exit(0);

@@ -1,5 +1,5 @@
-// The module is registered before the activation signal comes into being and leaves after it is
-// gone. Nothing here links to the library: what happens at its load has to be watched from before.
+// The module registers before the activation signal is built and unregisters after it is destroyed.
+// The test does not link to the library, because it observes the load from its beginning.
 
 #include "../support/Heap.h"
 #include <Utility/AppRunningState.h>

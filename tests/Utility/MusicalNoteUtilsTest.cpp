@@ -1,4 +1,4 @@
-// Names of notes in the user's language. English ones, and the notes of frequencies, stand in the
+// Names of notes in the user's language. English names and the notes of frequencies are in the
 // vectors.
 
 #include "../support/Text.h"
@@ -18,10 +18,10 @@ TEST(NoteString, ShowsTranslatedLettersAsGiven) {
   localizer.InstallTranslation("$$$/mezzo/MusicalNotes/A", u"Là");
   plinth::UTF16String translated, english;
   GetNoteString(translated, 11, 3, false);
-  EXPECT_EQ(test::Shown(translated), "Sol\\u266f/L\\u00e0\\u266d4");
+  EXPECT_EQ(test::Show(translated), "Sol\\u266f/L\\u00e0\\u266d4");
   localizer.RemoveTranslations();
   GetNoteString(english, 0, 3, false);
-  EXPECT_EQ(test::Shown(english), "A3");
+  EXPECT_EQ(test::Show(english), "A3");
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// With which options the library calls the host's parser. The stand-in ignores them, so this
-// program has a parser of its own, which the library finds before the stand-in's.
+// The options that the library passes to the host's parser. The stand-in ignores them, so this
+// program defines a parser of its own, which the library finds first.
 
 #include <Utility/TimeConversionUtils.h>
 

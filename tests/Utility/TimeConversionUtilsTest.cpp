@@ -1,5 +1,5 @@
-// Properties of the conversions over all of a day, and of the parts that they are made of. Worked
-// results stand in the vectors.
+// Properties of the conversions over a whole day, and of their parts. Worked results are in the
+// vectors.
 
 #include "../../Utility/private/TextCursor.h"
 #include "../support/ExportedCalls.h"
@@ -20,8 +20,8 @@ namespace mezzo::utility {
 namespace {
 
 using plinth::UTF16String;
-using test::Shown;
-using test::Wide;
+using test::Show;
+using test::Widen;
 
 TEST(SMPTE, EveryLabelOfADayReadsBackAsItself) {
   const auto check = [](std::int32_t inRate, std::int32_t inFPS, bool inIsPulledDown,
@@ -35,7 +35,7 @@ TEST(SMPTE, EveryLabelOfADayReadsBackAsItself) {
       ConvertSamplesToTimecode(text, samples, inRate, inFPS, inIsDropFrame,
                                inIsPulledDown && !inIsDropFrame, false, false, false, false, false);
       ConvertTimecodeToSamples(read, text, inRate, inFPS, inIsPulledDown, inIsDropFrame);
-      ASSERT_EQ(read, samples) << Shown(text) << ' ' << inRate << ' ' << inFPS;
+      ASSERT_EQ(read, samples) << Show(text) << ' ' << inRate << ' ' << inFPS;
     }
   };
   for (const std::int32_t rate : {44100, 48000}) {
@@ -46,9 +46,9 @@ TEST(SMPTE, EveryLabelOfADayReadsBackAsItself) {
     check(rate, 30, true, true), check(rate, 60, true, true);
 }
 
-TEST(SMPTE, EveryFrameOfADayIsInverseToItsDropFrameLabel) {
+TEST(SMPTE, EveryFrameOfADayHasItsDropFrameLabel) {
   for (const std::int32_t fps : {30, 60}) {
-    // The label counted up one by one, with the dropped ones left out.
+    // The label, counted up one by one without the dropped ones.
     std::uint32_t h = 0, m = 0, s = 0, f = 0;
     const auto base = static_cast<std::uint32_t>(fps);
     for (std::int64_t frame = 0; h < 24; ++frame) {
@@ -64,7 +64,8 @@ TEST(SMPTE, EveryFrameOfADayIsInverseToItsDropFrameLabel) {
 
 TEST(FloatingPointEnvironment, DoesNotChangeWhatIsCountedInIntegers) {
   for (std::uint64_t seed = 0; seed < 20000; ++seed) {
-    const std::int64_t samples = test::DrawnArguments(seed).Integer(64) % 15876000000;  // 100 hours
+    const std::int64_t samples =
+        test::DrawnArguments(seed).GetInteger(64) % 15876000000;  // 100 hours
     for (const int format : {1, 2, 3, 4, 8, 10}) {
       std::string expected;
       for (const int mode : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
@@ -75,13 +76,14 @@ TEST(FloatingPointEnvironment, DoesNotChangeWhatIsCountedInIntegers) {
         ConvertSamplesToTimecode(text, samples, 44100, display, 30, nullptr, false);
         ConvertTimecodeToSamples(read, text, display, 44100, 30, nullptr, false);
         std::fesetround(FE_TONEAREST);
-        const std::string actual = Shown(text) + ' ' + std::to_string(read);
+        const std::string actual = Show(text) + ' ' + std::to_string(read);
         if (mode == FE_TONEAREST) expected = actual;
         ASSERT_EQ(actual, expected) << format << ' ' << samples;
       }
     }
   }
 }
+
 TEST(TextCursor, ReadsAsTheHostsParserAndTheCLibraryDo) {
   // 1 + 2^-53 lies halfway between 1 and its successor.
   const std::string zeros(2000, '0'),
@@ -118,7 +120,7 @@ TEST(TextCursor, ReadsAsTheHostsParserAndTheCLibraryDo) {
                            halfway.c_str(),
                            above.c_str(),
                            one.c_str()}) {
-    const UTF16String wide = Wide(text);
+    const UTF16String wide = Widen(text);
     char* end = nullptr;
     const double number = std::strtod(text, &end);
     int integer = 0;

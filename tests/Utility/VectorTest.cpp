@@ -1,5 +1,5 @@
-// Calls with their results, one a line: in data/ those of an independent computation in exact
-// arithmetic, in data/hand/ those worked out by hand. The first line of a file names the fields.
+// Calls and results, one per line: computed independently in exact arithmetic in data/, by hand in
+// data/hand/. The first line of a file names the fields.
 
 #include "../support/ExportedCalls.h"
 #include "../support/Heap.h"
@@ -24,11 +24,11 @@ class FieldArguments : public Arguments {
  public:
   explicit FieldArguments(const Fields& inFields) : fField(inFields.begin()) {}
 
-  std::int64_t Integer(int, const Usual&) override {
+  std::int64_t GetInteger(int, const Usual&) override {
     return std::strtoll((*fField++).c_str(), nullptr, 10);
   }
-  double Double(const Usual&) override { return std::strtod((*fField++).c_str(), nullptr); }
-  UTF16String Text(const Usual&) override { return Unquoted(*fField++); }
+  double GetDouble(const Usual&) override { return std::strtod((*fField++).c_str(), nullptr); }
+  UTF16String GetText(const Usual&) override { return Unquote(*fField++); }
 
  private:
   Fields::const_iterator fField;
@@ -47,6 +47,7 @@ class VectorTest : public testing::TestWithParam<ExportedCall> {};
 
 TEST_P(VectorTest, GivesTheIndependentResults) {
   const std::string& name = GetParam().name;
+  const bool isConversion = name.starts_with("Convert");
   RecordedReports reports;
   int calls = 0;
   for (const char* folder : {"/", "/hand/"}) {
@@ -66,7 +67,7 @@ TEST_P(VectorTest, GivesTheIndependentResults) {
         FieldArguments arguments(fields);
         arguments.oldText = oldText;
         std::uint64_t allocations = 0;
-        Fields actual = GetParam().results(std::move(arguments), [&](const auto& inCall) {
+        Fields actual = GetParam().run(std::move(arguments), [&](const auto& inCall) {
           const auto before = heap::GetAllocationCount();
           inCall();
           allocations = heap::GetAllocationCount() - before;
@@ -74,12 +75,12 @@ TEST_P(VectorTest, GivesTheIndependentResults) {
         const auto taken = reports.Take();
         for (const Report& report : taken) actual.push_back(ReportField(report));
         EXPECT_EQ(actual, expected);
-        const bool hasRoom = oldText != u"keep" && name[0] == 'C' && taken.empty();
+        const bool hasRoom = oldText != u"keep" && isConversion && taken.empty();
         EXPECT_TRUE(!hasRoom || allocations == 0);
       }
     }
   }
-  EXPECT_GE(calls, name[0] == 'C' ? 300 : 1);
+  EXPECT_GE(calls, isConversion ? 300 : 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(, VectorTest, testing::ValuesIn(ExportedCalls()));

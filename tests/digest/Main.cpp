@@ -26,10 +26,10 @@ void PrintDigest(const ExportedCall& inCall, bool inPrint) {
     Fields trace;
     DrawnArguments arguments(seed);
     if (inPrint) arguments.trace = &trace;
-    std::string line = Joined(inCall.Results(std::move(arguments)));
+    std::string line = Join(inCall.Run(std::move(arguments)));
     for (const auto& [condition, message, file, number, function, flag] : reports.Take())
       line += '\t' + condition + '|' + message.substr(0, message.find('\n')) + '|' + function;
-    if (inPrint) std::printf("%s\t=>\t%s\n", Joined(trace).c_str(), line.c_str());
+    if (inPrint) std::printf("%s\t=>\t%s\n", Join(trace).c_str(), line.c_str());
     Hash(hash, line);
   }
   if (!inPrint) std::printf("%-40s %016" PRIx64 "\n", inCall.name.c_str(), hash);

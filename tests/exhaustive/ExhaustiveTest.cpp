@@ -1,5 +1,4 @@
-// Every input of the functions that have 2^32 of them. Minutes, not seconds: run with
-// ctest -L exhaustive.
+// Every input of the functions that have 2^32 inputs. Takes minutes; run with ctest -L exhaustive.
 
 #include "../../Utility/private/DropFrame.h"
 #include <Utility/MusicalNoteUtils.h>
@@ -52,8 +51,8 @@ TEST(EveryFrequency, HasTheNoteOfEqualTemperament) {
     const int note = GetNoteFromFrequency(frequency, &octave);
     if (frequency >= 28160.0f) return octave == 10 && note == 0;
     if (!(frequency >= 13.75f)) return octave == -1 && note == 0;
-    // Semitones above the A of octave -1. The A at the end of an octave counts as its note 12 below
-    // the exact frequency, and close to a boundary single precision decides.
+    // Semitones above the A of octave -1. A frequency just below an A is note 12 of the octave that
+    // ends there. Single precision decides near a boundary.
     const double semitones = 12.0 * std::log2(static_cast<double>(frequency) / 13.75);
     const double distance = semitones - (12 * (octave + 1) + note);
     return note <= 12 && std::fabs(distance) <= 0.5 + 1e-5;

@@ -13,14 +13,14 @@
 
 namespace {
 
-using mezzo::test::Shown;
-using mezzo::test::Wide;
+using mezzo::test::Show;
+using mezzo::test::Widen;
 using plinth::utility::NumericCast;
 
 TEST(UTF16StringStream, FillsTheNextItemUpToItsWidth) {
   plinth::oUTF16StringStream stream;
   stream.width(3);
-  stream << Wide("-") << 7;
+  stream << Widen("-") << 7;
   stream.fill(u'0');
   stream.width(2);
   stream << 5 << 5;
@@ -28,7 +28,7 @@ TEST(UTF16StringStream, FillsTheNextItemUpToItsWidth) {
   stream << -2147483647 - 1;
   stream.width(4);
   stream << 0.5;
-  EXPECT_EQ(Shown((stream << stream.str()).view()), "  -7055-214748364800.5  -7055-214748364800.5");
+  EXPECT_EQ(Show((stream << stream.str()).view()), "  -7055-214748364800.5  -7055-214748364800.5");
 }
 
 TEST(NumericCast, ReportsWhatDoesNotFit) {

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Does what the documents show, in their order: run.sh SOURCE BUILD SCRATCH COMPILER FLAGS
 #
-# A fenced block that names a file is that file. A console block is a transcript: a line behind "$ "
-# is a command, what stands below it is its output.
+# A fenced block that names a file is that file. A console block is a transcript: a line after "$ "
+# is a command; the lines below are its output.
 set -euo pipefail
 source=$1 build=$2 scratch=$3
 documents=("$source"/{README,CONTRIBUTING,docs/concepts}.md)
@@ -33,11 +33,11 @@ while IFS= read -r line; do
   printf '%s\n' "$line"
   bash -c "${line#\$ }" 2>&1 </dev/null || true
 done < <(grep '^\$ ' "$scratch/shown") >"$scratch/seen"
-diff "$scratch/shown" "$scratch/seen" || fail 'another output than shown'
-[ -e host/build/mezzo ] && [ ! -e host/build/mezzo/plinth ] || fail 'the stand-in beside the host'"'"'s'
+diff "$scratch/shown" "$scratch/seen" || fail 'the output differs from the documents'
+[ -e host/build/mezzo ] && [ ! -e host/build/mezzo/plinth ] || fail 'the stand-in was built in the host'
 
-# Every command is explained, in the README and by itself, and refuses what it does not know. The
-# arguments of run are the tool's. Every file that is named is there.
+# The README and --help describe every script, and every script refuses unknown options, except run,
+# which passes its arguments to the tool. Every file that the documents name exists.
 for script in "$source"/scripts/*; do
   [ -x "$script" ] || continue
   name=${script##*/}

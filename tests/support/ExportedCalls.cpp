@@ -28,7 +28,7 @@ using plinth::UTF16String;
 using plinth::utility::Guid;
 using utility::BeatInfo;
 
-std::string Joined(const Fields& inFields) {
+std::string Join(const Fields& inFields) {
   return boost::join(inFields, "\t");
 }
 
@@ -48,21 +48,21 @@ Bits SplitMix64(std::uint64_t inSeed) {
 
 // ----------------------------------------------------------------------------- Drawing arguments
 
-std::int64_t DrawnArguments::Integer(int inBits, const Usual& inUsual) {
+std::int64_t DrawnArguments::GetInteger(int inBits, const Usual& inUsual) {
   const auto draw = [&]() -> std::uint64_t {
-    const std::uint64_t kind = fIsTame ? 2 : Below(8);
+    const std::uint64_t kind = fIsTame ? 2 : DrawBelow(8);
     if (const auto& usual = inUsual.numbers; kind > 1 && !usual.empty()) {
-      return static_cast<std::uint64_t>(static_cast<std::int64_t>(usual[Below(usual.size())]));
+      return static_cast<std::uint64_t>(static_cast<std::int64_t>(usual[DrawBelow(usual.size())]));
     }
-    if (kind == 0) {  // beside zero and both ends
+    if (kind == 0) {  // near zero and both limits
       const std::uint64_t smallest = std::uint64_t{1} << (inBits - 1);
       const std::uint64_t places[] = {0, smallest, smallest - 1};
-      const std::uint64_t place = places[Below(3)];
-      return place + Below(5) - 2;
+      const std::uint64_t place = places[DrawBelow(3)];
+      return place + DrawBelow(5) - 2;
     }
     std::uint64_t magnitude = fBits() >> (65 - inBits + (fIsTame ? 20 : 0));
-    magnitude >>= Below(static_cast<unsigned>(inBits));
-    return Below(2) == 0 ? magnitude : 0 - magnitude;
+    magnitude >>= DrawBelow(static_cast<unsigned>(inBits));
+    return DrawBelow(2) == 0 ? magnitude : 0 - magnitude;
   };
   auto value = static_cast<std::int64_t>(draw());
   if (inBits == 32) value = static_cast<std::int32_t>(value);
@@ -70,20 +70,20 @@ std::int64_t DrawnArguments::Integer(int inBits, const Usual& inUsual) {
   return value;
 }
 
-double DrawnArguments::Double(const Usual& inUsual) {
+double DrawnArguments::GetDouble(const Usual& inUsual) {
   const auto draw = [&] {
-    const std::uint64_t kind = fIsTame ? 4 : Below(8);
+    const std::uint64_t kind = fIsTame ? 4 : DrawBelow(8);
     if (const auto& usual = inUsual.numbers; kind > 3 && !usual.empty())
-      return usual[Below(usual.size())];
+      return usual[DrawBelow(usual.size())];
     if (kind == 0) return __builtin_bit_cast(double, fBits());
     if (kind == 1) {  // zeros, denormals, one, infinities, not a number, each with both signs
       const std::uint64_t specials[] = {0, 1, 0x3ff0000000000000, 0x7ff0000000000000,
                                         0x7ff8000000000000};
-      const std::uint64_t special = specials[Below(5)];
-      return __builtin_bit_cast(double, special | std::uint64_t{Below(2)} << 63);
+      const std::uint64_t special = specials[DrawBelow(5)];
+      return __builtin_bit_cast(double, special | std::uint64_t{DrawBelow(2)} << 63);
     }
     auto numerator = static_cast<std::int64_t>(fBits());
-    numerator >>= (fIsTame ? 10 : 0) + Below(54);
+    numerator >>= (fIsTame ? 10 : 0) + DrawBelow(54);
     return static_cast<double>(numerator) / 1024.0;
   };
   const double value = draw();
@@ -91,38 +91,38 @@ double DrawnArguments::Double(const Usual& inUsual) {
   return value;
 }
 
-UTF16String DrawnArguments::Text(const Usual& inUsual) {
+UTF16String DrawnArguments::GetText(const Usual& inUsual) {
   UTF16String text;
   const auto unit = [this]() -> char16_t {
     static constexpr std::string_view kTyped = "0123456789:;,. -+eE{}\tAbx";
-    if (Below(4) == 0) return static_cast<char16_t>(fBits());
-    return static_cast<unsigned char>(kTyped[Below(kTyped.size())]);
+    if (DrawBelow(4) == 0) return static_cast<char16_t>(fBits());
+    return static_cast<unsigned char>(kTyped[DrawBelow(kTyped.size())]);
   };
   const auto addDigits = [&](std::uint64_t inMost) {
-    for (std::uint64_t left = 1 + Below(inMost); left > 0; --left)
-      text += static_cast<char16_t>(u'0' + Below(10));
+    for (std::uint64_t left = 1 + DrawBelow(inMost); left > 0; --left)
+      text += static_cast<char16_t>(u'0' + DrawBelow(10));
   };
-  const std::uint64_t kind = Below(16);
+  const std::uint64_t kind = DrawBelow(16);
   if (kind == 1) addDigits(400);
   if (kind == 2) {
-    for (std::uint64_t left = Below(40); left > 0; --left) text += unit();
+    for (std::uint64_t left = DrawBelow(40); left > 0; --left) text += unit();
   }
   if (kind > 2) {
-    for (const char typed : inUsual.forms[Below(inUsual.forms.size())]) {
+    for (const char typed : inUsual.forms[DrawBelow(inUsual.forms.size())]) {
       if (typed == '#') {
-        addDigits(Below(8) == 0 ? 12 : 2);
+        addDigits(DrawBelow(8) == 0 ? 12 : 2);
       } else {
         text += static_cast<unsigned char>(typed);
       }
     }
   }
   if (kind > 2 && kind < 7) {  // mistyped: a unit too many, too few, or another
-    const std::size_t place = Below(text.size() + 1);
-    const std::size_t removed = Below(2);
-    const std::size_t added = Below(2);
+    const std::size_t place = DrawBelow(text.size() + 1);
+    const std::size_t removed = DrawBelow(2);
+    const std::size_t added = DrawBelow(2);
     text.replace(place, removed, added, unit());
   }
-  if (trace != nullptr) trace->push_back(Quoted(text));
+  if (trace != nullptr) trace->push_back(Quote(text));
   return text;
 }
 
@@ -134,24 +134,25 @@ namespace {
 struct Draw {
   void operator()(bool& outValue) const {
     static const Usual sBits{{0, 1}};
-    outValue = (from.Integer(32, sBits) & 1) != 0;
+    outValue = (from.GetInteger(32, sBits) & 1) != 0;
   }
   void operator()(std::int64_t& outValue) const {
-    outValue = isOutput ? -7070707070707070707 : from.Integer(64, usual);
+    outValue = isOutput ? -7070707070707070707 : from.GetInteger(64, usual);
   }
-  void operator()(float& outValue) const { outValue = static_cast<float>(from.Double(usual)); }
-  void operator()(double& outValue) const { outValue = from.Double(usual); }
+  void operator()(float& outValue) const { outValue = static_cast<float>(from.GetDouble(usual)); }
+  void operator()(double& outValue) const { outValue = from.GetDouble(usual); }
   void operator()(UTF16String& outValue) const {
-    outValue = isOutput ? from.oldText : from.Text(usual);
+    outValue = isOutput ? from.oldText : from.GetText(usual);
   }
   void operator()(BeatInfo& outValue) const {
     static const Usual sTicks{{-1, -1, 1, 10, 96, 480, 960, 960, 1920}},
         sTempo{{60.0, 120.0, 120.0, 125.5, 87.98329390408782}}, sBar{{1, 2, 3, 4, 4, 5, 6, 7}},
         sUnit{{1, 2, 4, 4, 8, 16}}, sOffset{{0.0, 0.0, 500.0, -1234.5678}};
     const auto draw = [this](const Usual& inEach) {
-      return static_cast<std::int32_t>(from.Integer(32, inEach));
+      return static_cast<std::int32_t>(from.GetInteger(32, inEach));
     };
-    outValue = {draw(sTicks), from.Double(sTempo), draw(sBar), draw(sUnit), from.Double(sOffset)};
+    outValue = {draw(sTicks), from.GetDouble(sTempo), draw(sBar), draw(sUnit),
+                from.GetDouble(sOffset)};
   }
   template <class Pointee>
   void operator()(std::optional<Pointee>& outValue) const {
@@ -166,7 +167,7 @@ struct Draw {
   }
   template <class Number>
   void operator()(Number& outValue) const {
-    outValue = static_cast<Number>(from.Integer(32, usual));
+    outValue = static_cast<Number>(from.GetInteger(32, usual));
   }
 
   Arguments& from;
@@ -175,15 +176,15 @@ struct Draw {
 };
 
 struct ShowField {
-  std::string operator()(const UTF16String& inText) const { return Quoted(inText); }
-  std::string operator()(const Guid& inGuid) const { return Shown(inGuid.AsString()); }
+  std::string operator()(const UTF16String& inText) const { return Quote(inText); }
+  std::string operator()(const Guid& inGuid) const { return Show(inGuid.AsString()); }
   std::string operator()(std::integral auto inNumber) const { return std::to_string(inNumber); }
   std::string operator()(std::optional<int> inNumber) const {
     return inNumber ? std::to_string(*inNumber) : "null";
   }
 };
 
-/// What a call passes for a parameter; behind a pointer there may be nothing.
+/// An argument of a call; a pointer may be null.
 template <class Parameter>
 struct Argument {
   using Bare = std::remove_cvref_t<Parameter>;
@@ -213,7 +214,7 @@ template <class Result, class... Parameters>
 ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
                       const Usual (&inUsual)[sizeof...(Parameters)], bool inIsPure = true) {
   const std::vector<Usual> usual(std::begin(inUsual), std::end(inUsual));
-  const auto results = [=](Arguments&& ioFrom, const Surround& inSurround) {
+  const auto run = [=](Arguments&& ioFrom, const Surround& inSurround) {
     auto next = usual.begin();
     std::tuple<Argument<Parameters>...> arguments;
     std::apply([&](auto&... ioEach) { (ioEach.DrawFrom(ioFrom, *next++), ...); }, arguments);
@@ -231,7 +232,7 @@ ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
     std::apply([&](auto&... inEach) { (inEach.AddTo(fields), ...); }, arguments);
     return fields;
   };
-  return {inName, results, inIsPure};
+  return {inName, run, inIsPure};
 }
 
 /// Chooses among overloads by their first parameters.
@@ -260,9 +261,9 @@ bool InState(std::int32_t inState) {
   return kQuery();
 }
 
-/// Counts deactivations and, in thousands, activations that a slot sees. The next slot throws,
-/// which has to reach whoever fires, and keeps the last one from being called. Slots own their
-/// count: another thread's firing may still call them when their connections are gone.
+/// Counts a slot's activations in thousands and its deactivations in ones. The second slot throws;
+/// the caller must get the exception, and the third slot must not be called. Slots share ownership
+/// of the count, because another thread may still call them after they are disconnected.
 template <class Fire>
 std::int64_t CountActivations(const Fire& inFire) {
   const auto count = std::make_shared<std::atomic<int>>(0);
@@ -309,7 +310,7 @@ Usual IdentifierForms() {
   Usual usual;
   for (int index = 0; index < 19; ++index) {
     const auto id = utility::GetNativeHandlerID(static_cast<utility::NativePluginIndex>(index));
-    const std::string text = Shown(id.AsString()), upper = boost::to_upper_copy(text);
+    const std::string text = Show(id.AsString()), upper = boost::to_upper_copy(text);
     usual.forms.insert(usual.forms.end(),
                        {text, '{' + text + '}', upper, boost::erase_all_copy(upper, "-")});
   }

@@ -34,9 +34,9 @@ class Arguments {
  public:
   virtual ~Arguments() = default;
 
-  virtual std::int64_t Integer(int inBits, const Usual& inUsual = {}) = 0;
-  virtual double Double(const Usual& inUsual = {}) = 0;
-  virtual plinth::UTF16String Text(const Usual& inUsual) = 0;
+  virtual std::int64_t GetInteger(int inBits, const Usual& inUsual = {}) = 0;
+  virtual double GetDouble(const Usual& inUsual = {}) = 0;
+  virtual plinth::UTF16String GetText(const Usual& inUsual) = 0;
 
   /// What a text holds before a call replaces it.
   plinth::UTF16String oldText = u"keep";
@@ -47,14 +47,16 @@ class Arguments {
 class DrawnArguments : public Arguments {
  public:
   explicit DrawnArguments(std::uint64_t inSeed) : DrawnArguments(SplitMix64(inSeed), inSeed) {}
-  /// \param inSeed an even one draws nothing but usual values.
+  /// \param inSeed an even one keeps numbers usual, or at least moderate; texts vary with any.
   DrawnArguments(Bits inBits, std::uint64_t inSeed)
       : fBits(std::move(inBits)), fIsTame(inSeed % 2 == 0) {}
 
-  std::size_t Below(std::uint64_t inBound) { return static_cast<std::size_t>(fBits() % inBound); }
-  std::int64_t Integer(int inBits, const Usual& inUsual = {}) override;
-  double Double(const Usual& inUsual = {}) override;
-  plinth::UTF16String Text(const Usual& inUsual) override;
+  std::size_t DrawBelow(std::uint64_t inBound) {
+    return static_cast<std::size_t>(fBits() % inBound);
+  }
+  std::int64_t GetInteger(int inBits, const Usual& inUsual = {}) override;
+  double GetDouble(const Usual& inUsual = {}) override;
+  plinth::UTF16String GetText(const Usual& inUsual) override;
 
   Fields* trace = nullptr;  ///< receives every argument
 
@@ -63,17 +65,17 @@ class DrawnArguments : public Arguments {
   bool fIsTame;
 };
 
-/// Makes a call, or lets it be.
+/// Makes a call or omits it.
 using Surround = std::function<void(const std::function<void()>& inCall)>;
 
 struct ExportedCall {
-  std::string name;  ///< overloads carry a suffix behind "-"
-  /// Gives the return value, which is zero for a call that does not end, and the outputs.
-  std::function<Fields(Arguments&& ioFrom, const Surround& inSurround)> results;
+  std::string name;  ///< overloads have a suffix after "-"
+  /// \return the outputs after the return value, which is zero for a call that was not completed.
+  std::function<Fields(Arguments&& ioFrom, const Surround& inSurround)> run;
   bool isPure = true;  ///< the results depend on arguments alone, not on what other threads do
 
-  Fields Results(Arguments&& ioFrom) const {
-    return results(std::move(ioFrom), [](const auto& inCall) { inCall(); });
+  Fields Run(Arguments&& ioFrom) const {
+    return run(std::move(ioFrom), [](const auto& inCall) { inCall(); });
   }
   friend void PrintTo(const ExportedCall& inCall, std::ostream* outTo) { *outTo << inCall.name; }
 };
@@ -81,7 +83,7 @@ struct ExportedCall {
 const std::vector<ExportedCall>& ExportedCalls();
 
 /// Results in one line.
-std::string Joined(const Fields& inFields);
+std::string Join(const Fields& inFields);
 
 /// A 64-bit FNV-1a hash of many lines, to be carried on from one to the next.
 void Hash(std::uint64_t& ioHash, const std::string& inLine);

@@ -10,14 +10,14 @@
 namespace mezzo::test {
 
 /// One code unit for each byte.
-inline plinth::UTF16String Wide(std::string_view inText) {
+inline plinth::UTF16String Widen(std::string_view inText) {
   plinth::UTF16String wide;
   for (const char unit : inText) wide += static_cast<unsigned char>(unit);
   return wide;
 }
 
 /// Printable ASCII as it is, `"` and `\` behind a backslash, every other code unit as \uXXXX.
-inline std::string Shown(std::u16string_view inText) {
+inline std::string Show(std::u16string_view inText) {
   std::string shown;
   for (const char16_t unit : inText) {
     if (unit == u'"' || unit == u'\\') shown += '\\';
@@ -33,11 +33,11 @@ inline std::string Shown(std::u16string_view inText) {
 }
 
 /// A text as results show it.
-inline std::string Quoted(std::u16string_view inText) {
-  return '"' + Shown(inText) + '"';
+inline std::string Quote(std::u16string_view inText) {
+  return '"' + Show(inText) + '"';
 }
 
-inline plinth::UTF16String Unquoted(const std::string& inField) {
+inline plinth::UTF16String Unquote(const std::string& inField) {
   plinth::UTF16String text;
   for (std::size_t i = 1; i + 1 < inField.size(); ++i) {
     if (inField[i] == '\\' && inField[++i] == 'u') {

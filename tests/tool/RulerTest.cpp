@@ -20,8 +20,8 @@ constexpr std::pair<std::int64_t, std::int64_t> kIntervals[] = {
     {1, 5},
     {-30000000000, 30000000000}};
 
-// The library truncates decimal beats, writes negative milliseconds a tenth short, and writes
-// milliseconds in exponents from a thousand seconds on.
+/// The library truncates decimal beats, writes negative milliseconds a tenth short, and writes
+/// milliseconds with exponents from 1000 seconds on.
 bool MayBeMarked(TimecodeFormat inFormat, const Timeline& inTimeline, const Tick& inTick) {
   if (inFormat == utility::kTimecodeFormat_BarsAndBeats) return inTimeline.beats.iTicksPerBeat < 0;
   return inFormat == utility::kTimecodeFormat_Milliseconds &&
@@ -51,7 +51,7 @@ void CheckLayout(const RulerScale& inScale, const Grid& inGrid, TimecodeFormat i
 TEST(Ruler, KeepsLabelsApartAndReadsThemBack) {
   Timeline waltz{44100, 60, {100, 90.0, 3, 8, 250.0}};  // a tick is 147 samples
   Timeline decimal{48000, 24, {-1, 120.0, 4, 4, 0.0}, true};
-  Timeline extreme{48000, 1000, {1, 100000.0, 999, 128, 1e9}};  // more beats than 32 bits
+  Timeline extreme{48000, 1000, {1, 100000.0, 999, 128, 1e9}};  // more beats than fit in 32 bits
   for (const Timeline& timeline : {Timeline{}, waltz, decimal, extreme}) {
     for (const DisplayFormat& format : kDisplayFormats) {
       if (!ExplainUnavailable(timeline, format.format).empty()) continue;

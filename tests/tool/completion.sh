@@ -15,7 +15,8 @@ expect() {
 expect 'format formats' mezzo f
 expect 'smpte-drop smpte-drop2' mezzo parse smpte-d
 expect '29.97 29.97df' mezzo convert 25 29
-expect '29.97 29.97df' mezzo convert --rate=44100 29
+expect '29.97 29.97df' mezzo convert --rate = 44100 25 29
+expect 'smpte-drop smpte-drop2' mezzo parse --rate 44100 smpte-d
 expect '' mezzo convert 25 29.97 sm
 expect 'smpte-drop smpte-drop2' mezzo ruler --from 0 --format smpte-d
 expect 'bars-beats' mezzo show --from bar

@@ -2,10 +2,15 @@
 
 _mezzo() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-  local command='' before=0 word words=''
+  local command='' before=0 word last='' words=''
+  local valued='@(--rate|--fps|--tempo|--meter|--ticks|--offset-ms|--field|--delimiter|=)'
   ((COMP_CWORD > 1)) && command=${COMP_WORDS[1]}
-  # Formats stand where no other argument stands before them.
-  for word in "${COMP_WORDS[@]:2:COMP_CWORD-2}"; do [[ $word == -* ]] || ((++before)); done
+  # The number of arguments before this one, without options and their values: parse and format take
+  # a format first, convert takes two.
+  for word in "${COMP_WORDS[@]:2:COMP_CWORD-2}"; do
+    [[ $word == [-=]* || $last == $valued ]] || ((++before))
+    last=$word
+  done
 
   local formats='decimal samples smpte smpte-pulldown smpte-drop beats bars-beats reserved frames
     pulldown-frames compact milliseconds smpte-pulldown2 smpte-drop2 smpte-pulldown3 23.976 23.98 24

@@ -8,9 +8,9 @@ function __mezzo_of
     set -l words (commandline -opc)
     contains -- "$words[2]" $argv
 end
-# The number of arguments behind the command, options left out.
+# Whether the number of arguments after the command, without options, matches.
 function __mezzo_arguments
-    count (commandline -opc)[3..] | string match -q $argv
+    count (string match -v -- '-*' (commandline -opc)[3..]) | string match -q $argv
 end
 complete -c mezzo -f
 complete -c mezzo -n __fish_use_subcommand -a show -d 'Show a position in every format'
@@ -30,8 +30,8 @@ complete -c mezzo -n '__mezzo_of parse format; and __mezzo_arguments 0' -a "$for
 complete -c mezzo -n '__mezzo_of convert; and __mezzo_arguments "[01]"' -a "$formats"
 complete -c mezzo -n '__mezzo_of show' -l from -x -a "$formats" -d 'Format of the position'
 complete -c mezzo -n '__mezzo_of show parse convert' -l lenient -d 'Parse as the library does'
-complete -c mezzo -n '__mezzo_of parse format convert' -l field -x -d 'Column of a table'
-complete -c mezzo -n '__mezzo_of parse format convert' -l delimiter -x -d 'Character that separates columns'
+complete -c mezzo -n '__mezzo_of parse format convert' -l field -x -d 'Convert only this field of each line'
+complete -c mezzo -n '__mezzo_of parse format convert' -l delimiter -x -d 'Character that separates fields'
 complete -c mezzo -n '__mezzo_of parse format convert' -l header -d 'Leave the first line unchanged'
 complete -c mezzo -n '__mezzo_of show parse format convert ruler' -l duration -d 'Convert lengths'
 for option in rate fps tempo meter ticks offset-ms
