@@ -40,6 +40,10 @@ constexpr char kToolNotes[] = R"(Exit status:
   1  Something could not be converted; everything else was.
   2  The arguments cannot be used, or a file cannot be read or written.
 
+Notes:
+  A text may need a note on standard error. Each kind of note is printed once;
+  --json has all of them.
+
 Examples:
   mezzo show 480000
   mezzo convert 29.97df bars-beats "01;00;02;00" --tempo 90
@@ -187,7 +191,8 @@ void AddTimelineOptions(CLI::App& outCommand, Settings& outSettings) {
         static const std::regex sMeter("[1-9][0-9]{0,2}/(1|2|4|8|16|32|64|128)");
         return std::regex_match(inText, sMeter)
                    ? ""
-                   : "must be a meter such as 6/8, not " + Quote(inText);
+                   : "must be a meter such as 6/8 with a power of two at the end, not " +
+                         Quote(inText);
       })
       ->type_name("N/N")
       ->default_str("4/4");
@@ -208,7 +213,7 @@ void AddTimelineOptions(CLI::App& outCommand, Settings& outSettings) {
 
 void AddLenient(CLI::App& outCommand, Settings& outSettings) {
   outCommand.add_flag("--lenient", outSettings.isLenient,
-                      "Parse as the library does: any non-digit separates fields");
+                      "Any non-digit separates fields; a leading minus sign counts");
 }
 
 void AddTextOptions(CLI::App& outCommand, Settings& outSettings, const char* inName) {
@@ -283,13 +288,15 @@ void AddRulerOptions(CLI::App& outCommand, Settings& outSettings) {
   outCommand
       .add_option("--svg", outSettings.pictureFile,
                   "Write an SVG file, 8 pixels per column; '-' for standard output")
+      ->check([](const std::string& inText) { return inText.empty() ? "must not be empty" : ""; })
       ->type_name("FILE");
   AddTimelineOptions(outCommand, outSettings);
 }
 
 void AddNoteOptions(CLI::App& outCommand, Settings& outSettings) {
+  // The library's notes end half a semitone below A-1 and above A10.
   outCommand.add_option("FREQUENCY", outSettings.frequency, "Frequency in hertz; A4 is 440")
-      ->check(Between(0.001, 1e6))
+      ->check(Between(13.36, 28985.0))
       ->type_name("");
   CLI::Option* const index =
       outCommand.add_option("--index", outSettings.noteIndex, "Semitones above A, 0 to 12")

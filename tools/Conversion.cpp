@@ -174,7 +174,14 @@ std::vector<Note> CheckLabel(const TypedText& inTyped, const Timeline& inTimelin
                                               " has the ';' of drop-frame labels, which " +
                                               GetName(inFormat) + " does not have"});
   }
-  if (GetName(inFormat).starts_with("smpte") && numbers.back().separator != '.') {
+  const bool isLabel = GetName(inFormat).starts_with("smpte");
+  const bool hasFraction = numbers.back().separator == '.';
+  if (isLabel && hasFraction && numbers.size() == 4) {
+    notes.push_back(
+        {kNoteKind_Fraction,
+         Quote(inParsed.text) + " has no hours, but a fraction of a frame after the '.'"});
+  }
+  if (isLabel && !hasFraction) {
     const std::string label = FormatPosition(inTimeline, inFormat, inParsed.position);
     const TypedText written = SplitText(label);
     // Every label has four fields. The typed text may omit the leading ones.
@@ -215,9 +222,10 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   }
   const auto parsed = static_cast<double>(ParseText(inTimeline, inFormat, text));
   const double distance = std::fabs(parsed - static_cast<double>(ioConversion.position));
-  // Rounding moves a position by less than two units, six digits by at most half a millisecond.
+  // Rounding moves a position by less than two units. Clock time from ten hours on has hundredths
+  // of a second; six digits of milliseconds are more precise.
   const double unit = GetNotation(inTimeline, inFormat).samplesInUnit;
-  if (distance > std::max(2.0 * unit, inTimeline.sampleRate * 0.001) + 1.0) {
+  if (distance > std::max(2.0 * unit, inTimeline.sampleRate * 0.01) + 1.0) {
     throw InputError("position " + std::to_string(ioConversion.position) + " is out of range for " +
                      GetName(inFormat));
   }

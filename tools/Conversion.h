@@ -14,7 +14,12 @@
 
 namespace mezzo::tool {
 
-enum NoteKind { kNoteKind_Semicolon, kNoteKind_NoSuchLabel, kNoteKind_FewDigits };
+enum NoteKind {
+  kNoteKind_Semicolon,
+  kNoteKind_Fraction,
+  kNoteKind_NoSuchLabel,
+  kNoteKind_FewDigits
+};
 
 struct Note {
   NoteKind kind;

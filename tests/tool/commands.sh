@@ -31,7 +31,7 @@ contain() { # TEXT PART...
 expect 0 $'48000\n-48000\n-800' '' parse smpte 1:00 -00:00:01:00 -- -.5
 expect 0 $'-160000\n128000' '' parse bars-beats -1:4.000 2:1 --tempo 90
 expect 0 $'-1234\n-5' '' parse samples -1234 -- -5
-expect 0 $'   0:10.000\n  -0:00.001' '' format decimal 480000 -73
+expect 0 $'   0:10.000\n  -0:00.001\n10:00:00.00' '' format decimal 480000 -73 1728000479
 expect 0 '3:1.5' '' format bars-beats 150000 --meter 6/8 --ticks 10
 expect 0 '0:1.000' '' format bars-beats 24000 --offset-ms 500 --duration
 expect 0 1920 '' parse 2 1 --fps 30 --fps 25
@@ -77,6 +77,7 @@ expect 0 $'2882880\n2882880' "mezzo: note: there is no label '00;01;00;00'; it s
   parse 4 '00;01;00;00' '00;01;00;01'
 expect 0 $'1600\n3200' "mezzo: note: '0;1' has the ';' of drop-frame labels, which smpte does not have" \
   parse smpte '0;1' '0;2'
+expect 0 19220 '*has no hours, but a fraction of a frame*' parse 25 00:00:10.01
 expect 0 $'3.6e+06\n3.6e+06' '*six digits*' format milliseconds 172800000 172800000
 
 # Every text reads back as the position of its frame or unit, also before sample 0.
@@ -161,7 +162,7 @@ refuse '--rate: *' show 5 --rate 0
 refuse '--tempo: must be from 0.001 to 100000, not *' show 5 --tempo nan
 refuse '--meter: *' show 5 --meter 4/3
 refuse 'give either *' note 440 --index 3
-refuse 'FREQUENCY: must be from 0.001 to 1000000, not *' note -- -5
+refuse 'FREQUENCY: must be from 13.36 to 28985, not *' note 8.18
 refuse '*ruvowav*' handler ruvowav
 refuse "no digit in 'x'" ruler --from x --to 5
 refuse "'' is not a position*" ruler --from 0 --to @
