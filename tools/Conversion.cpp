@@ -162,8 +162,9 @@ std::string JoinNumbers(const TypedText& inTyped) {
 }
 
 /// Notes what the library passes over in a text that it parsed as a position.
-std::vector<Note> CheckLabel(const TypedText& inTyped, const Timeline& inTimeline,
-                             TimecodeFormat inFormat, const Conversion& inParsed) {
+std::vector<Note> CheckLabel(const TypedText& inTyped, const Notation& inNotation,
+                             const Timeline& inTimeline, TimecodeFormat inFormat,
+                             const Conversion& inParsed) {
   std::vector<Note> notes;
   const auto& numbers = inTyped.numbers;
   const bool hasSemicolon =
@@ -181,17 +182,25 @@ std::vector<Note> CheckLabel(const TypedText& inTyped, const Timeline& inTimelin
         {kNoteKind_Fraction,
          Quote(inParsed.text) + " has no hours, but a fraction of a frame after the '.'"});
   }
-  if (isLabel && !hasFraction) {
+  const bool hasTicks = inNotation.HasBars() && inTimeline.beats.iTicksPerBeat > 0;
+  if (hasTicks || (isLabel && !hasFraction)) {
     const std::string label = FormatPosition(inTimeline, inFormat, inParsed.position);
     const TypedText written = SplitText(label);
-    // Every label has four fields. The typed text may omit the leading ones.
-    const bool isSame = std::equal(numbers.rbegin(), numbers.rend(), written.numbers.rbegin(),
-                                   [](const TypedNumber& inLeft, const TypedNumber& inRight) {
-                                     return inLeft.GetValue() == inRight.GetValue();
-                                   });
+    // The label has all fields. The typed text may omit the leading ones, or the last ones of bars.
+    const auto isSameNumber = [](const TypedNumber& inLeft, const TypedNumber& inRight) {
+      return inLeft.GetValue() == inRight.GetValue();
+    };
+    const bool isSame = (inParsed.position == 0 || inTyped.isNegative == written.isNegative) &&
+                        (hasTicks ? std::equal(numbers.begin(), numbers.end(),
+                                               written.numbers.begin(), isSameNumber)
+                                  : std::equal(numbers.rbegin(), numbers.rend(),
+                                               written.numbers.rbegin(), isSameNumber));
     if (!isSame) {
-      notes.push_back({kNoteKind_NoSuchLabel, "there is no label " + Quote(inParsed.text) +
-                                                  "; it stands for " + Quote(label)});
+      const std::string text = Quote(inParsed.text);
+      notes.push_back(
+          {kNoteKind_NoSuchLabel, (hasTicks ? text + " reads back as "
+                                            : "there is no label " + text + "; it stands for ") +
+                                      Quote(label)});
     }
   }
   return notes;
@@ -261,7 +270,7 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
   constexpr std::int64_t kFarthest = std::numeric_limits<std::int64_t>::max();
   if (position == kFarthest || position <= -kFarthest) RefuseOutOfRange(inText);
   Conversion conversion{position, inText, {}};
-  conversion.notes = CheckLabel(typed, inTimeline, inFormat, conversion);
+  conversion.notes = CheckLabel(typed, notation, inTimeline, inFormat, conversion);
   return conversion;
 }
 
