@@ -213,7 +213,7 @@ void AddTimelineOptions(CLI::App& outCommand, Settings& outSettings) {
 
 void AddLenient(CLI::App& outCommand, Settings& outSettings) {
   outCommand.add_flag("--lenient", outSettings.isLenient,
-                      "Any non-digit separates fields; a leading minus sign counts");
+                      "Parse any text as the library does; a leading minus sign counts");
 }
 
 void AddTextOptions(CLI::App& outCommand, Settings& outSettings, const char* inName) {

@@ -183,18 +183,18 @@ std::vector<Note> CheckLabel(const TypedText& inTyped, const Notation& inNotatio
          Quote(inParsed.text) + " has no hours, but a fraction of a frame after the '.'"});
   }
   const bool hasTicks = inNotation.HasBars() && inTimeline.beats.iTicksPerBeat > 0;
+  if (hasTicks && numbers.size() == 2 && numbers.back().isBehindPoint) {
+    notes.push_back(
+        {kNoteKind_Fraction, Quote(inParsed.text) + " has no beat, but ticks after the '.'"});
+  }
   if (hasTicks || (isLabel && !hasFraction)) {
     const std::string label = FormatPosition(inTimeline, inFormat, inParsed.position);
     const TypedText written = SplitText(label);
-    // The label has all fields. The typed text may omit the leading ones, or the last ones of bars.
-    const auto isSameNumber = [](const TypedNumber& inLeft, const TypedNumber& inRight) {
-      return inLeft.GetValue() == inRight.GetValue();
-    };
-    const bool isSame = (inParsed.position == 0 || inTyped.isNegative == written.isNegative) &&
-                        (hasTicks ? std::equal(numbers.begin(), numbers.end(),
-                                               written.numbers.begin(), isSameNumber)
-                                  : std::equal(numbers.rbegin(), numbers.rend(),
-                                               written.numbers.rbegin(), isSameNumber));
+    const bool isSame =
+        (inParsed.position == 0 || inTyped.isNegative == written.isNegative) &&
+        std::all_of(numbers.begin(), numbers.end(), [&written](const TypedNumber& inNumber) {
+          return inNumber.GetValue() == written.numbers.at(inNumber.field).GetValue();
+        });
     if (!isSame) {
       const std::string text = Quote(inParsed.text);
       notes.push_back(

@@ -78,6 +78,7 @@ expect 0 $'2882880\n2882880' "mezzo: note: there is no label '00;01;00;00'; it s
 expect 0 $'1600\n3200' "mezzo: note: '0;1' has the ';' of drop-frame labels, which smpte does not have" \
   parse smpte '0;1' '0;2'
 expect 0 $'96000\n24000' "*'1:5' reads back as '2:1.000'*" parse bars-beats 1:5 1:2
+expect 0 96050 "*'2.2' has no beat, but ticks after the '.'" parse bars-beats 2.2
 expect 0 24000 "*'-0:1' reads back as '0:1.000'*" parse bars-beats --duration -0:1
 expect 0 19220 '*has no hours, but a fraction of a frame*' parse 25 00:00:10.01
 expect 0 $'3.6e+06\n3.6e+06' '*six digits*' format milliseconds 172800000 172800000
