@@ -16,6 +16,7 @@
 #include <regex>
 #include <sstream>
 #include <system_error>
+#include <type_traits>
 
 namespace mezzo::tool {
 namespace {
@@ -63,9 +64,8 @@ Examples:
 
 constexpr char kParseNotes[] = R"(JSON:
   [{"item", "samples", "text", "notes"}, ...]
-  "item" is the number of the line or argument, "text" the parsed text. "notes"
-  is present only if there are notes. What cannot be converted is
-  {"item", "text", "error"}.
+  "item" is the number of the input, "text" the parsed text. "notes" is present
+  only if there are notes. What cannot be converted is {"item", "text", "error"}.
 
 Examples:
   mezzo parse smpte 01:02:03:04
@@ -101,7 +101,7 @@ Labels and positions:
   label that it parses as another position.
 
 JSON:
-  {"format", "from", "to",
+  {"format", "from", "to", "notes",
    "ticks": [{"position", "text", "labelled", "reads_back"}, ...]}
 
 Examples:
@@ -114,7 +114,7 @@ constexpr char kNoteNotes[] = R"(JSON:
 
 Examples:
   mezzo note 440
-  mezzo note --index 3 --octave 4 --flat)";
+  mezzo note --index 4 --octave 4 --flat)";
 
 constexpr char kListHandlersNotes[] = R"(JSON:
   [{"index", "name", "identifier"}, ...]
@@ -139,21 +139,21 @@ CLI::Validator Between(Value inLowest, Value inHighest) {
       return std::string();
     std::ostringstream complaint;
     complaint.precision(10);  // without an exponent
-    complaint << "must be from " << inLowest << " to " << inHighest << ", not " << Quote(inText);
+    complaint << "must be " << (std::is_integral_v<Value> ? "a whole number " : "") << "from "
+              << inLowest << " to " << inHighest << ", not " << Quote(inText);
     return complaint.str();
   };
   return CLI::Validator(check, "");
 }
 
-/// Explains a rate with a decimal point, which is not nominal.
+/// Explains a rate that is typed as the name of one, such as "29.97", which is not nominal.
 std::string CheckNominalRate(const std::string& inText) {
-  for (const RateName& rate : kRateNames) {
-    if (rate.name != inText || rate.format != utility::kTimecodeFormat_SMPTEPulldown) continue;
-    const bool hasLabels = rate.framesPerSecond == 30 || rate.framesPerSecond == 60;
-    return inText + " is " + std::to_string(rate.framesPerSecond) + " with smpte-pulldown" +
-           (hasLabels ? " or smpte-drop" : "");
-  }
-  return "";
+  const RateName* const rate = FindNearestRate(inText);
+  const bool isWholeNumber = inText.find_first_not_of("0123456789") == std::string::npos;
+  if (rate == nullptr || isWholeNumber) return "";
+  const bool hasBoth = rate->name == "29.97" || rate->name == "59.94";
+  return inText + " is " + std::to_string(rate->framesPerSecond) + " with " +
+         GetName(rate->format) + (hasBoth ? " or smpte-drop" : "");
 }
 
 CLI::Option* AddFormat(CLI::App& outCommand, const char* inName, FormatChoice& outFormat,
@@ -351,6 +351,33 @@ void AddCommand(CLI::App& outApp, const Command& inCommand, Settings& outSetting
   inCommand.addOptions(outApp, outSettings);
 }
 
+/// CLI11 looks for missing options before it looks at unknown ones, which are often the cause.
+std::string ExplainError(const CLI::App& inApp, const CLI::ParseError& inError) {
+  const std::string message = inError.what();
+  if (inError.get_name() == "ArgumentMismatch")
+    return message.substr(0, message.find(':')) + " needs a value";
+  for (const std::string& argument : inApp.remaining()) {
+    if (argument == "--") continue;
+    if (!argument.starts_with('-')) return "unexpected argument " + Quote(argument);
+    if (!argument.starts_with("--"))
+      return "unknown option " + Quote(argument) + "; put '--' before texts that begin with '-'";
+    std::vector<std::string> names;
+    for (const CLI::Option* option : inApp.get_options()) names.push_back(option->get_name());
+    return "unknown option " + Quote(argument) +
+           SuggestWord(argument, names, inApp.get_name() + " --help");
+  }
+  return message;
+}
+
+std::string ExplainUnknownCommand(const std::string& inName) {
+  if (inName.empty()) return "no command; see 'mezzo --help'";
+  if (inName.starts_with('-'))
+    return "unknown option " + Quote(inName) + "; options follow the command";
+  std::vector<std::string> names;
+  for (const Command& command : kCommands) names.emplace_back(command.name);
+  return "unknown command " + Quote(inName) + SuggestWord(inName, names, "mezzo --help");
+}
+
 /// Each command has a parser of its own, because CLI11 leaves a subcommand at "--" when all its
 /// arguments have values.
 int RunCommand(std::vector<std::string> inArguments) {
@@ -388,11 +415,9 @@ int RunCommand(std::vector<std::string> inArguments) {
   } catch (const CLI::Success& helpOrVersion) {
     return app.exit(helpOrVersion);
   } catch (const CLI::ParseError& error) {
-    if (isCommand) throw InputError(error.what());
+    throw InputError(isCommand ? ExplainError(app, error) : ExplainUnknownCommand(name));
   }
-  if (isCommand) return command->run(settings);
-  throw InputError((name.empty() ? "no command" : "unknown command " + Quote(name)) +
-                   "; 'mezzo --help' lists the commands");
+  return command->run(settings);
 }
 
 // -------------------------------------------------------------------------------- Library reports

@@ -187,7 +187,13 @@ std::vector<Note> CheckLabel(const TypedText& inTyped, const Notation& inNotatio
     notes.push_back(
         {kNoteKind_Fraction, Quote(inParsed.text) + " has no beat, but ticks after the '.'"});
   }
-  if (hasTicks || (isLabel && !hasFraction)) {
+  // A leading field may exceed its radix: "90:00" is an hour and a half.
+  const bool overflows =
+      std::any_of(numbers.begin() + 1, numbers.end(), [&inNotation](const TypedNumber& inNumber) {
+        return !inNumber.isBehindPoint &&
+               inNumber.GetValue() >= inNotation.fields[inNumber.field].radix;
+      });
+  if (overflows || hasTicks || (isLabel && !hasFraction)) {
     const std::string label = FormatPosition(inTimeline, inFormat, inParsed.position);
     const TypedText written = SplitText(label);
     const bool isSame =
@@ -198,15 +204,25 @@ std::vector<Note> CheckLabel(const TypedText& inTyped, const Notation& inNotatio
     if (!isSame) {
       const std::string text = Quote(inParsed.text);
       notes.push_back(
-          {kNoteKind_NoSuchLabel, (hasTicks ? text + " reads back as "
-                                            : "there is no label " + text + "; it stands for ") +
-                                      Quote(label)});
+          {kNoteKind_NoSuchLabel,
+           (isLabel ? "there is no label " + text + "; it stands for " : text + " reads back as ") +
+               Quote(boost::trim_left_copy(label))});
     }
   }
   return notes;
 }
 
 }  // namespace
+
+void PrintNotes(const std::vector<Note>& inNotes, std::set<NoteKind>& ioPrinted) {
+  for (const Note& note : inNotes) {
+    if (ioPrinted.insert(note.kind).second) Complain("note: " + note.text);
+  }
+}
+
+void AddNotes(JSON& outObject, const std::vector<Note>& inNotes) {
+  for (const Note& note : inNotes) outObject["notes"].push_back(note.text);
+}
 
 std::string FormatPosition(const Timeline& inTimeline, TimecodeFormat inFormat,
                            std::int64_t inPosition) {

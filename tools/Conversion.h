@@ -6,8 +6,10 @@
 #pragma once
 
 #include "DisplayFormats.h"
+#include "JSONOutput.h"
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +33,12 @@ struct Conversion {
   std::string text;
   std::vector<Note> notes;
 };
+
+/// Prints the first note of each kind to standard error.
+void PrintNotes(const std::vector<Note>& inNotes, std::set<NoteKind>& ioPrinted);
+
+/// Adds the member "notes", if there are any.
+void AddNotes(JSON& outObject, const std::vector<Note>& inNotes);
 
 /// Formats a position. The library writes frame counts without a sign; here they have one.
 /// \return the text; empty when the format has no conversion.

@@ -24,6 +24,9 @@ class TextSource {
   }
 
   bool GetNext(std::string& outText) {
+    ++fNumber;
+    fMark.clear();
+    fReturn.clear();
     for (; fArgument < fArguments.size(); ++fArgument, fLine = 0) {
       if (fArguments[fArgument] != "-") {
         outText = fArguments[fArgument++];
@@ -34,10 +37,15 @@ class TextSource {
     return false;
   }
 
-  std::size_t GetNumber() const { return fLine > 0 ? fLine : fArgument; }
+  /// \return the number of the text among all arguments and lines.
+  std::size_t GetNumber() const { return fNumber; }
+
   std::string GetPlace() const {
-    return (fLine > 0 ? "line " : "argument ") + std::to_string(GetNumber());
+    return fLine > 0 ? "line " + std::to_string(fLine) : "argument " + std::to_string(fArgument);
   }
+
+  /// \return the text with the byte order mark and the carriage return of its line.
+  std::string Restore(const std::string& inText) const { return fMark + inText + fReturn; }
 
  private:
   bool ReadLine(std::string& outLine) {
@@ -48,27 +56,19 @@ class TextSource {
       throw InputError("cannot read standard input: " + std::generic_category().message(errno));
     }
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    if (++fLine == 1 && outLine.starts_with(kByteOrderMark))
-      outLine.erase(0, kByteOrderMark.size());
-    if (outLine.ends_with('\r')) outLine.pop_back();
+    if (++fLine == 1 && outLine.starts_with(kByteOrderMark)) fMark = kByteOrderMark;
+    if (outLine.ends_with('\r')) fReturn = '\r';
+    outLine = outLine.substr(fMark.size(), outLine.size() - fMark.size() - fReturn.size());
     return true;
   }
 
   std::vector<std::string> fArguments;
+  std::size_t fNumber = 0;
   std::size_t fArgument = 0;
   std::size_t fLine = 0;
+  std::string fMark;
+  std::string fReturn;
 };
-
-/// Prints the first note of each kind.
-void PrintNotes(const std::vector<Note>& inNotes, std::set<NoteKind>& ioPrinted) {
-  for (const Note& note : inNotes) {
-    if (ioPrinted.insert(note.kind).second) Complain("note: " + note.text);
-  }
-}
-
-void AddNotes(JSON& outEntry, const std::vector<Note>& inNotes) {
-  for (const Note& note : inNotes) outEntry["notes"].push_back(note.text);
-}
 
 Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const Timeline& inTo,
                        const std::string& inText) {
@@ -97,6 +97,7 @@ JSON ToJSON(const Timeline& inTimeline) {
 struct ListedFormat {
   JSON json;
   std::string shown;
+  std::vector<Note> notes;
 
   ListedFormat(const Timeline& inTimeline, const DisplayFormat& inFormat, std::int64_t inPosition)
       : json{{"number", static_cast<int>(inFormat.format)}, {"name", inFormat.name}} {
@@ -106,7 +107,8 @@ struct ListedFormat {
         Conversion conversion{inPosition, "", {}};
         FormatChecked(inTimeline, inFormat.format, conversion);
         json["text"] = conversion.text;
-        AddNotes(json, conversion.notes);
+        notes = conversion.notes;
+        AddNotes(json, notes);
         shown = '"' + conversion.text + '"';
         return;
       }
@@ -149,7 +151,9 @@ int Show(const Settings& inSettings) {
   for (const DisplayFormat& format : kDisplayFormats) {
     const ListedFormat listed(timeline, format, parsed.position);
     result["formats"].push_back(listed.json);
-    if (!inSettings.isJSON) PrintNumberAndName(format) << listed.shown << '\n';
+    if (inSettings.isJSON) continue;
+    PrintNotes(listed.notes, printed);
+    PrintNumberAndName(format) << listed.shown << '\n';
   }
   if (inSettings.isJSON) std::cout << FormatJSON(result) << '\n';
   return kExitStatus_Success;
@@ -166,7 +170,8 @@ int Convert(const Settings& inSettings) {
   int status = kExitStatus_Success;
   const char* separator = "[\n";
   std::string text;
-  if (inSettings.hasHeader && source.GetNext(text) && !inSettings.isJSON) std::cout << text << '\n';
+  if (inSettings.hasHeader && source.GetNext(text) && !inSettings.isJSON)
+    std::cout << source.Restore(text) << '\n';
   while (source.GetNext(text)) {
     std::string output = inSettings.field > 0 ? text : "";
     JSON entry;
@@ -191,7 +196,7 @@ int Convert(const Settings& inSettings) {
       std::cout << separator << FormatJSON(entry, -1);
       separator = ",\n";
     } else {
-      std::cout << output << '\n';
+      std::cout << (inSettings.field > 0 ? source.Restore(output) : output) << '\n';
     }
   }
   if (inSettings.isJSON) std::cout << (*separator == '[' ? "[]\n" : "\n]\n");

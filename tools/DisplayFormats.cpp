@@ -4,47 +4,13 @@
 
 #include <boost/algorithm/string/case_conv.hpp>
 
-#include <algorithm>
-#include <numeric>
+#include <cmath>
+#include <cstdlib>
 #include <vector>
 
 namespace mezzo::tool {
 
 using namespace utility;
-
-namespace {
-
-/// The number of characters to insert, remove or replace to turn one word into the other.
-std::size_t GetEditDistance(std::string_view inFrom, std::string_view inTo) {
-  std::vector<std::size_t> distances(inTo.size() + 1);
-  std::iota(distances.begin(), distances.end(), std::size_t{0});
-  for (const char character : inFrom) {
-    std::size_t diagonal = distances[0]++;
-    for (std::size_t place = 0; place < inTo.size(); ++place) {
-      const std::size_t replaced = diagonal + (character == inTo[place] ? 0 : 1);
-      diagonal = distances[place + 1];
-      distances[place + 1] = std::min({replaced, diagonal + 1, distances[place] + 1});
-    }
-  }
-  return distances.back();
-}
-
-/// The format or rate name with the most similar spelling; empty when none is similar.
-std::string FindSimilarName(std::string_view inName) {
-  std::string_view similar;
-  std::size_t least = 2;
-  const auto consider = [&](std::string_view inCandidate) {
-    const std::size_t distance = GetEditDistance(inName, inCandidate);
-    if (distance > least || distance == inCandidate.size()) return;
-    least = distance;
-    similar = inCandidate;
-  };
-  for (const DisplayFormat& format : kDisplayFormats) consider(format.name);
-  for (const RateName& rate : kRateNames) consider(rate.name);
-  return std::string(similar);
-}
-
-}  // namespace
 
 FormatChoice FindFormat(const std::string& inName) {
   const std::string name = boost::to_lower_copy(inName);
@@ -54,10 +20,27 @@ FormatChoice FindFormat(const std::string& inName) {
   for (const RateName& rate : kRateNames) {
     if (rate.name == name) return {rate.format, rate.framesPerSecond};
   }
-  const std::string similar = FindSimilarName(name);
+  std::vector<std::string> names;
+  for (const DisplayFormat& format : kDisplayFormats) names.emplace_back(format.name);
+  const RateName* const nearest = FindNearestRate(name);
+  if (nearest != nullptr) names = {std::string(nearest->name)};
   throw InputError("unknown format " + Quote(inName) +
-                   (similar.empty() ? "; 'mezzo formats' lists the formats"
-                                    : "; did you mean '" + similar + "'?"));
+                   SuggestWord(nearest != nullptr ? names.front() : name, names, "mezzo formats"));
+}
+
+const RateName* FindNearestRate(const std::string& inText) {
+  constexpr double kFarthest = 0.1;
+  const double typed = std::strtod(inText.c_str(), nullptr);
+  const bool isDropFrame = inText.ends_with("df") && !inText.ends_with("ndf");
+  const RateName* nearest = nullptr;
+  double least = kFarthest;
+  for (const RateName& rate : kRateNames) {
+    const double distance = std::fabs(GetFrameRate(rate.framesPerSecond, rate.format) - typed);
+    if (HasDropFrameLabels(rate.format) != isDropFrame || !(distance < least)) continue;
+    least = distance;
+    nearest = &rate;
+  }
+  return nearest;
 }
 
 std::string GetName(TimecodeFormat inFormat) {
@@ -68,10 +51,12 @@ bool HasDropFrameLabels(TimecodeFormat inFormat) {
   return inFormat == kTimecodeFormat_SMPTEDropFrame || inFormat == kTimecodeFormat_SMPTEDropFrame2;
 }
 
-bool IsPulledDown(TimecodeFormat inFormat) {
-  return HasDropFrameLabels(inFormat) || inFormat == kTimecodeFormat_SMPTEPulldown ||
-         inFormat == kTimecodeFormat_SMPTEPulldown2 || inFormat == kTimecodeFormat_SMPTEPulldown3 ||
-         inFormat == kTimecodeFormat_PulldownFrames;
+double GetFrameRate(std::int32_t inNominalRate, TimecodeFormat inFormat) {
+  const bool isPulledDown =
+      HasDropFrameLabels(inFormat) || inFormat == kTimecodeFormat_SMPTEPulldown ||
+      inFormat == kTimecodeFormat_SMPTEPulldown2 || inFormat == kTimecodeFormat_SMPTEPulldown3 ||
+      inFormat == kTimecodeFormat_PulldownFrames;
+  return inNominalRate / (isPulledDown ? 1.001 : 1.0);
 }
 
 std::string ExplainUnavailable(const Timeline& inTimeline, TimecodeFormat inFormat) {

@@ -84,10 +84,16 @@ struct FormatChoice {
 /// \exception InputError when there is none; it suggests a name with similar spelling.
 FormatChoice FindFormat(const std::string& inName);
 
+/// Finds the rate name that a text such as "23.97", "24fps" or "30df" stands for.
+/// \return null when no rate is near.
+const RateName* FindNearestRate(const std::string& inText);
+
 std::string GetName(utility::TimecodeFormat inFormat);
 
 bool HasDropFrameLabels(utility::TimecodeFormat inFormat);
-bool IsPulledDown(utility::TimecodeFormat inFormat);
+
+/// \return frames per second of real time.
+double GetFrameRate(std::int32_t inNominalRate, utility::TimecodeFormat inFormat);
 
 /// Explains why a format cannot be used at the timeline's frame rate.
 /// \return a few words; empty when it can be used.

@@ -1,11 +1,13 @@
 #include "Messages.h"
 
+#include <boost/algorithm/string/case_conv.hpp>
 #include <boost/locale/utf.hpp>
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
 #include <iostream>
+#include <numeric>
 
 namespace mezzo::tool {
 
@@ -35,6 +37,21 @@ std::string Escape(std::string_view inText) {
   return escaped;
 }
 
+/// The number of characters to insert, remove or replace to turn one word into the other.
+std::size_t GetEditDistance(std::string_view inFrom, std::string_view inTo) {
+  std::vector<std::size_t> distances(inTo.size() + 1);
+  std::iota(distances.begin(), distances.end(), std::size_t{0});
+  for (const char character : inFrom) {
+    std::size_t diagonal = distances[0]++;
+    for (std::size_t place = 0; place < inTo.size(); ++place) {
+      const std::size_t replaced = diagonal + (character == inTo[place] ? 0 : 1);
+      diagonal = distances[place + 1];
+      distances[place + 1] = std::min({replaced, diagonal + 1, distances[place] + 1});
+    }
+  }
+  return distances.back();
+}
+
 }  // namespace
 
 std::string Quote(std::string_view inText) {
@@ -46,6 +63,22 @@ std::string Quote(std::string_view inText) {
   });
   return "'" + Escape(inText.substr(0, static_cast<std::size_t>(end - inText.begin()))) +
          (end == inText.end() ? "'" : "...'");
+}
+
+std::string SuggestWord(const std::string& inUnknown, const std::vector<std::string>& inKnown,
+                        const std::string& inListingCommand) {
+  const std::string unknown = boost::to_lower_copy(inUnknown);
+  std::string similar;
+  std::size_t least = 3;
+  for (const std::string& known : inKnown) {
+    const std::string lower = boost::to_lower_copy(known);
+    const bool isPart = unknown.size() > 1 && ("-" + lower).find("-" + unknown) != lower.npos;
+    const std::size_t distance = isPart ? 0 : GetEditDistance(unknown, lower);
+    if (distance >= std::min(least, lower.size())) continue;
+    least = distance;
+    similar = known;
+  }
+  return similar.empty() ? "; see '" + inListingCommand + "'" : "; did you mean '" + similar + "'?";
 }
 
 void Complain(std::string_view inMessage) {

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace mezzo::tool {
 
@@ -24,6 +25,11 @@ class InputError : public std::runtime_error {
 /// Puts a text in quotes for a message. Control characters and bytes that are not UTF-8 are
 /// escaped, and the text is cut after 80 characters.
 std::string Quote(std::string_view inText);
+
+/// Ends a message about an unknown word: suggests the known word that begins with it, or a word of
+/// similar spelling, or else the command that lists all known words.
+std::string SuggestWord(const std::string& inUnknown, const std::vector<std::string>& inKnown,
+                        const std::string& inListingCommand);
 
 /// Writes a message to standard error as one line.
 void Complain(std::string_view inMessage);

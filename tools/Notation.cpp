@@ -43,7 +43,7 @@ Notation GetNotation(const Timeline& inTimeline, TimecodeFormat inFormat) {
   const Field seconds{kUnit_Seconds, 60, ':'};
   const Field thousandths{kUnit_Fraction, 1000, '.'};
   const double rate = inTimeline.sampleRate;
-  const double frame = rate / inTimeline.framesPerSecond * (IsPulledDown(inFormat) ? 1.001 : 1.0);
+  const double frame = rate / GetFrameRate(inTimeline.framesPerSecond, inFormat);
   const double quarterNote = rate * 60.0 / beats.dTempo;
   switch (inFormat) {
     case kTimecodeFormat_Decimal:

@@ -76,7 +76,9 @@ int FindHandler(const Settings& inSettings) {
   plinth::UTF16String name;
   // The library translates identifiers only. Any other text may be a name.
   if (!utility::TranslateToHumanReadableMediaHandler(text, name)) name = text;
+  std::vector<std::string> names;
   for (const Handler& handler : GetHandlers()) {
+    names.push_back(handler.name);
     if (handler.name != ToUTF8(name)) continue;
     if (inSettings.isJSON) {
       std::cout << FormatJSON(ToJSON(handler)) << '\n';
@@ -86,7 +88,8 @@ int FindHandler(const Settings& inSettings) {
     return kExitStatus_Success;
   }
   throw InputError("no native media handler has the name or identifier " +
-                   Quote(inSettings.argument));
+                   Quote(inSettings.argument) +
+                   SuggestWord(inSettings.argument, names, "mezzo handlers"));
 }
 
 }  // namespace mezzo::tool

@@ -44,8 +44,7 @@ std::string GetCaption(const Timeline& inTimeline, utility::TimecodeFormat inFor
     caption << ", " << inTimeline.beats.dTempo << " quarter notes per minute";
   if (notation.fields.back().unit == kUnit_Frames) {
     caption.precision(kDigitsOfRate);
-    caption << ", " << inTimeline.framesPerSecond / (IsPulledDown(inFormat) ? 1.001 : 1.0)
-            << " fps";
+    caption << ", " << GetFrameRate(inTimeline.framesPerSecond, inFormat) << " fps";
   }
   caption << ", samples " << inScale.GetFrom() << " to " << inScale.GetTo();
   return caption.str();
@@ -53,10 +52,9 @@ std::string GetCaption(const Timeline& inTimeline, utility::TimecodeFormat inFor
 
 JSON ToJSON(utility::TimecodeFormat inFormat, const RulerScale& inScale,
             const std::vector<PlacedTick>& inTicks) {
-  JSON ruler{{"format", GetName(inFormat)},
-             {"from", inScale.GetFrom()},
-             {"to", inScale.GetTo()},
-             {"ticks", JSON::array()}};
+  JSON ruler{{"format", GetName(inFormat)}, {"from", inScale.GetFrom()}, {"to", inScale.GetTo()}};
+  AddNotes(ruler, inScale.GetNotes());
+  ruler["ticks"] = JSON::array();
   for (const PlacedTick& placed : inTicks) {
     ruler["ticks"].push_back({{"position", placed.tick.position},
                               {"text", placed.tick.label},
@@ -84,6 +82,8 @@ int DrawRuler(const Settings& inSettings) {
   const utility::TimecodeFormat format = inSettings.to.format;
   const Timeline timeline = inSettings.GetTimeline(inSettings.to);
   const RulerScale scale(timeline, format, inSettings.begin, inSettings.end);
+  std::set<NoteKind> printed;
+  PrintNotes(scale.GetNotes(), printed);
   const std::string caption = GetCaption(timeline, format, scale);
   const int columns = inSettings.width.value_or(GetTerminalColumns());
   if (inSettings.isJSON) {

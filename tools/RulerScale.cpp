@@ -1,6 +1,5 @@
 #include "RulerScale.h"
 
-#include "Conversion.h"
 #include "Messages.h"
 
 #include <boost/iterator/counting_iterator.hpp>
@@ -157,16 +156,17 @@ Tick RulerScale::MakeTick(std::int64_t inPosition) const {
   return {inPosition, label, ParseText(fTimeline, fFormat, label) == inPosition};
 }
 
-std::int64_t RulerScale::ParseEnd(const std::string& inText) const {
-  const std::int64_t position = inText.starts_with('@')
-                                    ? ParsePosition(inText.substr(1))
-                                    : ParseChecked(fTimeline, fFormat, inText).position;
+std::int64_t RulerScale::ParseEnd(const std::string& inText) {
+  const Conversion end = inText.starts_with('@')
+                             ? Conversion{ParsePosition(inText.substr(1)), inText, {}}
+                             : ParseChecked(fTimeline, fFormat, inText);
+  fNotes.insert(fNotes.end(), end.notes.begin(), end.notes.end());
   const std::int64_t farthest = kFarthestHours * 3600 * fTimeline.sampleRate;
-  if (position < -farthest || position > farthest) {
+  if (end.position < -farthest || end.position > farthest) {
     throw InputError(Quote(inText) + " is more than " + std::to_string(kFarthestHours) +
                      " hours from sample 0");
   }
-  return position;
+  return end.position;
 }
 
 }  // namespace mezzo::tool

@@ -5,6 +5,7 @@
 /// positions as the labels. A ruler therefore shows both directions of the library.
 #pragma once
 
+#include "Conversion.h"
 #include "Notation.h"
 
 #include <cstdint>
@@ -39,6 +40,9 @@ class RulerScale {
   std::int64_t GetFrom() const { return fFrom; }
   std::int64_t GetTo() const { return fTo; }
 
+  /// \return the notes on the texts of both ends.
+  const std::vector<Note>& GetNotes() const { return fNotes; }
+
   /// \return the round distances between ticks, in units of the last field, rising.
   std::vector<std::int64_t> GetSteps() const;
 
@@ -59,11 +63,12 @@ class RulerScale {
   std::vector<std::int64_t> GetMultiples(std::int64_t inStep) const;
   std::int64_t GetPosition(std::int64_t inUnits) const;
   Tick MakeTick(std::int64_t inPosition) const;
-  std::int64_t ParseEnd(const std::string& inText) const;
+  std::int64_t ParseEnd(const std::string& inText);
 
   Timeline fTimeline;
   utility::TimecodeFormat fFormat;
   Notation fNotation;
+  std::vector<Note> fNotes;
   std::int64_t fFrom;
   std::int64_t fTo;
 };

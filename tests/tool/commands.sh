@@ -80,6 +80,7 @@ expect 0 $'1600\n3200' "mezzo: note: '0;1' has the ';' of drop-frame labels, whi
 expect 0 $'96000\n24000' "*'1:5' reads back as '2:1.000'*" parse bars-beats 1:5 1:2
 expect 0 96050 "*'2.2' has no beat, but ticks after the '.'" parse bars-beats 2.2
 expect 0 24000 "*'-0:1' reads back as '0:1.000'*" parse bars-beats --duration -0:1
+expect 0 $'5760000\n259200000' "*: '1:60' reads back as '2:00.000'" parse decimal 1:60 90:00
 expect 0 19220 '*has no hours, but a fraction of a frame*' parse 25 00:00:10.01
 expect 0 $'3.6e+06\n3.6e+06' '*six digits*' format milliseconds 172800000 172800000
 
@@ -109,7 +110,8 @@ piped=$(printf '%s\n' '00;00;10;00' '00;01;00;02' | "$mezzo" parse smpte-drop | 
 # Tables
 expect 1 $'name,at\n"a, b","1:1.000",x\nc' "*line 3: no field 2 in 'c'" \
   convert smpte bars-beats --field 2 --header <<<$'name,at\n"a, b","00:00:00:00",x\nc'
-expect 0 $'a\t48000' '' parse smpte --field 2 --delimiter tab <<<$'a\t1:00'
+expect 0 $'\xef\xbb\xbfa\tb\r\na\t48000\r' '' parse smpte --field 2 --delimiter tab --header \
+  <<<$'\xef\xbb\xbfa\tb\r\na\t1:00\r'
 expect 0 '"00;00;00;00";"00;00;00;29"' '' convert 25 29.97df --field 2 --delimiter ';' \
   <<<'"00;00;00;00";1:00'
 
@@ -131,7 +133,7 @@ expect 0 ' 0  decimal          "   0:10.000"
 14  smpte-pulldown3  "00:00:09:24"' '' show 480000 --fps 25
 contain "$("$mezzo" show --from 29.97DF '00;01;00;00' --json 2>/dev/null)" '"position": 2882880' \
   '"notes": [' 'there is no label' '"text": "00;01;00;02"'
-contain "$("$mezzo" show 9223372036854775807)" 'smpte            (out of range)'
+contain "$("$mezzo" show 9223372036854775807 2>&1)" 'smpte            (out of range)' 'six digits'
 
 # Notes and handlers
 expect 0 'A4  (index 0, octave 4)' '' note 440
@@ -146,32 +148,38 @@ done
 
 # Bad arguments
 refuse "no command*"
-refuse "unknown command 'x'*" x
 for line in show parse format 'convert 25' 'ruler --from 0' 'ruler --to 1' handler; do
   read -ra words <<<"$line" && refuse '* is required' "${words[@]}"
 done
 refuse '*64 bits' show 9223372036854775808
-refuse "unknown format '15'; did you mean*" parse 15 5
-refuse "unknown format 'barsbeat'; did you mean 'bars-beats'?" parse barsbeat 5
-refuse "unknown format '29.98'; did you mean '29.97'?" parse 29.98 5
-refuse "unknown format 'drop'; 'mezzo formats' lists the formats" parse drop 5
+for pair in barsbeat=bars-beats bars=bars-beats drop=smpte-drop 29.98=29.97 23.97=23.976 \
+  30ndf=30 30df=29.97df 60df=59.94df 24fps=24; do
+  refuse "unknown format '${pair%=*}'; did you mean '${pair#*=}'?" parse "${pair%=*}" 5
+done
+refuse "unknown format '15'; see 'mezzo formats'" parse 15 5
+refuse "unknown command 'shwo'; did you mean 'show'?" shwo 5
+refuse "unknown option '--rate'; options follow the command" --rate 48000 show 5
+refuse "unknown option '--fron'; did you mean '--from'?" ruler --fron 0 --to 5
+refuse "unknown option '-.5'; put '--' *" parse smpte -.5
+refuse "unexpected argument '7'" show 5 7 8
+refuse '--fps needs a value' show 5 --fps
 refuse '*no conversion' format reserved 5
 refuse '*30 and 60 have drop-frame labels' format smpte-drop 5 --fps 25
 refuse '*30 frames per second, but --fps selects 25' format 29.97df 5 --fps 25
 refuse '--fps: 29.97 is 30 with smpte-pulldown or smpte-drop' show 5 --fps 29.97
 refuse '--delimiter: *' parse 2 --field 1 --delimiter ab
 refuse '--delimiter requires --field' parse 2 --delimiter tab
-refuse '--rate: *' show 5 --rate 0
+refuse "--fps: 29.97df is 30 with smpte-drop" show 5 --fps 29.97df
+refuse "--rate: must be a whole number from 1 to 10000000, not '44.1'" show 5 --rate 44.1
 refuse '--tempo: must be from 0.001 to 100000, not *' show 5 --tempo nan
 refuse '--meter: *' show 5 --meter 4/3
 refuse 'give either *' note 440 --index 3
 refuse 'FREQUENCY: must be from 13.36 to 28985, not *' note 8.18
-refuse '*ruvowav*' handler ruvowav
+refuse "*'ruvowav'; did you mean 'RuvoWav'?" handler ruvowav
 refuse "no digit in 'x'" ruler --from x --to 5
 refuse "'' is not a position*" ruler --from 0 --to @
 refuse "*more than 250 hours*" ruler --from 0 --to 999:0:0:0
 refuse 'empty interval: *' ruler --from 5 --to 5
-refuse '--width: *' ruler --from 0 --to 5 --width 0
 refuse '--width: *' ruler --from 0 --to 5 --width 2001
 refuse '*cannot write*' ruler --from 0 --to 5 --svg /dev/full
 refuse 'give either *' ruler --from 0 --to 5 --svg x --json
@@ -198,8 +206,8 @@ done <<'END'
 999900            1e+06*     1.0001e+06*|--width 40 --from 999900 --to 1000100 --format milliseconds
  0      50    100    150    200    250   300|--width 44 --from -5 --to 300 --format samples
 END
-contain "$("$mezzo" ruler --format 6 --from 1:1 --to 2:1 --meter 6/8 --tempo 90)" \
-  'bars-beats, 48000 Hz, 6/8, 90 quarter notes per minute, samples 0 to 96000'
+contain "$("$mezzo" ruler --format 6 --from 1:1 --to 1:7 --meter 6/8 --tempo 90 2>&1)" \
+  "note: '1:7' reads back as '2:1.000'" 'bars-beats, 48000 Hz, 6/8, 90 quarter notes per minute, samples 0 to 96000'
 ascii=$(LC_ALL=C "$mezzo" ruler --from 0 --to 1:00)
 [[ $ascii == *"|---"*"'"* && ! $ascii == *[^[:ascii:]]* ]] || fail "ruler in ASCII: $ascii"
 # No ruler leaves its width, and none is wider or narrower than asked for.
