@@ -1,5 +1,5 @@
 /// \file
-/// Error-handling switch: lets the host turn error handling off.
+/// Error-handling switch: a debug setting of the host that its modules query.
 #pragma once
 
 #include <Module/Export.h>
@@ -7,7 +7,8 @@
 /// Debugging aids.
 namespace mezzo::debug {
 
-/// Tells whether error handling is switched off.
+/// Tells whether error handling is switched off. A query only: the library's own reports do not
+/// depend on the switch.
 ///
 /// The switch is the entry "mezzo.debug.DisableErrorHandling" of the host's debug database. Its
 /// value is cached until the database's generation changes. With an unchanged database a call takes

@@ -1,5 +1,5 @@
 /// \file
-/// Export macro: marks the functions that the shared library exports; everything else is hidden.
+/// Export macro of the library.
 #pragma once
 
 /// Exports a declaration from the library, which is built with hidden visibility.

@@ -13,8 +13,9 @@
 
 namespace mezzo::utility {
 
-/// Tells whether the application is initialised and not yet terminating.
-/// \return true in states 1 to 4; false in all others, also unknown ones.
+/// Tells whether the application is initialised and not yet terminating. The answer becomes false
+/// again when termination begins.
+/// \return true in states 1 to 4; false in all others, including unknown ones.
 MEZZO_EXPORT bool IsInitialized();
 
 /// Tells whether the event loop is running.

@@ -2,9 +2,9 @@
 /// Musical notes: their names, and the note nearest to a frequency, in equal temperament with A4 at
 /// 440 Hz.
 ///
-/// A note index is the pitch class in semitones above A, 0 to 12; 12 is the A one octave above 0.
-/// The octave is that of the A at or below the note. The octave number in a name changes at C, as
-/// in scientific pitch notation: note index 3 in octave 3 is C4.
+/// A note index counts semitones above A, 0 to 12; 12 is the next A. Octaves are counted from A:
+/// the octave of a note is that of the A at or below it. Only in names does the octave number
+/// change at C, as in scientific pitch notation: note index 3 in octave 3 is C4.
 #pragma once
 
 #include <Module/Export.h>
@@ -39,8 +39,8 @@ MEZZO_EXPORT bool SupportsSharpSymbol();
 
 /// Finds the note nearest to a frequency.
 ///
-/// Adjacent notes meet 50 cents from each; the frequency exactly between them belongs to the upper
-/// note. All arithmetic is IEEE 754 single precision. No state, no allocation.
+/// The boundary between two adjacent notes is 50 cents from each. A frequency exactly on it belongs
+/// to the upper note. All arithmetic is IEEE 754 single precision. No state, no allocation.
 ///
 /// \param inFrequency frequency in hertz. Frequencies below about 14.15 Hz, zero, negative numbers
 ///     and NaN give note index 0 in octave -1; 28160 Hz and above give note index 0 in octave 10.

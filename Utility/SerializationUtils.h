@@ -1,5 +1,6 @@
 /// \file
-/// Media handlers: the identifiers of the application's native handlers and their stored names.
+/// Media handlers, which read and write the application's media formats: the identifiers of its
+/// native handlers, and the names under which it stores them.
 #pragma once
 
 #include <Module/Export.h>
@@ -37,14 +38,14 @@ enum NativePluginIndex : std::int32_t {
 
 /// Returns the identifier of a native media handler.
 /// \param inIndex the handler, 0 to 18.
-/// \return its identifier, a random UUID (RFC 9562, version 4); the nil UUID for any other value.
+/// \return its identifier, a fixed UUID (RFC 9562, version 4); the nil UUID for any other value.
 MEZZO_EXPORT plinth::utility::Guid GetNativeHandlerID(NativePluginIndex inIndex);
 
 /// Translates the identifier of a native media handler to its stored name.
 /// \param inHandlerID the identifier as text, in any form that `plinth::utility::Guid` parses.
 /// \param[out] outName receives the name, such as "RuvoWav"; unchanged if the result is false.
-/// \return true on success; false for text that is not an identifier, for an identifier of no
-///     native handler, and if memory runs out. Does not throw.
+/// \return true on success; false for text that is not an identifier, for an identifier that no
+///     native handler has, and if memory runs out. Does not throw.
 MEZZO_EXPORT bool TranslateToHumanReadableMediaHandler(plinth::UTF16String inHandlerID,
                                                        plinth::UTF16String& outName);
 

@@ -9,12 +9,14 @@
 /// \par Guarantee
 /// Every function is defined for every input and gives the same bits on every platform. Outside the
 /// documented ranges the arithmetic is that of 64-bit Arm: floating point converts to integers by
-/// truncation and saturates, NaN converts to 0, integers wrap, division by zero gives 0. A broken
-/// precondition is reported to the host's assertion dialog and never ends the process. The only
-/// exception is std::bad_alloc, when the caller's string cannot grow; the string keeps its text.
+/// truncation and saturates, NaN converts to 0, integers wrap, integer division by zero gives 0. A
+/// broken precondition is reported to the host's assertion dialog and never ends the process.
+/// Functions throw only std::bad_alloc, when the caller's string cannot grow; the string then keeps
+/// its text. Exceptions of the dialog pass through.
 ///
 /// \par Cost
-/// No lock, no system call, and no heap allocation if the caller's string has the capacity.
+/// A call that reports nothing takes no lock and makes no system call. It does not allocate if the
+/// caller's string has enough capacity.
 ///
 /// \par Thread safety
 /// Any thread may call any function. The only shared state is the flag of each assertion site,
@@ -49,7 +51,7 @@ enum TimecodeFormat : std::int32_t {
   kTimecodeFormat_Frames = 8,             ///< frame count at the nominal rate, "1234"
   kTimecodeFormat_PulldownFrames = 9,     ///< frame count at frame rate × 1000/1001
   kTimecodeFormat_CompactSubframes = 10,  ///< SMPTE, trimmed, hundredths of a frame, "1:15.00"
-  kTimecodeFormat_Milliseconds = 11,      ///< milliseconds in six digits, "1234.5", "3.6e+06"
+  kTimecodeFormat_Milliseconds = 11,      ///< six significant digits, "1234.5", "3.6e+06"
   kTimecodeFormat_SMPTEPulldown2 = 12,    ///< the same as SMPTEPulldown
   kTimecodeFormat_SMPTEDropFrame2 = 13,   ///< the same as SMPTEDropFrame
   kTimecodeFormat_SMPTEPulldown3 = 14,    ///< the same as SMPTEPulldown
@@ -73,8 +75,8 @@ MEZZO_EXPORT bool operator!=(const BeatInfo& inLeft, const BeatInfo& inRight);
 
 /// Writes a position as SMPTE timecode (SMPTE ST 12-1) or as a frame count.
 ///
-/// Frames are counted in exact integers and truncated toward zero; only the pulled-down frame count
-/// (`inDropFrame` with `inFramesOnly`) is computed in double precision. A negative position is
+/// Frames are counted in exact integers and truncated toward zero. With `inDropFrame` and
+/// `inFramesOnly`, the count is computed in double precision instead. A negative position is
 /// written as "-" and its magnitude; frame counts have no sign. Hours do not wrap at 24.
 ///
 /// \param[out] outString replaced by the text.
@@ -89,10 +91,11 @@ MEZZO_EXPORT bool operator!=(const BeatInfo& inLeft, const BeatInfo& inRight);
 /// \param inNoFrames end the text after the seconds, which are then always written in two digits.
 /// \param inTrimLeadingZeros omit leading hours, minutes and seconds that are zero. The first field
 ///     written is not padded, unless it is the hours.
-/// \param inShowSubframes append "." and hundredths of a frame, truncated.
+/// \param inShowSubframes append "." and hundredths of a frame, truncated; no effect with
+///     `inNoFrames`.
 /// \param inNoHours write hours as minutes: 62:03:02 instead of 01:02:03:02.
 /// \return true if a text was written. False if both rate flags are set (checked first; reported,
-///     text unchanged), and if the frame rate is 0 and the sample rate is not (text empty).
+///     text unchanged), or if the frame rate is 0 and the sample rate is not (text empty).
 MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::int64_t inSamples,
                                            std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
                                            bool inDropFrame, bool inPulldown, bool inFramesOnly,
@@ -121,28 +124,29 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// Reads SMPTE timecode (SMPTE ST 12-1): hours, minutes, seconds, frames, fraction of a frame.
 ///
 /// The parser is lenient. Any non-digit separates fields, a minus sign included; omitted fields are
-/// the leading ones. A number after "." is a decimal fraction of the field before it and ends the
-/// text. With five numbers the first is dropped; any more are ignored. The fraction's denominator
-/// is 10 to the power of the number of code units from its first digit to the end of the text. If
-/// fewer than five numbers are followed by a "." without a digit, the last number is the fraction;
-/// the denominator of a lone number is then 1.
+/// the leading ones. A number after "." is a decimal fraction of the field before it and ends
+/// parsing. If five fields come before any fraction, the first is dropped and the rest of the text
+/// is ignored. The fraction's denominator is 10 to the power of the number of code units from its
+/// first digit to the end of the text. If no digit follows a "." and at most four numbers precede
+/// it, the last number is the fraction; for a single number, as in "1.", the denominator is then 1.
 ///
 /// The result is the first sample at or after the start of the labelled frame, rounded up in exact
-/// integers; products above 7 × 2^60 are computed in double precision. For a label that exists,
-/// writing the result at the same rates gives the label back, as long as a frame lasts at least one
-/// sample. Drop-frame labels need both flags here, and `inDropFrame` alone in writing.
+/// integers. If the dividend exceeds 7 × 2^60, the result is computed in double precision. For a
+/// label that exists, writing the result at the same rates gives the label back, as long as a frame
+/// lasts at least one sample.
 ///
 /// \param[out] outSamples receives the position in samples; -1 for an empty text; 0 for a text
-///     without digits and for a frame rate of 0 (reported).
+///     without digits; 0, with a report, for a frame rate of 0.
 /// \param inString the text.
 /// \param inSampleRate samples per second.
 /// \param inTimecodeFPS nominal frames per second.
 /// \param inPulldown frames run at `inTimecodeFPS` × 1000/1001.
 /// \param inDropFrame the labels are drop-frame labels, which exist at 30 and 60 frames per second.
 ///     A dropped label stands for the first frame of its minute. Unlike in writing, this flag does
-///     not imply the pulled-down rate: real drop-frame labels need both flags. Other rates follow
-///     the same rule, without meaning. A rate is reported if its frames in a drop-frame hour are
-///     not a multiple of six: 24 is reported, 25 is not.
+///     not imply the pulled-down rate. To read 29.97 or 59.94 drop-frame timecode, set both flags.
+///     At other rates the same arithmetic applies, but the result has no meaning. A rate is
+///     reported if its frames in a drop-frame hour are not a multiple of six: 24 is reported, 25 is
+///     not.
 /// \return true, always.
 MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
                                            const plinth::UTF16String& inString,
@@ -162,7 +166,8 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 /// \param inFormat the format of the text.
 /// \param inSampleRate samples per second.
 /// \param inTimecodeFPS nominal frames per second, for the SMPTE and frame-count formats.
-/// \param inBeatInfo tempo and meter, for beats and for bars and beats; may be null otherwise.
+/// \param inBeatInfo tempo and meter, for beats and for bars and beats; may be null otherwise;
+///     not modified.
 /// \param inIsDuration for bars and beats: the text is a length, counted from 0 without offset.
 /// \return true, also for a text that is not a position. False if `inBeatInfo` is missing
 ///     (reported, `outSamples` unchanged).
@@ -206,20 +211,20 @@ MEZZO_EXPORT void ConvertSamplesToDecimalTimecode(plinth::UTF16String& outString
 /// Writes a position or length as bar, beat, tick and thousandths of a tick, "2:3.480.125".
 ///
 /// The value is rounded to the nearest thousandth of a tick, so a position on a beat shows tick 0
-/// of that beat. A position counts bars and beats from 1; bars before the zero point are 0 and
-/// negative. A length counts bars and beats from 0. With `iTicksPerBeat` -1 the text is bar, beat
-/// and decimal fraction of the beat, lowered by half a thousandth and truncated, "2:3.499".
+/// of that beat. A position counts bars and beats from 1; bars before bar 1 are 0 and negative. A
+/// length counts bars and beats from 0. With `iTicksPerBeat` -1 the text is bar, beat and decimal
+/// fraction of the beat, lowered by half a thousandth and truncated, "2:3.499".
 ///
-/// \param[out] outString replaced by the text; empty for a negative precision. The decimal form
-///     shows bar, beat and fraction at every precision, followed by ".000" from 3 on.
+/// \param[out] outString replaced by the text; empty for a negative precision. With `iTicksPerBeat`
+///     -1 the text has bar, beat and fraction at every precision, followed by ".000" from 3 on.
 /// \param inSamples the position or length in samples; may be fractional.
 /// \param inSampleRate samples per second.
 /// \param inBeatInfo tempo, meter, ticks and offset.
 /// \param inIsDuration true: a length, `dOffsetMs` is ignored; false: a position.
 /// \param inPrecision the last field: 0 bar, 1 beat, 2 tick, 3 and above thousandths. A negative
 ///     precision is reported.
-/// \return true. False if `iBeatsPerBar` is 0 (reported, text unchanged). Reports come first; the
-///     record is read after them, with any change that the dialog made.
+/// \return true. False if `iBeatsPerBar` is 0 (reported, text unchanged). `inBeatInfo` is read
+///     after the reports, so changes made by the dialog take effect.
 MEZZO_EXPORT bool ConvertSamplesToBarsAndBeats(plinth::UTF16String& outString, double inSamples,
                                                double inSampleRate, const BeatInfo& inBeatInfo,
                                                bool inIsDuration, int inPrecision);
@@ -238,8 +243,9 @@ MEZZO_EXPORT void ConvertSamplesToBeats(plinth::UTF16String& outString, std::int
 ///
 /// The text is bar, optionally ":" and beat, optionally "." and ticks (with `iTicksPerBeat` -1: the
 /// decimal fraction of the beat). The first ":" and the first "." of the text count, wherever they
-/// are. Blanks (space, tab) and a sign may precede each number; anything after it is ignored. A
-/// missing number is 0; without ":" the beat is the first of the bar.
+/// are. Blanks (space, tab) and a sign may precede each number except the decimal fraction;
+/// anything after it is ignored. A missing number is 0; without ":" the beat is the first of the
+/// bar.
 ///
 /// \param inString the text.
 /// \param inSampleRate samples per second.

@@ -1,4 +1,4 @@
-// Both variants take the text by value, like the library's functions.
+// The baselines take the text by value, like the library's functions.
 
 #include <Utility/SerializationUtils.h>
 
@@ -14,7 +14,7 @@ namespace {
 using plinth::UTF16String;
 using plinth::utility::Guid;
 
-constexpr std::size_t kHandlers = kNativePluginIndex_DocketNative + 1;
+constexpr std::size_t kHandlerCount = kNativePluginIndex_DocketNative + 1;
 
 UTF16String MakeIdentifier(std::size_t inIndex) {
   return GetNativeHandlerID(static_cast<NativePluginIndex>(inIndex)).AsString();
@@ -29,7 +29,7 @@ UTF16String MakeName(std::size_t inIndex) {
 bool LookUpName(UTF16String inText, UTF16String& outText) {
   static const auto sNames = [] {
     std::map<Guid, UTF16String> names;
-    for (std::size_t index = 0; index < kHandlers; ++index)
+    for (std::size_t index = 0; index < kHandlerCount; ++index)
       names[Guid(MakeIdentifier(index))] = MakeName(index);
     return names;
   }();
@@ -40,7 +40,7 @@ bool LookUpName(UTF16String inText, UTF16String& outText) {
 bool LookUpIdentifier(UTF16String inText, UTF16String& outText) {
   static const auto sIdentifiers = [] {
     std::map<UTF16String, Guid> identifiers;
-    for (std::size_t index = 0; index < kHandlers; ++index)
+    for (std::size_t index = 0; index < kHandlerCount; ++index)
       identifiers[MakeName(index)] = Guid(MakeIdentifier(index));
     return identifiers;
   }();
@@ -51,12 +51,12 @@ bool LookUpIdentifier(UTF16String inText, UTF16String& outText) {
 template <bool (*kTranslate)(UTF16String, UTF16String&), UTF16String (*kInput)(std::size_t)>
 void Translate(benchmark::State& ioState) {
   std::vector<UTF16String> inputs;
-  for (std::size_t index = 0; index < kHandlers; ++index) inputs.push_back(kInput(index));
+  for (std::size_t index = 0; index < kHandlerCount; ++index) inputs.push_back(kInput(index));
   UTF16String result;
   result.reserve(64);
   std::size_t place = 0;
   for (auto _ : ioState) {
-    benchmark::DoNotOptimize(kTranslate(inputs[place++ % kHandlers], result));
+    benchmark::DoNotOptimize(kTranslate(inputs[place++ % kHandlerCount], result));
     benchmark::DoNotOptimize(result.data());
   }
 }

@@ -1,6 +1,5 @@
-// Benchmarks of every display, writing and reading. The baselines are integer arithmetic with
-// `snprintf` and widening, or narrowing with `sscanf`; for the most frequent displays also
-// hand-written code.
+// Benchmarks of every display, writing and reading. The baselines format with `snprintf` and widen
+// the text, or narrow it and parse it with `sscanf`. SMPTE also has a baseline with `push_back`.
 //
 // The cost of writing may depend on the caller's string, so there are three states: "same", one
 // string with texts of nearly always the same length; "changing", one string with changing lengths
@@ -31,13 +30,13 @@ using Positions = std::vector<std::int64_t>;
 constexpr std::int32_t kRate = 48000;
 constexpr std::int32_t kFps = 30;
 constexpr std::int64_t kHour = std::int64_t{3600} * kRate;
-constexpr std::size_t kPositions = 4096;  // a power of two
+constexpr std::size_t kPositionCount = 4096;  // a power of two
 BeatInfo sBeats{960, 120.0, 4, 4, 0.0};
 
 /// Makes random positions in ascending order, like those of a ruler or a marker list.
 Positions MakePositions(std::int64_t inFrom, std::int64_t inTo) {
   std::mt19937_64 random(1);
-  Positions positions(kPositions);
+  Positions positions(kPositionCount);
   for (auto& position : positions)
     position =
         inFrom + static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(inTo - inFrom));
@@ -45,11 +44,11 @@ Positions MakePositions(std::int64_t inFrom, std::int64_t inTo) {
   return positions;
 }
 
-const Positions kDay = MakePositions(0, 24 * kHour);
+const Positions sDay = MakePositions(0, 24 * kHour);
 
-const Positions kChanging = [] {
-  Positions positions = kDay;
-  for (std::size_t place = 1; place < kPositions; place += 2) positions[place] /= -50;
+const Positions sChanging = [] {
+  Positions positions = sDay;
+  for (std::size_t place = 1; place < kPositionCount; place += 2) positions[place] /= -50;
   return positions;
 }();
 
@@ -159,73 +158,76 @@ struct DisplayRow {
   Display byHand = nullptr;
 };
 
-const DisplayRow kDisplays[] = {
+const DisplayRow sDisplays[] = {
     {"SMPTE", &Write<kTimecodeFormat_SMPTE>,
-     [](UTF16String& text, std::int64_t samples) { PrintLabel(text, SplitSMPTE(samples)); },
+     [](UTF16String& outText, std::int64_t inSamples) {
+       PrintLabel(outText, SplitSMPTE(inSamples));
+     },
      &PushSMPTE},
     {"pulled-down", &Write<kTimecodeFormat_SMPTEPulldown>,
-     [](UTF16String& text, std::int64_t samples) {
-       PrintLabel(text, SplitPulledDown(samples, false));
+     [](UTF16String& outText, std::int64_t inSamples) {
+       PrintLabel(outText, SplitPulledDown(inSamples, false));
      }},
     {"drop-frame", &Write<kTimecodeFormat_SMPTEDropFrame>,
-     [](UTF16String& text, std::int64_t samples) {
-       PrintLabel(text, SplitPulledDown(samples, true));
+     [](UTF16String& outText, std::int64_t inSamples) {
+       PrintLabel(outText, SplitPulledDown(inSamples, true));
      }},
     {"compact", &Write<kTimecodeFormat_CompactSubframes>, &PrintCompact},
     {"clock", &Write<kTimecodeFormat_Decimal>, &PrintClock},
     {"bars-beats", &Write<kTimecodeFormat_BarsAndBeats>, &PrintBarsAndBeats},
     {"beats", &Write<kTimecodeFormat_Beats>,
-     [](UTF16String& text, std::int64_t samples) {
-       Print(text, "%.3f", static_cast<double>(samples) * sBeats.dTempo / (60.0 * kRate));
+     [](UTF16String& outText, std::int64_t inSamples) {
+       Print(outText, "%.3f", static_cast<double>(inSamples) * sBeats.dTempo / (60.0 * kRate));
      }},
     {"milliseconds", &Write<kTimecodeFormat_Milliseconds>,
-     [](UTF16String& text, std::int64_t samples) {
-       Print(text, "%g", static_cast<double>(samples) * 1000.0 / kRate);
+     [](UTF16String& outText, std::int64_t inSamples) {
+       Print(outText, "%g", static_cast<double>(inSamples) * 1000.0 / kRate);
      }},
     {"samples", &Write<kTimecodeFormat_Samples>,
-     [](UTF16String& text, std::int64_t samples) {
-       Print(text, "%lld", static_cast<long long>(samples));
+     [](UTF16String& outText, std::int64_t inSamples) {
+       Print(outText, "%lld", static_cast<long long>(inSamples));
      }},
     {"frames", &Write<kTimecodeFormat_Frames>,
-     [](UTF16String& text, std::int64_t samples) {
-       Print(text, "%d", static_cast<int>(std::abs(samples) * kFps / kRate));
+     [](UTF16String& outText, std::int64_t inSamples) {
+       Print(outText, "%d", static_cast<int>(std::abs(inSamples) * kFps / kRate));
      }},
     {"pulled-down-frames", &Write<kTimecodeFormat_PulldownFrames>,
-     [](UTF16String& text, std::int64_t samples) {
-       Print(text, "%d", static_cast<int>(std::abs(samples) * kFps * 1000 / (1001LL * kRate)));
+     [](UTF16String& outText, std::int64_t inSamples) {
+       Print(outText, "%d", static_cast<int>(std::abs(inSamples) * kFps * 1000 / (1001LL * kRate)));
      }},
 };
 
-void IntoOneString(benchmark::State& ioState, Display inDisplay, const Positions& inPositions) {
+void WriteIntoOneString(benchmark::State& ioState, Display inDisplay,
+                        const Positions& inPositions) {
   UTF16String text;
   text.reserve(64);
   std::size_t place = 0;
   const auto before = test::heap::GetAllocationCount();
   for (auto _ : ioState) {
-    inDisplay(text, inPositions[place++ % kPositions]);
+    inDisplay(text, inPositions[place++ % kPositionCount]);
     benchmark::DoNotOptimize(text.data());
     benchmark::ClobberMemory();
   }
-  if (test::heap::GetAllocationCount() != before) ioState.SkipWithError("It allocates.");
+  if (test::heap::GetAllocationCount() != before) ioState.SkipWithError("the conversion allocates");
 }
 
-void IntoFreshStrings(benchmark::State& ioState, Display inDisplay) {
+void WriteIntoFreshStrings(benchmark::State& ioState, Display inDisplay) {
   std::size_t place = 0;
   for (auto _ : ioState) {
     UTF16String text;
-    inDisplay(text, kDay[place++ % kPositions]);
+    inDisplay(text, sDay[place++ % kPositionCount]);
     benchmark::DoNotOptimize(text.data());
   }
 }
 
 void RegisterDisplay(const char* inName, const std::string& inVariant, Display inDisplay) {
   if (inDisplay == nullptr) return;
-  const auto name = [&](const char* state) {
-    return std::string(inName) + '/' + state + inVariant;
+  const auto name = [&](const char* inState) {
+    return std::string(inName) + '/' + inState + inVariant;
   };
-  benchmark::RegisterBenchmark(name("same").c_str(), &IntoOneString, inDisplay, kDay);
-  benchmark::RegisterBenchmark(name("changing").c_str(), &IntoOneString, inDisplay, kChanging);
-  benchmark::RegisterBenchmark(name("fresh").c_str(), &IntoFreshStrings, inDisplay);
+  benchmark::RegisterBenchmark(name("same").c_str(), &WriteIntoOneString, inDisplay, sDay);
+  benchmark::RegisterBenchmark(name("changing").c_str(), &WriteIntoOneString, inDisplay, sChanging);
+  benchmark::RegisterBenchmark(name("fresh").c_str(), &WriteIntoFreshStrings, inDisplay);
 }
 
 // ----------------------------------------------------------------------------------------- Reading
@@ -300,7 +302,7 @@ struct ReadingRow {
   Reading sscanf;
 };
 
-const ReadingRow kReadings[] = {
+const ReadingRow sReadings[] = {
     {"SMPTE", &Write<kTimecodeFormat_SMPTE>, &Read<kTimecodeFormat_SMPTE>, &ScanSMPTE},
     {"drop-frame", &Write<kTimecodeFormat_SMPTEDropFrame>, &Read<kTimecodeFormat_SMPTEDropFrame>,
      &ScanDropFrame},
@@ -310,10 +312,10 @@ const ReadingRow kReadings[] = {
     {"bars-beats", &Write<kTimecodeFormat_BarsAndBeats>, &Read<kTimecodeFormat_BarsAndBeats>,
      &ScanBarsAndBeats},
     {"beats", &Write<kTimecodeFormat_Beats>, &Read<kTimecodeFormat_Beats>, &ScanNumber<kRate / 2>},
-    // Milliseconds have an exponent from 1000 seconds on, which is not typed.
+    // From 1000 seconds on, milliseconds have an exponent, which people do not type.
     {"milliseconds",
-     [](UTF16String& text, std::int64_t samples) {
-       Write<kTimecodeFormat_Milliseconds>(text, samples % (100 * kRate));
+     [](UTF16String& outText, std::int64_t inSamples) {
+       Write<kTimecodeFormat_Milliseconds>(outText, inSamples % (100 * kRate));
      },
      &Read<kTimecodeFormat_Milliseconds>, &ScanNumber<kRate / 1000>},
     {"samples", &Write<kTimecodeFormat_Samples>, &Read<kTimecodeFormat_Samples>, &ScanNumber<1>},
@@ -322,33 +324,33 @@ const ReadingRow kReadings[] = {
 };
 
 void ReadTexts(benchmark::State& ioState, Reading inReading, Display inDisplay) {
-  std::vector<UTF16String> texts(kPositions);
-  for (std::size_t place = 0; place < kPositions; ++place) inDisplay(texts[place], kDay[place]);
+  std::vector<UTF16String> texts(kPositionCount);
+  for (std::size_t place = 0; place < kPositionCount; ++place) inDisplay(texts[place], sDay[place]);
   std::size_t place = 0;
-  for (auto _ : ioState) benchmark::DoNotOptimize(inReading(texts[place++ % kPositions]));
+  for (auto _ : ioState) benchmark::DoNotOptimize(inReading(texts[place++ % kPositionCount]));
 }
 
 // -------------------------------------------------------------------------------------------------
 
 [[maybe_unused]] const bool sIsRegistered = [] {
-  for (const DisplayRow& row : kDisplays) {
+  for (const DisplayRow& row : sDisplays) {
     RegisterDisplay(row.name, "", row.library);
     RegisterDisplay(row.name, "/snprintf", row.snprintf);
     RegisterDisplay(row.name, "/push_back", row.byHand);
   }
-  for (const ReadingRow& row : kReadings) {
+  for (const ReadingRow& row : sReadings) {
     const std::string name = row.name + std::string("/read");
     benchmark::RegisterBenchmark(name.c_str(), &ReadTexts, row.library, row.display);
     benchmark::RegisterBenchmark((name + "/sscanf").c_str(), &ReadTexts, row.sscanf, row.display);
   }
   // Late positions need divisions of 64 bits, which are slower.
   const Positions stretches[] = {MakePositions(0, kRate), MakePositions(100 * kHour, 101 * kHour)};
-  for (const DisplayRow& row : {kDisplays[0], kDisplays[2]}) {
+  for (const DisplayRow& row : {sDisplays[0], sDisplays[2]}) {
     const std::string name = row.name;
-    benchmark::RegisterBenchmark((name + "/first second").c_str(), &IntoOneString, row.library,
+    benchmark::RegisterBenchmark((name + "/first second").c_str(), &WriteIntoOneString, row.library,
                                  stretches[0]);
-    benchmark::RegisterBenchmark((name + "/past 100 hours").c_str(), &IntoOneString, row.library,
-                                 stretches[1]);
+    benchmark::RegisterBenchmark((name + "/past 100 hours").c_str(), &WriteIntoOneString,
+                                 row.library, stretches[1]);
   }
   return true;
 }();

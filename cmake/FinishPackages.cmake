@@ -1,5 +1,5 @@
-# Adds what Debian requires of shared-library packages and CPack does not write: the ldconfig trigger
-# (instead of maintainer scripts) and the list of symbols.
+# Adds two files that Debian requires in shared-library packages and CPack does not write: the
+# ldconfig trigger (instead of maintainer scripts) and the list of symbols.
 function(run)
   execute_process(COMMAND ${ARGN} WORKING_DIRECTORY "${root}" COMMAND_ERROR_IS_FATAL ANY)
 endfunction()

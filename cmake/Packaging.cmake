@@ -32,7 +32,7 @@ set(CPACK_DEBIAN_TOOL_PACKAGE_NAME mezzo)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION sound)
 set(CPACK_COMPONENT_TOOL_DEPENDS Runtime)
 set(CPACK_COMPONENT_TOOL_DESCRIPTION "${PROJECT_DESCRIPTION} (command-line tool)
-Converts, names and draws positions on an audio timeline.")
+Converts positions on an audio timeline, draws rulers and names notes.")
 
 # Each package has the copyright file and the changelog that Debian requires.
 set(contact "${CPACK_PACKAGE_CONTACT}")

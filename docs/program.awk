@@ -1,5 +1,5 @@
-# Makes a program from the examples of the documents. The first C++ block is its head, every other
-# block becomes a block of main.
+# Makes a program from the examples of the documents. The first C++ block becomes the start of the
+# program. Each later one becomes a block in main.
 /^```cpp$/ {
   in_block = 1
   if (++count == 2) print "int main() {"

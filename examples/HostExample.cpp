@@ -21,7 +21,7 @@ using namespace mezzo::utility;
 constexpr std::int32_t kSampleRate = 48000;
 constexpr std::int32_t kFramesPerSecond = 30;
 
-std::string ToUTF8(const plinth::UTF16String& inText) {
+std::string EncodeUTF8(const plinth::UTF16String& inText) {
   return boost::locale::conv::utf_to_utf<char>(inText.data(), inText.data() + inText.size());
 }
 
@@ -67,7 +67,7 @@ void ShowRuler() {
     for (const TimecodeFormat format : formats) {
       ConvertSamplesToTimecode(text, position, kSampleRate, format, kFramesPerSecond, &fourFour,
                                false);
-      std::cout << std::setw(13) << ToUTF8(text);
+      std::cout << std::setw(13) << EncodeUTF8(text);
     }
     std::cout << '\n';
   }
@@ -82,8 +82,8 @@ void ReadTypedTimecode(const plinth::UTF16String& inText) {
   plinth::UTF16String label;
   ConvertSamplesToTimecode(label, position, kSampleRate, kTimecodeFormat_SMPTEDropFrame,
                            kFramesPerSecond, nullptr, false);
-  std::cout << "typed " << ToUTF8(inText) << ": sample " << position << ", shown as "
-            << ToUTF8(label) << '\n';
+  std::cout << "typed " << EncodeUTF8(inText) << ": sample " << position << ", shown as "
+            << EncodeUTF8(label) << '\n';
 }
 
 }  // namespace

@@ -48,12 +48,12 @@ need() {
   if [ "$(id -u)" -ne 0 ]; then
     as_root=(sudo)
     if ! command -v sudo >/dev/null; then
-      echo "Missing, and neither root nor sudo to install them: ${missing[*]}" >&2
+      echo "Cannot install without root or sudo: ${missing[*]}" >&2
       exit 1
     fi
   fi
   if ! command -v apt-get >/dev/null; then
-    echo "Missing, and no apt-get to install them: ${missing[*]}" >&2
+    echo "Cannot install without apt-get: ${missing[*]}" >&2
     exit 1
   fi
   echo "Installing ${missing[*]}" >&2

@@ -161,53 +161,47 @@ std::string JoinNumbers(const TypedText& inTyped) {
   return text;
 }
 
-/// Notes what the library passes over in a text that it parsed as a position.
-std::vector<Note> CheckLabel(const TypedText& inTyped, const Notation& inNotation,
-                             const Timeline& inTimeline, TimecodeFormat inFormat,
-                             const Conversion& inParsed) {
+/// Notes where the library may read a text as something else than its writer meant.
+std::vector<Note> CheckMeaning(const TypedText& inTyped, const Notation& inNotation,
+                               const Timeline& inTimeline, TimecodeFormat inFormat,
+                               const Conversion& inParsed) {
   std::vector<Note> notes;
+  const auto add = [&](NoteKind inKind, const std::string& inMessage) {
+    notes.push_back({inKind, Quote(inParsed.text) + inMessage});
+  };
   const auto& numbers = inTyped.numbers;
+  const TypedNumber& last = numbers.back();
+  const bool isLabel = GetName(inFormat).starts_with("smpte");
+  const bool hasFraction = last.separator == '.';
+  const bool hasTicks = inNotation.HasBars() && inTimeline.beats.iTicksPerBeat > 0;
   const bool hasSemicolon =
       std::any_of(numbers.begin(), numbers.end(),
                   [](const TypedNumber& inNumber) { return inNumber.separator == ';'; });
   if (hasSemicolon && !HasDropFrameLabels(inFormat)) {
-    notes.push_back({kNoteKind_Semicolon, Quote(inParsed.text) +
-                                              " has the ';' of drop-frame labels, which " +
-                                              GetName(inFormat) + " does not have"});
+    add(kNoteKind_Semicolon,
+        " has the ';' of drop-frame labels, which " + GetName(inFormat) + " does not have");
   }
-  const bool isLabel = GetName(inFormat).starts_with("smpte");
-  const bool hasFraction = numbers.back().separator == '.';
-  if (isLabel && hasFraction && numbers.size() == 4) {
-    notes.push_back(
-        {kNoteKind_Fraction,
-         Quote(inParsed.text) + " has no hours, but a fraction of a frame after the '.'"});
-  }
-  const bool hasTicks = inNotation.HasBars() && inTimeline.beats.iTicksPerBeat > 0;
-  if (hasTicks && numbers.size() == 2 && numbers.back().isBehindPoint) {
-    notes.push_back(
-        {kNoteKind_Fraction, Quote(inParsed.text) + " has no beat, but ticks after the '.'"});
-  }
+  if (isLabel && hasFraction && numbers.size() == 4)
+    add(kNoteKind_Fraction, " has no hours, but a fraction of a frame after the '.'");
+  if (hasTicks && last.isBehindPoint && numbers.size() == 2)
+    add(kNoteKind_Fraction, " has no beat, but ticks after the '.'");
   // A leading field may exceed its radix: "90:00" is an hour and a half.
   const bool overflows =
       std::any_of(numbers.begin() + 1, numbers.end(), [&inNotation](const TypedNumber& inNumber) {
         return !inNumber.isBehindPoint &&
                inNumber.GetValue() >= inNotation.fields[inNumber.field].radix;
       });
-  if (overflows || hasTicks || (isLabel && !hasFraction)) {
-    const std::string label = FormatPosition(inTimeline, inFormat, inParsed.position);
-    const TypedText written = SplitText(label);
-    const bool isSame =
-        (inParsed.position == 0 || inTyped.isNegative == written.isNegative) &&
-        std::all_of(numbers.begin(), numbers.end(), [&written](const TypedNumber& inNumber) {
-          return inNumber.GetValue() == written.numbers.at(inNumber.field).GetValue();
-        });
-    if (!isSame) {
-      const std::string text = Quote(inParsed.text);
-      notes.push_back(
-          {kNoteKind_NoSuchLabel,
-           (isLabel ? "there is no label " + text + "; it stands for " : text + " reads back as ") +
-               Quote(boost::trim_left_copy(label))});
-    }
+  if (!overflows && !hasTicks && (!isLabel || hasFraction)) return notes;
+  const std::string label = FormatPosition(inTimeline, inFormat, inParsed.position);
+  const TypedText written = SplitText(label);
+  const bool isSame =
+      (inParsed.position == 0 || inTyped.isNegative == written.isNegative) &&
+      std::all_of(numbers.begin(), numbers.end(), [&written](const TypedNumber& inNumber) {
+        return inNumber.GetValue() == written.numbers.at(inNumber.field).GetValue();
+      });
+  if (!isSame) {
+    add(kNoteKind_NoSuchLabel, (isLabel ? " is not a label; it stands for " : " reads back as ") +
+                                   Quote(boost::trim_left_copy(label)));
   }
   return notes;
 }
@@ -232,7 +226,7 @@ std::string FormatPosition(const Timeline& inTimeline, TimecodeFormat inFormat,
   const bool isFrameCount =
       inFormat == kTimecodeFormat_Frames || inFormat == kTimecodeFormat_PulldownFrames;
   const bool lacksSign = isFrameCount && inPosition < 0 && text != u"0";
-  return (lacksSign ? "-" : "") + ToUTF8(text);
+  return (lacksSign ? "-" : "") + EncodeUTF8(text);
 }
 
 void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversion& ioConversion) {
@@ -258,7 +252,7 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
 
 std::int64_t ParseText(const Timeline& inTimeline, TimecodeFormat inFormat,
                        std::string_view inText) {
-  const plinth::UTF16String text = FromUTF8(inText);
+  const plinth::UTF16String text = DecodeUTF8(inText);
   RequireDigit(inText);
   std::int64_t position = 0;
   BeatInfo beats = inTimeline.beats;
@@ -286,7 +280,7 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
   constexpr std::int64_t kFarthest = std::numeric_limits<std::int64_t>::max();
   if (position == kFarthest || position <= -kFarthest) RefuseOutOfRange(inText);
   Conversion conversion{position, inText, {}};
-  conversion.notes = CheckLabel(typed, notation, inTimeline, inFormat, conversion);
+  conversion.notes = CheckMeaning(typed, notation, inTimeline, inFormat, conversion);
   return conversion;
 }
 

@@ -81,7 +81,7 @@ Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const
   return conversion;
 }
 
-JSON ToJSON(const Timeline& inTimeline) {
+JSON MakeJSON(const Timeline& inTimeline) {
   const utility::BeatInfo& beats = inTimeline.beats;
   return {{"rate", inTimeline.sampleRate},
           {"fps", inTimeline.framesPerSecond},
@@ -146,7 +146,7 @@ int Show(const Settings& inSettings) {
   std::set<NoteKind> printed;
   PrintNotes(parsed.notes, printed);
   JSON result{{"position", parsed.position}};
-  result.update(ToJSON(timeline));
+  result.update(MakeJSON(timeline));
   AddNotes(result, parsed.notes);
   for (const DisplayFormat& format : kDisplayFormats) {
     const ListedFormat listed(timeline, format, parsed.position);

@@ -25,12 +25,12 @@ std::vector<Handler> GetHandlers() {
         utility::GetNativeHandlerID(static_cast<utility::NativePluginIndex>(index)).AsString();
     plinth::UTF16String name;
     utility::TranslateToHumanReadableMediaHandler(identifier, name);
-    handlers.push_back({index, ToUTF8(name), ToUTF8(identifier)});
+    handlers.push_back({index, EncodeUTF8(name), EncodeUTF8(identifier)});
   }
   return handlers;
 }
 
-JSON ToJSON(const Handler& inHandler) {
+JSON MakeJSON(const Handler& inHandler) {
   return {
       {"index", inHandler.index}, {"name", inHandler.name}, {"identifier", inHandler.identifier}};
 }
@@ -52,11 +52,11 @@ int ShowNote(const Settings& inSettings) {
   plinth::UTF16String name;
   utility::GetNoteString(name, index, octave, inSettings.isFlatOnly);
   if (inSettings.isJSON) {
-    JSON result{{"name", ToUTF8(name)}, {"index", index}, {"octave", octave}};
+    JSON result{{"name", EncodeUTF8(name)}, {"index", index}, {"octave", octave}};
     if (inSettings.frequency) result["frequency"] = *inSettings.frequency;
     std::cout << FormatJSON(result) << '\n';
   } else {
-    std::cout << ToUTF8(name) << "  (index " << index << ", octave " << octave << ")\n";
+    std::cout << EncodeUTF8(name) << "  (index " << index << ", octave " << octave << ")\n";
   }
   return kExitStatus_Success;
 }
@@ -64,7 +64,7 @@ int ShowNote(const Settings& inSettings) {
 int ListHandlers(const Settings& inSettings) {
   JSON list = JSON::array();
   for (const Handler& handler : GetHandlers()) {
-    list.push_back(ToJSON(handler));
+    list.push_back(MakeJSON(handler));
     if (!inSettings.isJSON) PrintRow(handler);
   }
   if (inSettings.isJSON) std::cout << FormatJSON(list) << '\n';
@@ -72,16 +72,16 @@ int ListHandlers(const Settings& inSettings) {
 }
 
 int FindHandler(const Settings& inSettings) {
-  const plinth::UTF16String text = FromUTF8(inSettings.argument);
+  const plinth::UTF16String text = DecodeUTF8(inSettings.argument);
   plinth::UTF16String name;
   // The library translates identifiers only. Any other text may be a name.
   if (!utility::TranslateToHumanReadableMediaHandler(text, name)) name = text;
   std::vector<std::string> names;
   for (const Handler& handler : GetHandlers()) {
     names.push_back(handler.name);
-    if (handler.name != ToUTF8(name)) continue;
+    if (handler.name != EncodeUTF8(name)) continue;
     if (inSettings.isJSON) {
-      std::cout << FormatJSON(ToJSON(handler)) << '\n';
+      std::cout << FormatJSON(MakeJSON(handler)) << '\n';
     } else {
       PrintRow(handler);
     }

@@ -50,8 +50,8 @@ std::string GetCaption(const Timeline& inTimeline, utility::TimecodeFormat inFor
   return caption.str();
 }
 
-JSON ToJSON(utility::TimecodeFormat inFormat, const RulerScale& inScale,
-            const std::vector<PlacedTick>& inTicks) {
+JSON MakeJSON(utility::TimecodeFormat inFormat, const RulerScale& inScale,
+              const std::vector<PlacedTick>& inTicks) {
   JSON ruler{{"format", GetName(inFormat)}, {"from", inScale.GetFrom()}, {"to", inScale.GetTo()}};
   AddNotes(ruler, inScale.GetNotes());
   ruler["ticks"] = JSON::array();
@@ -87,7 +87,7 @@ int DrawRuler(const Settings& inSettings) {
   const std::string caption = GetCaption(timeline, format, scale);
   const int columns = inSettings.width.value_or(GetTerminalColumns());
   if (inSettings.isJSON) {
-    std::cout << FormatJSON(ToJSON(format, scale, LayOut(scale, GetTextGrid(columns)))) << '\n';
+    std::cout << FormatJSON(MakeJSON(format, scale, LayOut(scale, GetTextGrid(columns)))) << '\n';
   } else if (inSettings.pictureFile.empty()) {
     std::cout << DrawText(scale, caption, columns, !IsTerminalUTF8());
   } else if (inSettings.pictureFile == "-") {

@@ -14,7 +14,7 @@
 namespace mezzo::tool {
 
 /// \exception InputError when the text is not valid UTF-8.
-inline plinth::UTF16String FromUTF8(std::string_view inText) {
+inline plinth::UTF16String DecodeUTF8(std::string_view inText) {
   try {
     const std::u16string text = boost::locale::conv::utf_to_utf<char16_t>(
         inText.data(), inText.data() + inText.size(), boost::locale::conv::stop);
@@ -25,7 +25,7 @@ inline plinth::UTF16String FromUTF8(std::string_view inText) {
 }
 
 /// Leaves out unpaired surrogates.
-inline std::string ToUTF8(const plinth::UTF16String& inText) {
+inline std::string EncodeUTF8(const plinth::UTF16String& inText) {
   return boost::locale::conv::utf_to_utf<char>(inText.data(), inText.data() + inText.size());
 }
 

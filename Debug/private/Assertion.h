@@ -23,9 +23,9 @@ namespace mezzo::debug {
 }  // namespace mezzo::debug
 
 /// Reports at this site if `holds` is false. `conditionText` is the condition's text in the report.
-/// `function` is the signature of the enclosing function, a literal because compilers spell
-/// signatures differently.
-#define MEZZO_ASSERT_NAMED(holds, conditionText, message, function)                          \
+/// `function` is the signature of the exported function that was called, a literal because
+/// compilers spell signatures differently.
+#define MEZZO_ASSERT_WITH_TEXT(holds, conditionText, message, function)                      \
   do {                                                                                       \
     if (!(holds)) [[unlikely]] {                                                             \
       static bool sDisabled = false;                                                         \
@@ -36,8 +36,8 @@ namespace mezzo::debug {
 
 /// Reports at this site if the condition is false, with the condition as its text.
 #define MEZZO_ASSERT(condition, message, function) \
-  MEZZO_ASSERT_NAMED(condition, #condition, message, function)
+  MEZZO_ASSERT_WITH_TEXT(condition, #condition, message, function)
 
 /// Reports at this site unconditionally.
 #define MEZZO_REPORT(conditionText, message, function) \
-  MEZZO_ASSERT_NAMED(false, conditionText, message, function)
+  MEZZO_ASSERT_WITH_TEXT(false, conditionText, message, function)

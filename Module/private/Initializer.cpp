@@ -9,7 +9,7 @@ namespace mezzo {
 
 namespace {
 
-// The contexts in which the host runs a module's initialisers; this module has no initialisers.
+// The host's context flags for this module. They have no effect, because it has no initialisers.
 constexpr auto kContextFlags = static_cast<plinth::config::EInitializerContextFlags>(2);
 
 const plinth::config::InitializerRegistrar sMezzoInitializer(

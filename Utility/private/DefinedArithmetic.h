@@ -1,9 +1,9 @@
 // Arithmetic that is defined for every operand and gives the same results on every platform.
 //
-// Operations that C++ leaves undefined or to the implementation follow 64-bit Arm, the library's
-// home: integers wrap in their width, division by zero gives 0, and floating point converts to an
-// integer by truncation, saturated at the integer's range, with 0 for NaN. Inside the documented
-// ranges this is ordinary arithmetic, and formulas read as such.
+// Operations that C++ leaves undefined or to the implementation follow 64-bit Arm: integers wrap in
+// their width, integer division by zero gives 0, and floating point converts to an integer by
+// truncation, saturated at the integer's range, with 0 for NaN. Inside the documented ranges this
+// is ordinary arithmetic, and formulas read as such.
 
 #pragma once
 

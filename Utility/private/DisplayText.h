@@ -31,14 +31,14 @@ class DisplayText {
 
   /// Appends an integer in decimal.
   /// \param inWidth minimum width; shorter numbers are filled with zeros on the left, in front of
-  ///     the sign, like the output of a standard stream with that fill.
+  ///     the sign, like a standard stream whose fill character is '0'.
   template <std::signed_integral Int>
   requires(sizeof(Int) >= sizeof(std::int32_t))  // not a narrow character
       [[gnu::always_inline]] DisplayText& Put(Int inValue, int inWidth = 1) {
     const auto bits = static_cast<std::make_unsigned_t<Int>>(inValue);
     // A negative number converts to a large unsigned one, so one comparison covers both cases.
     fEnd = bits < GetPowerOfTen(inWidth) ? WriteDigits(fEnd, bits, inWidth)
-                                         : WriteNumber(fEnd, inValue, inWidth);
+                                         : WriteNegativeOrLong(fEnd, inValue, inWidth);
     return *this;
   }
 
@@ -95,9 +95,10 @@ class DisplayText {
     return outUnits + inCount;
   }
 
-  /// Writes any number.
+  /// Writes a number that is negative or has more than `inWidth` digits.
   template <std::signed_integral Int>
-  [[gnu::noinline]] static char16_t* WriteNumber(char16_t* outUnits, Int inValue, int inWidth) {
+  [[gnu::noinline]] static char16_t* WriteNegativeOrLong(char16_t* outUnits, Int inValue,
+                                                         int inWidth) {
     auto magnitude = static_cast<std::make_unsigned_t<Int>>(inValue);
     if (inValue >= 0) return WriteDigits(outUnits, magnitude, CountDigits(magnitude));
     magnitude = 0 - magnitude;

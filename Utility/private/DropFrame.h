@@ -1,9 +1,9 @@
 // Drop-frame counting (SMPTE ST 12-1), in both directions.
 //
 // Labels count a nominal 30 or 60 frames per second, but the real rate is 1000/1001 of that. To
-// keep the labels near clock time, the first two labels of every minute (four at 60) are dropped,
-// except in every tenth minute. Labels are dropped, never frames. The two directions are exact
-// inverses at 30 and 60 frames per second. Neither involves samples or the factor 1000/1001.
+// keep the labels close to real time, the first two labels of every minute (four at 60) are
+// dropped, except in every tenth minute. Labels are dropped, never frames. The two directions are
+// exact inverses at 30 and 60 frames per second. Neither involves samples or the factor 1000/1001.
 
 #pragma once
 
@@ -36,8 +36,8 @@ constexpr Label LabelOfFrameCount(std::int64_t inFrames, std::int64_t inMultipli
 
   const std::int64_t blocks = inFrames >= 0 ? inFrames / framesPerTenMinutes : 0;
   const std::int64_t framesInBlock = inFrames - blocks * framesPerTenMinutes;
-  // Minute 0 of a block drops no labels and is longer than the others by that much. Both conditions
-  // matter for the smallest integer only.
+  // Minute 0 of a block drops no labels, so it is `droppedPerMinute` frames longer than the others.
+  // The two conditional operators matter for the smallest integer only.
   const std::int64_t minute =
       framesInBlock > droppedPerMinute ? (framesInBlock - droppedPerMinute) / framesPerMinute : 0;
   // From here on labels are counted, not frames: a later minute begins after its dropped labels.
@@ -53,7 +53,7 @@ constexpr Int32 CountFramesPerHour(Int32 inTimecodeFPS) {
 }
 
 /// Converts a label to its frame count. A dropped label stands for the first frame of its minute.
-/// Seconds and frames beyond their range are counted too.
+/// Minutes, seconds and frames beyond their range are counted too.
 constexpr Int32 FrameCountOfLabel(Int32 inHours, Int32 inMinutes, Int32 inSeconds, Int32 inFrames,
                                   Int32 inTimecodeFPS) {
   const Int32 framesPerHour = CountFramesPerHour(inTimecodeFPS);

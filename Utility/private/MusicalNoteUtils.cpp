@@ -61,8 +61,8 @@ UTF16String ComposeNoteName(const plinth::config::Localizer& inLocalizer, const 
   return name;
 }
 
-/// Writes the octave number of a note's name; empty for a negative octave.
-UTF16String WriteOctave(int inNoteIndex, int inOctave) {
+/// The octave number of a note's name; empty for a negative octave.
+UTF16String ComposeOctave(int inNoteIndex, int inOctave) {
   constexpr int kLastNoteBelowC = 2;
   if (inOctave < 0) return {};
   // Octave numbers change at C. Overflow wraps.
@@ -77,7 +77,7 @@ UTF16String WriteOctave(int inNoteIndex, int inOctave) {
 
 void GetNoteString(UTF16String& outNoteString, int inNoteIndex, int inOctave, bool inFlatOnly) {
   const auto& localizer = plinth::config::Localizer::Get();
-  const UTF16String octave = WriteOctave(inNoteIndex, inOctave);
+  const UTF16String octave = ComposeOctave(inNoteIndex, inOctave);
   if (const auto note = static_cast<unsigned>(inNoteIndex); note < kNotes.size()) {
     UTF16String name = ComposeNoteName(localizer, kNotes[note], inFlatOnly);
     name += octave;
@@ -101,9 +101,9 @@ int GetNoteFromFrequency(float inFrequency, int* outOctave) {
   constexpr std::array<float, 12> kBases{13.75f, 27.5f,   55.0f,   110.0f,  220.0f,   440.0f,
                                          880.0f, 1760.0f, 3520.0f, 7040.0f, 14080.0f, 28160.0f};
   // 2^(n/24) for odd n from 1 to 23: halfway between adjacent semitones.
-  constexpr std::array<float, 12> kHalfways{1.0293022f, 1.0905077f, 1.1553527f, 1.2240535f,
-                                            1.2968396f, 1.3739537f, 1.4556532f, 1.5422108f,
-                                            1.6339155f, 1.7310731f, 1.8340081f, 1.943064f};
+  constexpr std::array<float, 12> kMidpoints{1.0293022f, 1.0905077f, 1.1553527f, 1.2240535f,
+                                             1.2968396f, 1.3739537f, 1.4556532f, 1.5422108f,
+                                             1.6339155f, 1.7310731f, 1.8340081f, 1.943064f};
 
   // Counting the bases at or below the frequency needs no branch; stopping at the first one above
   // would give the same number. The lowest octave includes everything below its base, and NaN.
@@ -114,7 +114,7 @@ int GetNoteFromFrequency(float inFrequency, int* outOctave) {
   if (octave == kBases.size() - 1) return 0;
 
   int note = 0;
-  for (const float halfway : kHalfways) note += inFrequency >= kBases[octave] * halfway ? 1 : 0;
+  for (const float halfway : kMidpoints) note += inFrequency >= kBases[octave] * halfway ? 1 : 0;
   return note;
 }
 

@@ -56,11 +56,11 @@ constexpr std::span<const MediaHandler, kHandlerCount> GetHandlers() {
   return std::span(sMediaHandlerNames).first<kHandlerCount>();
 }
 
-constexpr bool IsInItsPlace(const MediaHandler& inHandler) {
+constexpr bool IsValidRow(const MediaHandler& inHandler) {
   return &inHandler == &sMediaHandlerNames[static_cast<std::size_t>(inHandler.index)] &&
          inHandler.identifier.size() == kIdentifierLength;
 }
-static_assert(std::all_of(GetHandlers().begin(), GetHandlers().end(), &IsInItsPlace));
+static_assert(std::all_of(GetHandlers().begin(), GetHandlers().end(), &IsValidRow));
 
 UTF16String WidenName(const MediaHandler& inHandler) {
   return plinth::string::AsciiToUTF16(inHandler.name.data(), inHandler.name.size());

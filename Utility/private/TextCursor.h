@@ -64,7 +64,7 @@ class TextCursor {
   }
 
   /// Reads the decimal fraction that starts here with ".", without moving; 0 if no digit follows.
-  /// Only the 1023 characters after the "." are read. Later digits could only decide an exact tie.
+  /// At most 1023 characters after the "." are read. Later digits could only decide an exact tie.
   double ReadFraction() const {
     std::array<char, 1024> number;
     number[0] = '.';

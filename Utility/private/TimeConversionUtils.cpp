@@ -1,8 +1,8 @@
 // Time conversion: positions on an audio timeline to and from the text of every time display.
 //
 // Each display has one function that writes it and one that reads it. The order of evaluation, the
-// type of each step and the fused operations decide the last digit of the results and are part of
-// the contract.
+// type of each step and the fused operations decide the last digit of the results: do not change
+// them.
 
 #include "../../Debug/private/Assertion.h"
 #include "DefinedArithmetic.h"
@@ -48,13 +48,13 @@ struct FrameRate {
   Int32 seconds;
 };
 
-/// Every field is written as a 32-bit number; larger values wrap.
+/// All fields but the sample count are written as 32-bit numbers; larger values wrap.
 std::int32_t Narrow(Int64 inField) {
   return Int32(inField).GetValue();
 }
 
-/// The width of a field that counts from 0 to inDivisions - 1: the frames of a second, the ticks of
-/// a beat.
+/// The width of a field that counts from 0 to inDivisions - 1, at most 4: the frames of a second,
+/// the ticks of a beat.
 int GetDivisionWidth(std::int32_t inDivisions) {
   return inDivisions <= 10 ? 1 : inDivisions <= 100 ? 2 : inDivisions <= 1000 ? 3 : 4;
 }
@@ -68,11 +68,11 @@ void WriteZero(UTF16String& outString) {
 
 // -------------------------------------------------------------------------------- Writing timecode
 
-/// Counts pulled-down frames for the frame-count display: magnitude × fps × 1000/1001 / sample
-/// rate, in double precision, which can differ from the integer count in the last digit. Both sides
-/// of the fraction carry the factors fps and 599.4 (20 × 29.97). They cancel, but take part in the
-/// rounding.
-std::int32_t CountPulledDownFrames(Int64 inMagnitude, std::int32_t inSampleRate, double inFPS) {
+/// Counts frames for the drop-frame flag of the frame-count display: magnitude × fps × 1000/1001 /
+/// sample rate, in double precision, which can differ from the integer count in the last digit.
+/// Both sides of the fraction carry the factors fps and 599.4 (20 × 29.97). They cancel, but take
+/// part in the rounding.
+std::int32_t CountFramesInDouble(Int64 inMagnitude, std::int32_t inSampleRate, double inFPS) {
   constexpr double kScale = 599.4;
   constexpr double kPulledDownScale = kScale / 1.001;
   return TruncateTo<std::int32_t>(
@@ -167,7 +167,7 @@ bool WriteTimecode(UTF16String& outString, std::int64_t inSamples, std::int32_t 
   const Int64 wholeFrames = numerator / denominator;
   DisplayText text;
   if (HasFlag(inFlags, kTimecodeFlag_FramesOnly)) {
-    text.Put(isDropFrame ? CountPulledDownFrames(magnitude, inSampleRate, inTimecodeFPS)
+    text.Put(isDropFrame ? CountFramesInDouble(magnitude, inSampleRate, inTimecodeFPS)
                          : Narrow(wholeFrames));
   } else {
     if (inSamples < 0) text.Put(u'-');
@@ -266,11 +266,11 @@ double GetOffsetInSamples(double inSampleRate, const BeatInfo& inBeatInfo) {
 
 bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, double inSampleRate,
                                   const BeatInfo& inBeatInfo, bool inIsDuration, int inPrecision) {
-  static constexpr char kFunction[] =
+  static constexpr char kSignature[] =
       "bool mezzo::utility::ConvertSamplesToBarsAndBeats(plinth::UTF16String &, double, double, "
       "const mezzo::utility::BeatInfo &, bool, int)";
-  MEZZO_ASSERT(inPrecision >= 0, "", kFunction);
-  MEZZO_ASSERT(inBeatInfo.iBeatsPerBar != 0, "programmer error!\n", kFunction);
+  MEZZO_ASSERT(inPrecision >= 0, "", kSignature);
+  MEZZO_ASSERT(inBeatInfo.iBeatsPerBar != 0, "programmer error!\n", kSignature);
   // The dialog may change the record, so it is read after the reports.
   const Int32 beatsPerBar = inBeatInfo.iBeatsPerBar;
   const std::int32_t ticksPerBeat = inBeatInfo.iTicksPerBeat;
@@ -310,7 +310,7 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
   const Int32 bar = wholeBeats / beatsPerBar + first - barsBeforeZero;
   const Int32 beat = wholeBeats % beatsPerBar + first;
 
-  // The decimal form shows its three fields at every precision.
+  // With -1 ticks the text has its three fields at every precision.
   const bool isDecimal = ticksPerBeat == -1;
   DisplayText text;
   if (isDecimal || inPrecision >= 0) text.Put(bar.GetValue());
@@ -367,7 +367,7 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
                               std::int32_t inSampleRate, TimecodeFormat inFormat,
                               std::int32_t inTimecodeFPS, const BeatInfo* inBeatInfo,
                               bool inIsDuration) {
-  static constexpr char kFunction[] =
+  static constexpr char kSignature[] =
       "bool mezzo::utility::ConvertSamplesToTimecode(plinth::UTF16String &, std::int64_t, "
       "std::int32_t, mezzo::utility::TimecodeFormat, std::int32_t, const mezzo::utility::BeatInfo "
       "*, bool)";
@@ -376,7 +376,7 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
   };
 
   MEZZO_ASSERT(inFormat > kTimecodeFormat_None && inFormat < kTimecodeFormat_AfterLast, "",
-               kFunction);
+               kSignature);
   switch (inFormat) {
     case kTimecodeFormat_Decimal:
       ConvertSamplesToDecimalTimecode(outString, inSamples, inSampleRate, false);
@@ -394,12 +394,12 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
     case kTimecodeFormat_SMPTEDropFrame2:
       return writeTimecode(kTimecodeFlag_DropFrame);
     case kTimecodeFormat_Beats:
-      MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kFunction);
+      MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kSignature);
       if (inBeatInfo == nullptr) return false;
       ConvertSamplesToBeats(outString, inSamples, inSampleRate, inBeatInfo->dTempo);
       return true;
     case kTimecodeFormat_BarsAndBeats:
-      MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kFunction);
+      MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kSignature);
       if (inBeatInfo == nullptr) return false;
       return ConvertSamplesToBarsAndBeats(outString, static_cast<double>(inSamples), inSampleRate,
                                           *inBeatInfo, inIsDuration, 2);
@@ -444,13 +444,12 @@ int GetFractionDenominator(int inUnitCount) {
   return power < kPowersOfTen.size() ? kPowersOfTen[power] : std::numeric_limits<int>::max();
 }
 
-/// Parses any text as clock fields. Any non-digit separates fields. A number after a "." is a
-/// decimal fraction and ends the text.
+/// Parses any text by the rules that the header states for SMPTE timecode.
 ParsedTimeCode ParseTimeCodeString(const UTF16String& inString) {
   constexpr int kMaxFields = 5;
   ParsedTimeCode parsed;
   TextCursor cursor(inString);
-  // Stays 0 at the first number of a text without a "." before it: the fraction of "1." is 1/1.
+  // Stays 0 for a first number without a "." before it, so the fraction of "1." is 1/1.
   int unitCount = 0;
   const auto setFraction = [&](int inNumerator) {
     parsed.fractionNumerator = inNumerator;
@@ -488,7 +487,7 @@ ParsedTimeCode ParseTimeCodeString(const UTF16String& inString) {
 bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inString,
                               std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
                               bool inPulldown, bool inDropFrame) {
-  static constexpr char kFunction[] =
+  static constexpr char kSignature[] =
       "bool mezzo::utility::ConvertTimecodeToSamples(std::int64_t &, const plinth::UTF16String &, "
       "std::int32_t, std::int32_t, bool, bool)";
   if (inString.empty()) {
@@ -500,8 +499,8 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
   const Int32 fps = inTimecodeFPS;
   Int32 wholeFrames = 0;
   if (inDropFrame) {
-    MEZZO_ASSERT_NAMED(dropframe::CountFramesPerHour(fps) % 6 == 0, "framesPerHour % 6 == 0",
-                       "Drop frame not supported on the given frame rate.\n", kFunction);
+    MEZZO_ASSERT_WITH_TEXT(dropframe::CountFramesPerHour(fps) % 6 == 0, "framesPerHour % 6 == 0",
+                           "Drop frame not supported on the given frame rate.\n", kSignature);
     wholeFrames = dropframe::FrameCountOfLabel(parsed.hours, parsed.minutes, parsed.seconds,
                                                parsed.frames, fps);
   } else {
@@ -513,7 +512,7 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
   const Int64 fractionsPerFrame = parsed.fractionDenominator;
   const Int64 divisor = fractionsPerFrame * rate.frames;
   if (divisor == 0) {
-    MEZZO_REPORT("false", "Divide by zero in ConvertTimecodeToSamples\n", kFunction);
+    MEZZO_REPORT("false", "Divide by zero in ConvertTimecodeToSamples\n", kSignature);
     outSamples = 0;
     return true;
   }
@@ -568,16 +567,17 @@ std::int64_t ConvertBarsAndBeatsToSamples(const UTF16String& inString, double in
 
 namespace {
 
-constexpr char kReadByFormat[] =
+constexpr char kSignature[] =
     "bool mezzo::utility::ConvertTimecodeToSamples(std::int64_t &, const plinth::UTF16String &, "
     "mezzo::utility::TimecodeFormat, std::int32_t, std::int32_t, mezzo::utility::BeatInfo *, bool)";
 
-/// Reads clock time, in units of the last field. The parser's fields shift by one: its minutes are
-/// hours here, its seconds minutes, its frames seconds.
-double ReadClock(const UTF16String& inString) {
+/// Reads clock time, or beats or milliseconds as its last field, in units of that field. The
+/// parser's fields shift by one: its minutes are hours here, its seconds minutes, its frames
+/// seconds.
+double ReadThreeFields(const UTF16String& inString) {
   const ParsedTimeCode parsed = ParseTimeCodeString(inString);
-  MEZZO_ASSERT_NAMED(parsed.hours == 0, "hours==0",
-                     "These timecode formats are just hours, minutes, seconds.\n", kReadByFormat);
+  MEZZO_ASSERT_WITH_TEXT(parsed.hours == 0, "hours==0",
+                         "These timecode formats are just hours, minutes, seconds.\n", kSignature);
   const double last =
       parsed.frames + static_cast<double>(parsed.fractionNumerator) / parsed.fractionDenominator;
   return std::fma(parsed.minutes, 3600.0, std::fma(parsed.seconds, 60.0, last));
@@ -598,7 +598,7 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
   }
   switch (inFormat) {
     case kTimecodeFormat_Decimal:
-      outSamples = TruncateTo<std::int64_t>(std::fma(ReadClock(inString), inSampleRate, 0.5));
+      outSamples = TruncateTo<std::int64_t>(std::fma(ReadThreeFields(inString), inSampleRate, 0.5));
       return true;
     case kTimecodeFormat_Samples: {
       constexpr unsigned short kParserFlags = 6;  // the host's option bits for sample counts
@@ -620,24 +620,24 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
     case kTimecodeFormat_PulldownFrames:
       return readTimecode(true, true);
     case kTimecodeFormat_Beats: {
-      const double beats = ReadClock(inString);
-      MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kReadByFormat);
+      const double beats = ReadThreeFields(inString);
+      MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kSignature);
       if (inBeatInfo == nullptr) return false;
       outSamples = TruncateTo<std::int64_t>(beats * inSampleRate * 60.0 / inBeatInfo->dTempo + 0.5);
       return true;
     }
     case kTimecodeFormat_BarsAndBeats:
-      MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kReadByFormat);
+      MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kSignature);
       if (inBeatInfo == nullptr) return false;
       outSamples = ConvertBarsAndBeatsToSamples(inString, inSampleRate, *inBeatInfo, inIsDuration);
       return true;
     case kTimecodeFormat_Milliseconds:
       outSamples =
-          TruncateTo<std::int64_t>(std::fma(ReadClock(inString) * inSampleRate, 0.001, 0.5));
+          TruncateTo<std::int64_t>(std::fma(ReadThreeFields(inString) * inSampleRate, 0.001, 0.5));
       return true;
     case kTimecodeFormat_None:
     case kTimecodeFormat_AfterLast:
-      MEZZO_REPORT("0", "", kReadByFormat);
+      MEZZO_REPORT("0", "", kSignature);
       break;
     case kTimecodeFormat_Reserved:
       break;

@@ -67,8 +67,8 @@ class Cursor {
   const char16_t* fEnd;
 };
 
-/// Parses an optional sign and digits; overflow saturates. Inlined because a cursor in memory costs
-/// more than the digits do.
+/// Parses an optional sign and digits; overflow saturates. Inlined, so that the cursor stays in
+/// registers.
 /// \return true if there were digits and no overflow.
 template <class Int>
 [[gnu::always_inline]] inline bool ReadSignedInteger(Int& outNumber, Cursor& ioCursor) {
@@ -105,8 +105,8 @@ class Significand {
   bool ReadDigits(Cursor& ioCursor, bool inFraction) {
     const bool found = IsDigit(ioCursor.GetUnit());
     for (; IsDigit(ioCursor.GetUnit()); ioCursor.Advance()) {
-      const bool kept = Keep(static_cast<char>(ioCursor.GetUnit()));
-      fExponent += (kept ? 0 : 1) - (inFraction ? 1 : 0);
+      const bool isAccepted = Accept(static_cast<char>(ioCursor.GetUnit()));
+      fExponent += (isAccepted ? 0 : 1) - (inFraction ? 1 : 0);
     }
     return found;
   }
@@ -132,7 +132,7 @@ class Significand {
   static constexpr std::int64_t kExponentLimit = 99999;
 
   /// \return false for a digit that only shifts the exponent.
-  bool Keep(char inDigit) {
+  bool Accept(char inDigit) {
     if (fEnd == fDigits && inDigit == '0') return true;  // a leading zero
     if (fEnd - fDigits == kMaxDigits) {
       fTruncated = fTruncated || inDigit != '0';
@@ -159,7 +159,7 @@ std::int64_t ReadExponent(Cursor inCursor) {
 }
 
 template <class Int>
-bool TextToInteger(Int& outNumber, const UTF16String& inText) {
+bool ReadInteger(Int& outNumber, const UTF16String& inText) {
   Cursor cursor(inText);
   cursor.SkipBlanks();
   return ReadSignedInteger(outNumber, cursor);
@@ -174,12 +174,12 @@ UTF16String AsciiToUTF16(const char* inText, std::size_t inLength) {
 
 bool StringToNumber(int& outNumber, const UTF16String& inText,
                     utility::Flags<unsigned short>) noexcept {
-  return TextToInteger(outNumber, inText);
+  return ReadInteger(outNumber, inText);
 }
 
 bool StringToNumber(long long& outNumber, const UTF16String& inText,
                     utility::Flags<unsigned short>) noexcept {
-  return TextToInteger(outNumber, inText);
+  return ReadInteger(outNumber, inText);
 }
 
 bool StringToNumber(double& outNumber, const UTF16String& inText,

@@ -48,8 +48,7 @@ oUTF16StringStream& oUTF16StringStream::Append(Iterator inFirst, Iterator inLast
 }
 
 oUTF16StringStream& oUTF16StringStream::operator<<(int inNumber) {
-  char digits[std::numeric_limits<int>::digits10 +
-              2];  // a sign, and one digit more than always fits
+  char digits[std::numeric_limits<int>::digits10 + 2];  // a sign and digits10 + 1 digits
   return Append(digits, std::to_chars(std::begin(digits), std::end(digits), inNumber).ptr);
 }
 

@@ -73,7 +73,7 @@ expect 0 $'172801600\n96000' '' parse smpte '1 hr 0 min 0 s 1 f' '2 sec 0'
 expect 0 3200 '' parse smpte --lenient '01:00:00:00 Scene 2'
 
 # Notes: one of each kind in a run
-expect 0 $'2882880\n2882880' "mezzo: note: there is no label '00;01;00;00'; it stands for '00;01;00;02'" \
+expect 0 $'2882880\n2882880' "mezzo: note: '00;01;00;00' is not a label; it stands for '00;01;00;02'" \
   parse 4 '00;01;00;00' '00;01;00;01'
 expect 0 $'1600\n3200' "mezzo: note: '0;1' has the ';' of drop-frame labels, which smpte does not have" \
   parse smpte '0;1' '0;2'
@@ -132,7 +132,7 @@ expect 0 ' 0  decimal          "   0:10.000"
 13  smpte-drop2      (not at 25 fps)
 14  smpte-pulldown3  "00:00:09:24"' '' show 480000 --fps 25
 contain "$("$mezzo" show --from 29.97DF '00;01;00;00' --json 2>/dev/null)" '"position": 2882880' \
-  '"notes": [' 'there is no label' '"text": "00;01;00;02"'
+  '"notes": [' 'is not a label' '"text": "00;01;00;02"'
 contain "$("$mezzo" show 9223372036854775807 2>&1)" 'smpte            (out of range)' 'six digits'
 
 # Notes and handlers

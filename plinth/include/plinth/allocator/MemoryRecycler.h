@@ -9,7 +9,8 @@
 
 namespace plinth::allocator {
 
-/// Allocates and frees memory blocks. Any thread may call any function.
+/// Allocates and frees memory blocks. The stand-in recycles none: it uses operator new and delete.
+/// Any thread may call any function.
 class PLINTH_EXPORT MemoryRecycler {
  public:
   MemoryRecycler() = delete;

@@ -29,8 +29,8 @@ class PLINTH_EXPORT Localizer {
   /// the string's inline capacity.
   ///
   /// \param inKey path and English text, "$$$/path=English"; ASCII.
-  /// \return the translation installed for "$$$/path", otherwise the English text, which is the
-  ///     whole key if it has no "=".
+  /// \return the translation installed for "$$$/path", otherwise the English text. A key without
+  ///     "=" is its own English text.
   /// \exception std::bad_alloc if memory runs out.
   UTF16String Localize(const char* inKey) const;
 

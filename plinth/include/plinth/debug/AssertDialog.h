@@ -1,15 +1,17 @@
 /// \file
-/// Assertion dialog: shows failed assertions to the host.
+/// Assertion dialog: reports failed assertions to the host.
 #pragma once
 
 #include <plinth/Export.h>
 
 namespace plinth::debug {
 
-/// Shows or records a failed assertion. The parameters are those of `BreakAfterAssertDialog`.
+/// Shows or records a failed assertion. Returns true to break into the debugger. The parameters are
+/// those of `BreakAfterAssertDialog`.
 ///
-/// Once the flag `ioDisabled` is true, the site reports no more, not even from within the handler.
-/// A site may fail on several threads at once, so a handler sets the flag with `__atomic_store_n`.
+/// Once the flag `ioDisabled` is true, the site reports nothing further, even if the handler itself
+/// reaches it. A site may fail on several threads at once, so a handler sets the flag with
+/// `__atomic_store_n`.
 using AssertDialogHandler = bool (*)(bool& ioDisabled, const char* inCondition,
                                      const unsigned char* inMessage, const char* inFile, int inLine,
                                      const char* inFunction, bool inFlag);
@@ -24,18 +26,18 @@ using AssertDialogHandler = bool (*)(bool& ioDisabled, const char* inCondition,
 /// Any thread may call it at any time; a report in progress keeps its handler.
 PLINTH_EXPORT AssertDialogHandler SetAssertDialogHandler(AssertDialogHandler inHandler) noexcept;
 
-/// Reports a failed assertion to the host's handler.
+/// Reports a failed assertion to the host's handler. The caller breaks into the debugger if asked.
 ///
 /// Callers read their site's flag with `__atomic_load_n`.
 ///
 /// \param[in,out] ioDisabled the flag of the assertion's site; the handler may set it to true to
 ///     silence the site.
 /// \param inCondition the text of the condition.
-/// \param inMessage the message, UTF-8, ending in a line feed; or the empty text.
+/// \param inMessage the message, UTF-8, ending in a line feed; or empty.
 /// \param inFile the source file.
 /// \param inLine the line in the file.
 /// \param inFunction the signature of the function.
-/// \param inFlag passed on to the handler.
+/// \param inFlag passed on to the handler; the library always passes true.
 /// \return true if the program should break into the debugger.
 PLINTH_EXPORT bool BreakAfterAssertDialog(bool& ioDisabled, const char* inCondition,
                                           const unsigned char* inMessage, const char* inFile,

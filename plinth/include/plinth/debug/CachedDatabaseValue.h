@@ -1,5 +1,6 @@
 /// \file
-/// Cached debug setting: an entry of the debug database, read only after the database has changed.
+/// Cached debug setting: an entry of the debug database, read again only if the database has
+/// changed.
 #pragma once
 
 #include <plinth/debug/DebugDatabase.h>
@@ -44,7 +45,7 @@ class CachedDatabaseValue {
   }
 
  private:
-  /// The first call reads the database, unless its generation is this very number.
+  /// No generation yet. The first call reads the database unless its generation has this value.
   static constexpr std::uint32_t kNeverRead = 0xFFFFFFFF;
 
   ByteString fKey;

@@ -13,7 +13,7 @@
 
 namespace plinth::debug {
 
-/// UTF-8 text in memory of `allocator::MemoryRecycler`.
+/// UTF-8 text in memory allocated by `allocator::MemoryRecycler`.
 using ByteString = std::basic_string<unsigned char, std::char_traits<unsigned char>,
                                      allocator::STLAllocator<unsigned char>>;
 

@@ -8,7 +8,7 @@
 
 namespace plinth {
 
-/// UTF-16 text in memory of `allocator::MemoryRecycler`.
+/// UTF-16 text in memory allocated by `allocator::MemoryRecycler`.
 using UTF16String =
     std::basic_string<char16_t, std::char_traits<char16_t>, allocator::STLAllocator<char16_t>>;
 

@@ -19,8 +19,8 @@ namespace plinth {
 /// An item shorter than the width is filled on the left, before its sign. The width applies to the
 /// next item only; the fill character, initially a space, persists.
 ///
-/// Texts of up to 64 code units are stored inline. Only longer ones allocate, and only then can an
-/// operator throw std::bad_alloc.
+/// Up to 64 code units are stored inline. Only longer ones allocate, and only then can an operator
+/// throw std::bad_alloc.
 class PLINTH_EXPORT oUTF16StringStream {
  public:
   /// Sets the minimum width of the next item in code units; 0 and negative widths fill nothing.
@@ -50,7 +50,7 @@ class PLINTH_EXPORT oUTF16StringStream {
   template <class Iterator>
   oUTF16StringStream& Append(Iterator inFirst, Iterator inLast);
 
-  /// Fits the longest display, so composing one does not allocate.
+  /// Fits every number, so formatting one does not allocate.
   static constexpr std::size_t kInlineUnits = 64;
 
   boost::container::small_vector<char16_t, kInlineUnits, allocator::STLAllocator<char16_t>> fText;
