@@ -64,7 +64,7 @@ struct BeatInfo {
   double dTempo;               ///< quarter notes per minute
   std::int32_t iBeatsPerBar;   ///< beats in one bar; not 0
   std::int32_t iBeatUnit;      ///< note value of one beat: 4 a quarter note, 8 an eighth
-  double dOffsetMs;            ///< milliseconds from sample 0 to bar 1 beat 1
+  double dOffsetMs;  ///< milliseconds from sample 0 to bar 1 beat 1; rounded to whole samples
 };
 
 /// Compares all five fields. Doubles compare by IEEE 754, so NaN equals nothing.

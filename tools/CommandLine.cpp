@@ -27,8 +27,9 @@ constexpr char kToolDescription[] =
     R"(Convert, name and draw positions on an audio timeline.
 
 A position is a signed sample count. A typed text may begin with a minus sign,
-end in a decimal fraction, and omit leading fields ("2:12" is 2 seconds and 12
-frames in timecode). Bars and beats omit the last fields instead.
+end in a decimal fraction (nine digits count), and omit leading fields ("2:12"
+is 2 seconds and 12 frames in timecode). Bars and beats omit the last fields
+instead. Unit words may follow the numbers: "1 h 2 min", "3 bars 2 beats".
 
 A FORMAT is a name or number that 'mezzo formats' lists, in any letter case, or
 the name of a frame rate, which selects the nominal rate, too:
@@ -38,7 +39,8 @@ the name of a frame rate, which selects the nominal rate, too:
 
 constexpr char kToolNotes[] = R"(Exit status:
   0  Everything was converted.
-  1  Something could not be converted; everything else was.
+  1  Something could not be converted: its line is empty, or unchanged with
+     --field. Everything else was converted.
   2  The arguments cannot be used, or a file cannot be read or written.
 
 Notes:
@@ -82,6 +84,10 @@ Examples:
 constexpr char kConvertNotes[] = R"(JSON:
   The same as for parse; "text" is the text in the second format.
 
+Rates:
+  The name of a frame rate selects the rate of both formats, unless the other
+  format is a rate name, too, or --fps is given.
+
 Examples:
   mezzo convert 29.97df bars-beats "01;00;02;00" --tempo 90
   mezzo convert 29.97df decimal --field 2 --delimiter tab < markers.tsv)";
@@ -111,6 +117,10 @@ Examples:
 
 constexpr char kNoteNotes[] = R"(JSON:
   {"name", "index", "octave"}, and "frequency" if one was given.
+
+Octaves:
+  Octaves are counted from A; only in names do they begin at C. Below A0
+  (27.5 Hz) names have no octave.
 
 Examples:
   mezzo note 440
@@ -234,7 +244,8 @@ void AddTextOptions(CLI::App& outCommand, Settings& outSettings, const char* inN
       })
       ->check([](const std::string& inText) {
         const bool isDelimiter = inText.size() == 1 && inText != "\"";
-        return isDelimiter ? "" : "must be one character or 'tab', not " + Quote(inText);
+        return isDelimiter ? ""
+                           : "must be an ASCII character other than '\"', or 'tab', not " + Quote(inText);
       })
       ->type_name("C")
       ->needs(field);
@@ -351,6 +362,16 @@ void AddCommand(CLI::App& outApp, const Command& inCommand, Settings& outSetting
   inCommand.addOptions(outApp, outSettings);
 }
 
+/// \exception InputError for an option such as "--rate=", to which CLI11 would give the next
+/// argument.
+void RefuseEmptyValues(const std::vector<std::string>& inArguments) {
+  for (const std::string& argument : inArguments) {
+    if (argument == "--") return;
+    if (argument.starts_with("--") && argument.find('=') == argument.size() - 1)
+      throw InputError(argument.substr(0, argument.size() - 1) + " needs a value");
+  }
+}
+
 /// CLI11 looks for missing options before it looks at unknown ones, which are often the cause.
 std::string ExplainError(const CLI::App& inApp, const CLI::ParseError& inError) {
   const std::string message = inError.what();
@@ -372,7 +393,7 @@ std::string ExplainError(const CLI::App& inApp, const CLI::ParseError& inError) 
 std::string ExplainUnknownCommand(const std::string& inName) {
   if (inName.empty()) return "no command; see 'mezzo --help'";
   if (inName.starts_with('-'))
-    return "unknown option " + Quote(inName) + "; options follow the command";
+    return "unknown option " + Quote(inName) + "; options follow the command, see 'mezzo --help'";
   std::vector<std::string> names;
   for (const Command& command : kCommands) names.emplace_back(command.name);
   return "unknown command " + Quote(inName) + SuggestWord(inName, names, "mezzo --help");
@@ -409,6 +430,7 @@ int RunCommand(std::vector<std::string> inArguments) {
                  settings);
     }
   }
+  RefuseEmptyValues(inArguments);
   try {
     std::reverse(inArguments.begin(), inArguments.end());
     app.parse(inArguments);

@@ -41,7 +41,8 @@ struct Settings {
   int octave = -1;
   bool isFlatOnly = false;
 
-  /// \return the timeline at the frame rate that a rate name, or else the option, selects.
+  /// \return the timeline at the frame rate that the format's rate name selects, or else the
+  ///     option, or else the rate name of the other format.
   /// \exception InputError when the two differ, or the frame rate does not support the format.
   Timeline GetTimeline(const FormatChoice& inChoice) const;
 };

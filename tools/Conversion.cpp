@@ -49,7 +49,7 @@ struct TypedNumber {
   std::string_view digits;
   std::string_view word;  ///< after it; usually empty
   std::size_t field = 0;
-  bool isBehindPoint = false;  ///< ticks, or a decimal fraction of the last field
+  bool isFraction = false;  ///< a decimal fraction of its field
 
   /// \return the greatest integer when the digits exceed it.
   std::int64_t GetValue() const {
@@ -106,26 +106,35 @@ TypedText SplitText(std::string_view inText) {
 /// \exception InputError for numbers that the library would ignore.
 void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat inFormat,
                   const std::string& inText) {
+  // The denominator of a longer fraction saturates in the library.
+  constexpr std::size_t kMostFractionDigits = 9;
   auto& numbers = ioTyped.numbers;
-  const auto& fields = inNotation.fields;
-  const bool hasBars = inNotation.HasBars();
-  const bool hasFraction = numbers.back().separator == '.' && !hasBars;
+  const std::size_t last = inNotation.fields.size() - 1;
+  const bool hasTicks = inNotation.HasTicks();
+  const bool hasFraction = numbers.back().separator == '.' && !hasTicks;
   const std::size_t count = numbers.size() - (hasFraction ? 1 : 0);
-  const std::size_t fieldCount = fields.size() - (fields.back().unit == kUnit_Fraction ? 1 : 0);
+  const std::size_t fieldCount = inNotation.fields.back().unit == kUnit_Fraction ? last : last + 1;
   if (count > fieldCount) {
     throw InputError(Quote(inText) + " has " + std::to_string(count) + " numbers; " +
                      GetName(inFormat) + " takes at most " + std::to_string(fieldCount));
   }
-  const std::size_t omitted = hasBars ? 0 : fieldCount - count;
+  std::size_t field = inNotation.HasBars() ? 0 : fieldCount - std::max<std::size_t>(count, 1);
   for (std::size_t place = 0; place < numbers.size(); ++place) {
     TypedNumber& number = numbers[place];
-    const std::string digits(number.digits);
-    number.isBehindPoint = number.separator == '.' || (hasBars && place == 2);
-    number.field = number.isBehindPoint ? fieldCount - 1 : omitted + place;
     if (place > 0 && numbers[place - 1].separator == '.')
-      RefusePart(digits, inText, "; nothing follows a fraction");
-    if (number.isBehindPoint && number.separator == ':')
-      RefusePart(":" + digits, inText, "; ticks follow a '.'");
+      RefusePart(number.digits, inText, "; nothing follows a fraction");
+    if (hasTicks && place == last) {
+      if (number.separator == ':')
+        RefusePart(":" + std::string(number.digits), inText, "; ticks follow a '.'");
+      number.separator = '.';
+    }
+    number.isFraction = number.separator == '.' && !hasTicks;
+    if (number.isFraction) {
+      number.digits = number.digits.substr(0, kMostFractionDigits);
+    } else if (place > 0) {
+      ++field;
+    }
+    number.field = number.separator == '.' && hasTicks ? last : field;
   }
 }
 
@@ -141,21 +150,24 @@ void RequireUnits(const TypedText& inTyped, const Notation& inNotation, const st
 /// \exception InputError for numbers that overflow: the library parses each number, and counts
 /// whole frames and beats, in 32 bits.
 void RequireRange(const TypedText& inTyped, const Notation& inNotation, const std::string& inText) {
-  double total = 0.0;
+  std::vector<double> values(inNotation.fields.size());
   for (const TypedNumber& number : inTyped.numbers) {
-    const Field& field = inNotation.fields[number.field];
-    const auto value = static_cast<double>(number.GetValue());
-    if (!number.isBehindPoint) total = total * static_cast<double>(field.radix) + value;
-    const double largest = field.unit == kUnit_Ticks ? std::max(total, value) : total;
-    if (largest > std::numeric_limits<std::int32_t>::max()) RefuseOutOfRange(inText);
+    if (!number.isFraction) values[number.field] = static_cast<double>(number.GetValue());
   }
+  double total = 0.0;
+  for (std::size_t place = 0; place < values.size(); ++place) {
+    const Field& field = inNotation.fields[place];
+    if (field.separator != '.') total = total * static_cast<double>(field.radix) + values[place];
+  }
+  if (std::max(total, values.back()) > std::numeric_limits<std::int32_t>::max())
+    RefuseOutOfRange(inText);
 }
 
 /// \return the text with the separators that the library expects.
 std::string JoinNumbers(const TypedText& inTyped) {
   std::string text = inTyped.isNegative ? "-" : "";
   for (const TypedNumber& number : inTyped.numbers) {
-    if (number.separator != 0) text += number.isBehindPoint ? '.' : ':';
+    if (number.separator != 0) text += number.separator == '.' ? '.' : ':';
     text += number.digits;
   }
   return text;
@@ -170,10 +182,8 @@ std::vector<Note> CheckMeaning(const TypedText& inTyped, const Notation& inNotat
     notes.push_back({inKind, Quote(inParsed.text) + inMessage});
   };
   const auto& numbers = inTyped.numbers;
-  const TypedNumber& last = numbers.back();
   const bool isLabel = GetName(inFormat).starts_with("smpte");
-  const bool hasFraction = last.separator == '.';
-  const bool hasTicks = inNotation.HasBars() && inTimeline.beats.iTicksPerBeat > 0;
+  const bool hasPoint = numbers.back().separator == '.';
   const bool hasSemicolon =
       std::any_of(numbers.begin(), numbers.end(),
                   [](const TypedNumber& inNumber) { return inNumber.separator == ';'; });
@@ -181,27 +191,29 @@ std::vector<Note> CheckMeaning(const TypedText& inTyped, const Notation& inNotat
     add(kNoteKind_Semicolon,
         " has the ';' of drop-frame labels, which " + GetName(inFormat) + " does not have");
   }
-  if (isLabel && hasFraction && numbers.size() == 4)
+  if (isLabel && hasPoint && (numbers.size() == 3 || numbers.size() == 4))
     add(kNoteKind_Fraction, " has no hours, but a fraction of a frame after the '.'");
-  if (hasTicks && last.isBehindPoint && numbers.size() == 2)
-    add(kNoteKind_Fraction, " has no beat, but ticks after the '.'");
+  if (inNotation.HasBars() && hasPoint && numbers.size() == 2)
+    add(kNoteKind_Fraction, " has no beat, but a part of a beat after the '.'");
   // A leading field may exceed its radix: "90:00" is an hour and a half.
   const bool overflows =
       std::any_of(numbers.begin() + 1, numbers.end(), [&inNotation](const TypedNumber& inNumber) {
-        return !inNumber.isBehindPoint &&
+        return !inNumber.isFraction &&
                inNumber.GetValue() >= inNotation.fields[inNumber.field].radix;
       });
-  if (!overflows && !hasTicks && (!isLabel || hasFraction)) return notes;
+  if (!overflows && !isLabel && !inNotation.HasTicks()) return notes;
   const std::string label = FormatPosition(inTimeline, inFormat, inParsed.position);
   const TypedText written = SplitText(label);
   const bool isSame =
       (inParsed.position == 0 || inTyped.isNegative == written.isNegative) &&
       std::all_of(numbers.begin(), numbers.end(), [&written](const TypedNumber& inNumber) {
-        return inNumber.GetValue() == written.numbers.at(inNumber.field).GetValue();
+        return inNumber.isFraction ||
+               inNumber.GetValue() == written.numbers.at(inNumber.field).GetValue();
       });
   if (!isSame) {
-    add(kNoteKind_NoSuchLabel, (isLabel ? " is not a label; it stands for " : " reads back as ") +
-                                   Quote(boost::trim_left_copy(label)));
+    add(kNoteKind_NoSuchLabel,
+        (isLabel && !hasPoint ? " is not a label; it stands for " : " reads back as ") +
+            Quote(boost::trim_left_copy(label)));
   }
   return notes;
 }
@@ -236,7 +248,8 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   if (inFormat == kTimecodeFormat_Milliseconds && text.find('e') != std::string::npos) {
     ioConversion.notes.push_back(
         {kNoteKind_FewDigits,
-         "milliseconds have only six digits from 1000 seconds on: " + Quote(text)});
+         "milliseconds have only six digits from 1000 seconds on and cannot be parsed: " +
+             Quote(text)});
     return;
   }
   const auto parsed = static_cast<double>(ParseText(inTimeline, inFormat, text));
@@ -244,7 +257,9 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   // Rounding moves a position by less than two units. Clock time from ten hours on has hundredths
   // of a second; six digits of milliseconds are more precise.
   const double unit = GetNotation(inTimeline, inFormat).samplesInUnit;
-  if (distance > std::max(2.0 * unit, inTimeline.sampleRate * 0.01) + 1.0) {
+  // A frame count that wrapped has a sign of its own.
+  if (distance > std::max(2.0 * unit, inTimeline.sampleRate * 0.01) + 1.0 ||
+      text.starts_with("--")) {
     throw InputError("position " + std::to_string(ioConversion.position) + " is out of range for " +
                      GetName(inFormat));
   }

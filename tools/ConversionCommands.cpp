@@ -131,10 +131,12 @@ std::ostream& PrintNumberAndName(const DisplayFormat& inFormat) {
 Timeline Settings::GetTimeline(const FormatChoice& inChoice) const {
   Timeline chosen = timeline;
   const auto named = inChoice.framesPerSecond;
+  const auto other = from.framesPerSecond ? from.framesPerSecond : to.framesPerSecond;
   if (framesPerSecond && named && *framesPerSecond != *named) {
     throw InputError("the format's name selects " + std::to_string(*named) +
                      " frames per second, but --fps selects " + std::to_string(*framesPerSecond));
   }
+  if (other) chosen.framesPerSecond = *other;
   chosen.framesPerSecond = named.value_or(framesPerSecond.value_or(chosen.framesPerSecond));
   RequireAvailable(chosen, inChoice.format);
   return chosen;

@@ -31,7 +31,8 @@ FormatChoice FindFormat(const std::string& inName) {
 const RateName* FindNearestRate(const std::string& inText) {
   constexpr double kFarthest = 0.1;
   const double typed = std::strtod(inText.c_str(), nullptr);
-  const bool isDropFrame = inText.ends_with("df") && !inText.ends_with("ndf");
+  const auto has = [&](char inLetter) { return inText.find(inLetter) != std::string::npos; };
+  const bool isDropFrame = has('d') && !has('n');
   const RateName* nearest = nullptr;
   double least = kFarthest;
   for (const RateName& rate : kRateNames) {

@@ -53,8 +53,8 @@ Notation GetNotation(const Timeline& inTimeline, TimecodeFormat inFormat) {
     case kTimecodeFormat_Beats:
       return {{{kUnit_Beats}, thousandths}, quarterNote / 1000.0};
     case kTimecodeFormat_BarsAndBeats: {
-      // Without ticks, the library shows thousandths of the beat.
-      const Field ticks{kUnit_Ticks, beats.iTicksPerBeat > 0 ? beats.iTicksPerBeat : 1000, '.'};
+      const Field ticks =
+          beats.iTicksPerBeat > 0 ? Field{kUnit_Ticks, beats.iTicksPerBeat, '.'} : thousandths;
       const int origin = inTimeline.isDuration ? 0 : 1;
       return {{{kUnit_Bars, 0, 0, origin}, {kUnit_Beats, beats.iBeatsPerBar, ':', origin}, ticks},
               quarterNote * 4.0 / beats.iBeatUnit / static_cast<double>(ticks.radix),

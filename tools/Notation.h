@@ -48,6 +48,7 @@ struct Notation {
 
   /// Bars and beats omit their last fields; every other notation omits its leading fields.
   bool HasBars() const { return fields.front().unit == kUnit_Bars; }
+  bool HasTicks() const { return fields.back().unit == kUnit_Ticks; }
 };
 
 Notation GetNotation(const Timeline& inTimeline, utility::TimecodeFormat inFormat);

@@ -56,7 +56,7 @@ int ShowNote(const Settings& inSettings) {
     if (inSettings.frequency) result["frequency"] = *inSettings.frequency;
     std::cout << FormatJSON(result) << '\n';
   } else {
-    std::cout << EncodeUTF8(name) << "  (index " << index << ", octave " << octave << ")\n";
+    std::cout << EncodeUTF8(name) << "  (" << index << " semitones above A" << octave << ")\n";
   }
   return kExitStatus_Success;
 }

@@ -14,9 +14,12 @@ TableRow::TableRow(const std::string& inLine, std::size_t inField, char inDelimi
   std::size_t end = 0;
   for (std::size_t field = 1;; ++field, begin = end + 1) {
     bool isQuoted = false;
+    const std::size_t first = inLine.find_first_not_of(' ', begin);
+    const bool hasQuotes = first < inLine.size() && inLine[first] == '"';
     for (end = begin; end < inLine.size() && (isQuoted || inLine[end] != inDelimiter); ++end) {
-      if (inLine[end] == '"') isQuoted = !isQuoted;
+      if (hasQuotes && inLine[end] == '"') isQuoted = !isQuoted;
     }
+    if (isQuoted) throw InputError("no closing quote in " + Quote(inLine));
     if (field == inField) break;
     if (end == inLine.size())
       throw InputError("no field " + std::to_string(inField) + " in " + Quote(inLine));

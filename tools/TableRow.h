@@ -7,8 +7,8 @@
 
 namespace mezzo::tool {
 
-/// A line of a marker list or another table. A field in double quotes may contain the delimiter; a
-/// double quote in it is doubled.
+/// A line of a marker list or another table. A field that begins with a double quote ends with one
+/// and may contain the delimiter; a double quote in it is doubled.
 class TableRow {
  public:
   /// \param inField the field, counted from 1; 0 for the whole line.

@@ -37,6 +37,9 @@ expect 0 '0:1.000' '' format bars-beats 24000 --offset-ms 500 --duration
 expect 0 1920 '' parse 2 1 --fps 30 --fps 25
 expect 0 '1351:3.957' '' convert 29.97df bars-beats '01;00;02;00' --tempo 90
 expect 0 '00:00:00:24' '' convert 48 25 00:00:00:47
+expect 0 86400 '' convert 24 frames 01:00:00:00
+expect 0 $'60000\n12000' '' parse beats 2.5000000000 0.49999999999999
+expect 0 36000 '' parse bars-beats --ticks -1 1:2.5000000000
 expect 1 $'7\n\n\n\n-8' '*argument 2: *position*argument 3: *position*argument 4: *64 bits*' \
   format samples ' 7 ' x 1.5 99999999999999999999 -8
 
@@ -58,7 +61,7 @@ smpte|20000:00:00:00|*out of range
 smpte|99999999999|*out of range
 bars-beats|1:2:480|unexpected ':480' in *; ticks follow a '.'
 bars-beats|1:2.3.4|*has 4 numbers*
-bars-beats|600000000:1|*out of range
+bars-beats|600000000|*out of range
 frames|1:02|*has 2 numbers*
 samples|12 x|*not a position*
 milliseconds|1e3|unexpected 'e' in *
@@ -70,6 +73,7 @@ for position in 9223372036854775807 -9223372036854775808; do
 done
 expect 0 $'420000\n96000\n-1440000' '' parse bars-beats '5 bar 2 beat 480 ticks' 2 -14:1 --tempo 120 --meter 4/4
 expect 0 $'172801600\n96000' '' parse smpte '1 hr 0 min 0 s 1 f' '2 sec 0'
+expect 1 '' '*out of range*' format frames --rate 1000 --fps 1000 -- -2147483649
 expect 0 3200 '' parse smpte --lenient '01:00:00:00 Scene 2'
 
 # Notes: one of each kind in a run
@@ -78,7 +82,7 @@ expect 0 $'2882880\n2882880' "mezzo: note: '00;01;00;00' is not a label; it stan
 expect 0 $'1600\n3200' "mezzo: note: '0;1' has the ';' of drop-frame labels, which smpte does not have" \
   parse smpte '0;1' '0;2'
 expect 0 $'96000\n24000' "*'1:5' reads back as '2:1.000'*" parse bars-beats 1:5 1:2
-expect 0 96050 "*'2.2' has no beat, but ticks after the '.'" parse bars-beats 2.2
+expect 0 96050 "*'2.2' has no beat, but a part of a beat after the '.'" parse bars-beats 2.2
 expect 0 24000 "*'-0:1' reads back as '0:1.000'*" parse bars-beats --duration -0:1
 expect 0 $'5760000\n259200000' "*: '1:60' reads back as '2:00.000'" parse decimal 1:60 90:00
 expect 0 19220 '*has no hours, but a fraction of a frame*' parse 25 00:00:10.01
@@ -112,6 +116,8 @@ expect 1 $'name,at\n"a, b","1:1.000",x\nc' "*line 3: no field 2 in 'c'" \
   convert smpte bars-beats --field 2 --header <<<$'name,at\n"a, b","00:00:00:00",x\nc'
 expect 0 $'\xef\xbb\xbfa\tb\r\na\t48000\r' '' parse smpte --field 2 --delimiter tab --header \
   <<<$'\xef\xbb\xbfa\tb\r\na\t1:00\r'
+expect 1 $'5"\t48000\n"a\t1:00' "*line 2: no closing quote in '*" parse smpte --field 2 --delimiter tab \
+  <<<$'5"\t1:00\n"a\t1:00'
 expect 0 '"00;00;00;00";"00;00;00;29"' '' convert 25 29.97df --field 2 --delimiter ';' \
   <<<'"00;00;00;00";1:00'
 
@@ -136,9 +142,9 @@ contain "$("$mezzo" show --from 29.97DF '00;01;00;00' --json 2>/dev/null)" '"pos
 contain "$("$mezzo" show 9223372036854775807 2>&1)" 'smpte            (out of range)' 'six digits'
 
 # Notes and handlers
-expect 0 'A4  (index 0, octave 4)' '' note 440
-expect 0 'C♯/D♭5  (index 4, octave 4)' '' note --index 4 --octave 4
-expect 0 'D♭  (index 4, octave -1)' '' note --index 4 --octave -1 --flat
+expect 0 'A4  (0 semitones above A4)' '' note 440
+expect 0 'C♯/D♭5  (4 semitones above A4)' '' note --index 4 --octave 4
+expect 0 'D♭  (4 semitones above A-1)' '' note --index 4 --octave -1 --flat
 mapfile -t rows < <("$mezzo" handlers)
 [[ ${#rows[@]} == 19 ]] || fail "${#rows[@]} handlers"
 for row in "${rows[@]}"; do
@@ -158,11 +164,12 @@ for pair in barsbeat=bars-beats bars=bars-beats drop=smpte-drop 29.98=29.97 23.9
 done
 refuse "unknown format '15'; see 'mezzo formats'" parse 15 5
 refuse "unknown command 'shwo'; did you mean 'show'?" shwo 5
-refuse "unknown option '--rate'; options follow the command" --rate 48000 show 5
+refuse "unknown option '--rate'; options follow the command*" --rate 48000 show 5
 refuse "unknown option '--fron'; did you mean '--from'?" ruler --fron 0 --to 5
 refuse "unknown option '-.5'; put '--' *" parse smpte -.5
 refuse "unexpected argument '7'" show 5 7 8
 refuse '--fps needs a value' show 5 --fps
+refuse '--rate needs a value' format smpte --rate= 48000 96000
 refuse '*no conversion' format reserved 5
 refuse '*30 and 60 have drop-frame labels' format smpte-drop 5 --fps 25
 refuse '*30 frames per second, but --fps selects 25' format 29.97df 5 --fps 25
