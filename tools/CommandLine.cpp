@@ -244,8 +244,9 @@ void AddTextOptions(CLI::App& outCommand, Settings& outSettings, const char* inN
       })
       ->check([](const std::string& inText) {
         const bool isDelimiter = inText.size() == 1 && inText != "\"";
-        return isDelimiter ? ""
-                           : "must be an ASCII character other than '\"', or 'tab', not " + Quote(inText);
+        return isDelimiter
+                   ? ""
+                   : "must be an ASCII character other than '\"', or 'tab', not " + Quote(inText);
       })
       ->type_name("C")
       ->needs(field);
@@ -374,7 +375,7 @@ void RefuseEmptyValues(const std::vector<std::string>& inArguments) {
 
 /// CLI11 looks for missing options before it looks at unknown ones, which are often the cause.
 std::string ExplainError(const CLI::App& inApp, const CLI::ParseError& inError) {
-  const std::string message = inError.what();
+  std::string message = inError.what();
   if (inError.get_name() == "ArgumentMismatch")
     return message.substr(0, message.find(':')) + " needs a value";
   for (const std::string& argument : inApp.remaining()) {

@@ -81,6 +81,38 @@ Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const
   return conversion;
 }
 
+/// A converted text as it is printed, or the reason why there is none.
+struct Result {
+  Conversion conversion{};
+  std::string output;
+  std::string error{};
+};
+
+/// Converts a line, or a field of it. A text that cannot be converted keeps its place in the
+/// output: an empty line, or the unchanged row of a table.
+Result ConvertLine(const Settings& inSettings, const Timeline& inFrom, const Timeline& inTo,
+                   const std::string& inLine) {
+  try {
+    const TableRow row(inLine, inSettings.field, inSettings.delimiter);
+    const Conversion conversion = ConvertText(inSettings, inFrom, inTo, row.GetField());
+    const bool toSamples = inSettings.to.format == utility::kTimecodeFormat_Samples;
+    const std::string text = toSamples ? std::to_string(conversion.position) : conversion.text;
+    return {conversion, row.ReplaceField(text)};
+  } catch (const InputError& error) {
+    return {.output = inSettings.field > 0 ? inLine : "", .error = error.what()};
+  }
+}
+
+JSON MakeJSON(std::size_t inNumber, const std::string& inLine, const Result& inResult) {
+  if (!inResult.error.empty())
+    return {{"item", inNumber}, {"text", inLine}, {"error", inResult.error}};
+  JSON entry{{"item", inNumber},
+             {"samples", inResult.conversion.position},
+             {"text", inResult.conversion.text}};
+  AddNotes(entry, inResult.conversion.notes);
+  return entry;
+}
+
 JSON MakeJSON(const Timeline& inTimeline) {
   const utility::BeatInfo& beats = inTimeline.beats;
   return {{"rate", inTimeline.sampleRate},
@@ -161,44 +193,28 @@ int Show(const Settings& inSettings) {
   return kExitStatus_Success;
 }
 
-/// A text that cannot be converted keeps its place in the output: an empty line, or the unchanged
-/// row of a table.
 int Convert(const Settings& inSettings) {
   const Timeline from = inSettings.GetTimeline(inSettings.from);
   const Timeline to = inSettings.GetTimeline(inSettings.to);
-  const bool toSamples = inSettings.to.format == utility::kTimecodeFormat_Samples;
   TextSource source(inSettings.texts);
   std::set<NoteKind> printed;
   int status = kExitStatus_Success;
   const char* separator = "[\n";
-  std::string text;
-  if (inSettings.hasHeader && source.GetNext(text) && !inSettings.isJSON)
-    std::cout << source.Restore(text) << '\n';
-  while (source.GetNext(text)) {
-    std::string output = inSettings.field > 0 ? text : "";
-    JSON entry;
-    if (inSettings.isJSON) entry["item"] = source.GetNumber();
-    try {
-      const TableRow row(text, inSettings.field, inSettings.delimiter);
-      const Conversion conversion = ConvertText(inSettings, from, to, row.GetField());
-      PrintNotes(conversion.notes, printed);
-      if (inSettings.isJSON) {
-        entry.update({{"samples", conversion.position}, {"text", conversion.text}});
-        AddNotes(entry, conversion.notes);
-      } else {
-        output =
-            row.ReplaceField(toSamples ? std::to_string(conversion.position) : conversion.text);
-      }
-    } catch (const InputError& error) {
+  std::string line;
+  if (inSettings.hasHeader && source.GetNext(line) && !inSettings.isJSON)
+    std::cout << source.Restore(line) << '\n';
+  while (source.GetNext(line)) {
+    const Result result = ConvertLine(inSettings, from, to, line);
+    PrintNotes(result.conversion.notes, printed);
+    if (!result.error.empty()) {
       status = kExitStatus_SomeUnconverted;
-      Complain(source.GetPlace() + ": " + error.what());
-      if (inSettings.isJSON) entry.update({{"text", text}, {"error", error.what()}});
+      Complain(source.GetPlace() + ": " + result.error);
     }
     if (inSettings.isJSON) {
-      std::cout << separator << FormatJSON(entry, -1);
+      std::cout << separator << FormatJSON(MakeJSON(source.GetNumber(), line, result), -1);
       separator = ",\n";
     } else {
-      std::cout << (inSettings.field > 0 ? source.Restore(output) : output) << '\n';
+      std::cout << (inSettings.field > 0 ? source.Restore(result.output) : result.output) << '\n';
     }
   }
   if (inSettings.isJSON) std::cout << (*separator == '[' ? "[]\n" : "\n]\n");

@@ -20,12 +20,13 @@ FormatChoice FindFormat(const std::string& inName) {
   for (const RateName& rate : kRateNames) {
     if (rate.name == name) return {rate.format, rate.framesPerSecond};
   }
+  if (const RateName* const nearest = FindNearestRate(name); nearest != nullptr)
+    throw InputError("unknown format " + Quote(inName) + "; did you mean '" +
+                     std::string(nearest->name) + "'?");
   std::vector<std::string> names;
+  names.reserve(kDisplayFormats.size());
   for (const DisplayFormat& format : kDisplayFormats) names.emplace_back(format.name);
-  const RateName* const nearest = FindNearestRate(name);
-  if (nearest != nullptr) names = {std::string(nearest->name)};
-  throw InputError("unknown format " + Quote(inName) +
-                   SuggestWord(nearest != nullptr ? names.front() : name, names, "mezzo formats"));
+  throw InputError("unknown format " + Quote(inName) + SuggestWord(name, names, "mezzo formats"));
 }
 
 const RateName* FindNearestRate(const std::string& inText) {

@@ -72,7 +72,8 @@ std::string SuggestWord(const std::string& inUnknown, const std::vector<std::str
   std::size_t least = 3;
   for (const std::string& known : inKnown) {
     const std::string lower = boost::to_lower_copy(known);
-    const bool isPart = unknown.size() > 1 && ("-" + lower).find("-" + unknown) != lower.npos;
+    const bool isPart =
+        unknown.size() > 1 && ("-" + lower).find("-" + unknown) != std::string::npos;
     const std::size_t distance = isPart ? 0 : GetEditDistance(unknown, lower);
     if (distance >= std::min(least, lower.size())) continue;
     least = distance;
