@@ -438,8 +438,9 @@ int RunCommand(std::vector<std::string> inArguments) {
   } catch (const CLI::Success& helpOrVersion) {
     return app.exit(helpOrVersion);
   } catch (const CLI::ParseError& error) {
-    throw InputError(isCommand ? ExplainError(app, error) : ExplainUnknownCommand(name));
+    if (isCommand) throw InputError(ExplainError(app, error));
   }
+  if (!isCommand) throw InputError(ExplainUnknownCommand(name));
   return command->run(settings);
 }
 

@@ -169,6 +169,7 @@ refuse "unknown option '--fron'; did you mean '--from'?" ruler --fron 0 --to 5
 refuse "unknown option '-.5'; put '--' *" parse smpte -.5
 refuse "unexpected argument '7'" show 5 7 8
 refuse '--fps needs a value' show 5 --fps
+refuse "unknown option '--version=false'*" --version=false show 5
 refuse '--rate needs a value' format smpte --rate= 48000 96000
 refuse '*no conversion' format reserved 5
 refuse '*30 and 60 have drop-frame labels' format smpte-drop 5 --fps 25
