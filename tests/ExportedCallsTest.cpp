@@ -1,5 +1,5 @@
-// Every exported function survives a failed allocation and gives the same results in every thread,
-// whatever its arguments.
+// Every exported function survives a failed allocation and may run on any thread. Those whose
+// results depend on the arguments alone give the same results on every thread.
 
 #include "support/ExportedCalls.h"
 #include "support/Heap.h"
@@ -20,7 +20,7 @@ namespace {
 
 std::atomic<unsigned> sReports{0};
 
-/// Takes no memory and silences every 100th report's site.
+/// Takes no memory and sSilences every 100th report's site.
 bool CountReport(bool& ioDisabled, const char*, const unsigned char*, const char*, int, const char*,
                  bool) {
   if (sReports.fetch_add(1) % 100 == 99) __atomic_store_n(&ioDisabled, true, __ATOMIC_RELAXED);
@@ -32,31 +32,32 @@ class OutOfMemory : public testing::TestWithParam<ExportedCall> {};
 /// Lets every allocation of many calls fail in turn, beginning with the first call of the process.
 TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
   plinth::debug::SetAssertDialogHandler(&CountReport);
-  const bool answersFalse = GetParam().name.starts_with("Translate");
+  const bool returnsFalse = GetParam().name.starts_with("Translate");
   std::set<std::string> everyResult;
   bool everFails = false;
   for (std::uint64_t seed = 0; seed < 2000; ++seed) {
-    const std::string untouched = Join(GetParam().run(DrawnArguments(seed), [](const auto&) {}));
+    const std::string untouched =
+        Join(GetParam().runWith(DrawnArguments(seed), [](const auto&) {}));
     std::string result;
     result.reserve(1000);
     bool fails = true;
     for (std::int64_t nth = 0; fails; ++nth) {
-      const std::int64_t blocks = heap::blocks;
+      const std::int64_t blocks = heap::sBlocks;
       bool throws = false;
-      result = Join(GetParam().run(DrawnArguments(seed), [&](const auto& inCall) {
-                 heap::untilFailure = nth;
+      result = Join(GetParam().runWith(DrawnArguments(seed), [&](const auto& inCall) {
+                 heap::sUntilFailure = nth;
                  try {
                    inCall();
                  } catch (const std::bad_alloc&) {
                    throws = true;
                  }
-                 fails = heap::untilFailure < 0;
-                 heap::untilFailure = -1;
+                 fails = heap::sUntilFailure < 0;
+                 heap::sUntilFailure = -1;
                })).c_str();
       // First calls build tables. The signal frees a disconnected slot at the next connection.
-      const bool leaks = heap::blocks != blocks && seed >= 100 && GetParam().isPure;
+      const bool leaks = heap::sBlocks != blocks && seed >= 100 && GetParam().isPure;
       SCOPED_TRACE("seed " + std::to_string(seed) + " allocation " + std::to_string(nth));
-      ASSERT_EQ(throws, fails && !answersFalse);
+      ASSERT_EQ(throws, fails && !returnsFalse);
       ASSERT_TRUE(!fails || result == untouched) << result;
       ASSERT_FALSE(leaks);
       everFails = everFails || fails;
@@ -65,14 +66,14 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
     everyResult.insert(result);
   }
   EXPECT_TRUE(everFails || everyResult.begin()->back() != '"') << "no text outgrew its string";
-  EXPECT_TRUE(!answersFalse || everyResult.size() == 20) << "19 handlers, or none";
+  EXPECT_TRUE(!returnsFalse || everyResult.size() == 20) << "19 handlers, or none";
 }
 
-INSTANTIATE_TEST_SUITE_P(, OutOfMemory, testing::ValuesIn(ExportedCalls()));
+INSTANTIATE_TEST_SUITE_P(, OutOfMemory, testing::ValuesIn(GetExportedCalls()));
 
-std::uint64_t HashOfPureResults() {
-  std::uint64_t hash = kNoLines;
-  for (const ExportedCall& call : ExportedCalls()) {
+std::uint64_t HashPureResults() {
+  std::uint64_t hash = kHashOfNoLines;
+  for (const ExportedCall& call : GetExportedCalls()) {
     for (std::uint64_t seed = 0; seed < 1000; ++seed) {
       const std::string results = Join(call.Run(DrawnArguments(seed)));
       if (call.isPure) Hash(hash, results);
@@ -81,7 +82,7 @@ std::uint64_t HashOfPureResults() {
   return hash;
 }
 
-TEST(Threads, GetTheSameResultsAllAtOnce) {
+TEST(Threads, GetTheSameResultsConcurrently) {
   plinth::debug::SetAssertDialogHandler(&CountReport);
   std::atomic<bool> isOver{false};
   std::thread host([&] {
@@ -96,11 +97,11 @@ TEST(Threads, GetTheSameResultsAllAtOnce) {
   });
   std::uint64_t hashes[8];
   std::vector<std::thread> threads;
-  for (auto& hash : hashes) threads.emplace_back([&] { hash = HashOfPureResults(); });
+  for (auto& hash : hashes) threads.emplace_back([&] { hash = HashPureResults(); });
   for (auto& thread : threads) thread.join();
   isOver = true;
   host.join();
-  for (const auto hash : hashes) EXPECT_EQ(hash, HashOfPureResults());
+  for (const auto hash : hashes) EXPECT_EQ(hash, HashPureResults());
   EXPECT_GT(sReports.load(), 0u);
 }
 

@@ -26,10 +26,11 @@ namespace {
 constexpr char kToolDescription[] =
     R"(Convert, name and draw positions on an audio timeline.
 
-A position is a signed sample count. A typed text may begin with a minus sign,
-end in a decimal fraction (nine digits count), and omit leading fields ("2:12"
-is 2 seconds and 12 frames in timecode). Bars and beats omit the last fields
-instead. Unit words may follow the numbers: "1 h 2 min", "3 bars 2 beats".
+A position is a signed sample count. Texts in other formats may begin with a
+minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
+and end in a decimal fraction, of which the first nine digits are used. Bars
+and beats omit the last fields instead, and their "." precedes the ticks. Unit
+words may follow the numbers: "1 h 2 min", "3 bars 2 beats".
 
 A FORMAT is a name or number that 'mezzo formats' lists, in any letter case, or
 the name of a frame rate, which selects the nominal rate, too:
@@ -37,15 +38,16 @@ the name of a frame rate, which selects the nominal rate, too:
   119.88 120
 )";
 
-constexpr char kToolNotes[] = R"(Exit status:
-  0  Everything was converted.
-  1  Something could not be converted: its line is empty, or unchanged with
-     --field. Everything else was converted.
+constexpr char kToolFooter[] = R"(Exit status:
+  0  Success. 'show' succeeds even if some formats have no text.
+  1  An input could not be converted, or the library reported a failed
+     assertion. The line of such an input is empty, or unchanged with --field;
+     all other inputs were converted.
   2  The arguments cannot be used, or a file cannot be read or written.
 
 Notes:
-  A text may need a note on standard error. Each kind of note is printed once;
-  --json has all of them.
+  A note on standard error says where a text is misleading. Each kind of note is
+  printed once; the output of --json has all of them.
 
 Examples:
   mezzo show 480000
@@ -53,7 +55,7 @@ Examples:
   mezzo parse 29.97df < markers.txt | mezzo format bars-beats
   mezzo ruler --format 29.97df --from "00;00;58;00" --to "00;01;02;00")";
 
-constexpr char kShowNotes[] = R"(JSON:
+constexpr char kShowFooter[] = R"(JSON:
   {"position", "rate", "fps", "tempo", "meter", "ticks", "offset_ms",
    "duration", "notes", "formats": [{"number", "name", "text", "notes"}, ...]}
   A missing text is null, and the notes say why. "notes" is present only if
@@ -64,47 +66,49 @@ Examples:
   mezzo show --from 29.97df "01;00;02;00"
   mezzo show -1234 --fps 24 --tempo 90 --meter 6/8)";
 
-constexpr char kParseNotes[] = R"(JSON:
+constexpr char kParseFooter[] = R"(JSON:
   [{"item", "samples", "text", "notes"}, ...]
   "item" is the number of the input, "text" the parsed text. "notes" is present
-  only if there are notes. What cannot be converted is {"item", "text", "error"}.
+  only if there are notes. An input that cannot be converted has the form
+  {"item", "text", "error"}.
 
 Examples:
   mezzo parse smpte 01:02:03:04
   mezzo parse bars-beats -1:4.000 2:1 --tempo 90
   mezzo parse 29.97df --field 2 --header < markers.csv)";
 
-constexpr char kFormatNotes[] = R"(JSON:
+constexpr char kFormatFooter[] = R"(JSON:
   The same as for parse; "text" is the formatted text.
 
 Examples:
   mezzo format smpte 178707200 -48000
   seq 0 12000 96000 | mezzo format bars-beats)";
 
-constexpr char kConvertNotes[] = R"(JSON:
+constexpr char kConvertFooter[] = R"(JSON:
   The same as for parse; "text" is the text in the second format.
 
 Rates:
-  The name of a frame rate selects the rate of both formats, unless the other
-  format is a rate name, too, or --fps is given.
+  If only one of the formats is the name of a frame rate, both formats use that
+  rate. --fps, if given, must agree with the name.
 
 Examples:
   mezzo convert 29.97df bars-beats "01;00;02;00" --tempo 90
   mezzo convert 29.97df decimal --field 2 --delimiter tab < markers.tsv)";
 
-constexpr char kListFormatsNotes[] = R"(JSON:
+constexpr char kListFormatsFooter[] = R"(JSON:
   [{"number", "name", "text", "notes", "meaning"}, ...], as for show
 
 Examples:
   mezzo formats)";
 
-constexpr char kRulerNotes[] = R"(Ends:
+constexpr char kRulerFooter[] = R"(Beginning and end:
   A text in the ruler's format, or @ and a sample count, such as @-48000.
 
 Labels and positions:
-  Ticks are at the positions that the library parses from round values of the
-  format. Labels are these positions as it formats them. An asterisk marks a
-  label that it parses as another position.
+  The library parses round values of the format into the positions of the
+  ticks, and formats these positions as the labels. The frames on both sides of
+  a gap in drop-frame labels have ticks, too. An asterisk marks a label that
+  the library parses as another position.
 
 JSON:
   {"format", "from", "to", "notes",
@@ -115,24 +119,24 @@ Examples:
   mezzo ruler --format bars-beats --from 0:1 --to 5:1 --meter 6/8
   mezzo ruler --from @-96000 --to @96000 --svg ruler.svg)";
 
-constexpr char kNoteNotes[] = R"(JSON:
+constexpr char kNoteFooter[] = R"(JSON:
   {"name", "index", "octave"}, and "frequency" if one was given.
 
 Octaves:
-  Octaves are counted from A; only in names do they begin at C. Below A0
-  (27.5 Hz) names have no octave.
+  --octave and "octave" count from A. In names, octaves begin at C. Below A0
+  (27.5 Hz), names have no octave.
 
 Examples:
   mezzo note 440
   mezzo note --index 4 --octave 4 --flat)";
 
-constexpr char kListHandlersNotes[] = R"(JSON:
+constexpr char kListHandlersFooter[] = R"(JSON:
   [{"index", "name", "identifier"}, ...]
 
 Examples:
   mezzo handlers)";
 
-constexpr char kFindHandlerNotes[] = R"(JSON:
+constexpr char kFindHandlerFooter[] = R"(JSON:
   {"index", "name", "identifier"}
 
 Examples:
@@ -142,7 +146,7 @@ Examples:
 
 /// Checks a range. CLI::Range would accept "nan".
 template <class Value>
-CLI::Validator Between(Value inLowest, Value inHighest) {
+CLI::Validator RequireBetween(Value inLowest, Value inHighest) {
   const auto check = [=](const std::string& inText) {
     Value value{};
     if (CLI::detail::lexical_cast(inText, value) && value >= inLowest && value <= inHighest)
@@ -156,40 +160,40 @@ CLI::Validator Between(Value inLowest, Value inHighest) {
   return CLI::Validator(check, "");
 }
 
-/// Explains a rate that is typed as the name of one, such as "29.97", which is not nominal.
+/// Explains a rate name, such as "29.97", that is typed where a nominal rate is required.
 std::string CheckNominalRate(const std::string& inText) {
   const RateName* const rate = FindNearestRate(inText);
   const bool isWholeNumber = inText.find_first_not_of("0123456789") == std::string::npos;
   if (rate == nullptr || isWholeNumber) return "";
   const bool hasBoth = rate->name == "29.97" || rate->name == "59.94";
-  return inText + " is " + std::to_string(rate->framesPerSecond) + " with " +
-         GetName(rate->format) + (hasBoth ? " or smpte-drop" : "");
+  return "must be nominal: for " + inText + ", use " + std::to_string(rate->framesPerSecond) +
+         " with " + GetName(rate->format) + (hasBoth ? " or smpte-drop" : "");
 }
 
-CLI::Option* AddFormat(CLI::App& outCommand, const char* inName, FormatChoice& outFormat,
+CLI::Option* AddFormat(CLI::App& ioCommand, const char* inName, FormatChoice& outFormat,
                        const char* inDescription = "Format, by name or number") {
   const auto assign = [&outFormat](const std::string& inText) { outFormat = FindFormat(inText); };
-  return outCommand.add_option_function<std::string>(inName, assign, inDescription);
+  return ioCommand.add_option_function<std::string>(inName, assign, inDescription);
 }
 
-void AddTimelineOptions(CLI::App& outCommand, Settings& outSettings) {
+void AddTimelineOptions(CLI::App& ioCommand, Settings& outSettings) {
   Timeline& timeline = outSettings.timeline;
   utility::BeatInfo& beats = timeline.beats;
-  outCommand.option_defaults()->group("Timeline");
-  outCommand.add_option("--rate", timeline.sampleRate, "Samples per second")
-      ->check(Between(1, 10000000))
+  ioCommand.option_defaults()->group("Timeline");
+  ioCommand.add_option("--rate", timeline.sampleRate, "Samples per second")
+      ->check(RequireBetween(1, 10000000))
       ->type_name("HZ");
-  outCommand
+  ioCommand
       .add_option("--fps", outSettings.framesPerSecond,
                   "Nominal frames per second; 30 or 60 for drop-frame")
       ->check(&CheckNominalRate)
-      ->check(Between(1, 1000))
+      ->check(RequireBetween(1, 1000))
       ->type_name("N")
       ->default_str("30");
-  outCommand.add_option("--tempo", beats.dTempo, "Quarter notes per minute")
-      ->check(Between(0.001, 100000.0))
+  ioCommand.add_option("--tempo", beats.dTempo, "Quarter notes per minute")
+      ->check(RequireBetween(0.001, 100000.0))
       ->type_name("BPM");
-  outCommand
+  ioCommand
       .add_option_function<std::string>(
           "--meter",
           [&beats](const std::string& inText) {
@@ -199,45 +203,45 @@ void AddTimelineOptions(CLI::App& outCommand, Settings& outSettings) {
           "Beats per bar and note value of the beat")
       ->check([](const std::string& inText) {
         static const std::regex sMeter("[1-9][0-9]{0,2}/(1|2|4|8|16|32|64|128)");
-        return std::regex_match(inText, sMeter)
-                   ? ""
-                   : "must be a meter such as 6/8 with a power of two at the end, not " +
-                         Quote(inText);
+        return std::regex_match(inText, sMeter) ? ""
+                                                : "must be a meter such as 6/8, whose second "
+                                                  "number is a power of two up to 128, not " +
+                                                      Quote(inText);
       })
       ->type_name("N/N")
       ->default_str("4/4");
-  outCommand
-      .add_option("--ticks", beats.iTicksPerBeat, "Ticks per beat; -1 for a decimal fraction")
-      ->check(Between(-1, 1000000))
+  ioCommand.add_option("--ticks", beats.iTicksPerBeat, "Ticks per beat; -1 for a decimal fraction")
+      ->check(RequireBetween(-1, 1000000))
       ->check([](const std::string& inText) {
         return std::strtol(inText.c_str(), nullptr, 0) == 0 ? "must not be 0" : "";
       })
       ->type_name("N");
-  outCommand
+  ioCommand
       .add_option("--offset-ms", beats.dOffsetMs, "Milliseconds from sample 0 to bar 1 beat 1")
-      ->check(Between(-1e9, 1e9))
+      ->check(RequireBetween(-1e9, 1e9))
       ->type_name("MS");
-  outCommand.add_flag("--duration", timeline.isDuration,
-                      "Convert lengths: bars and beats count from 0");
+  ioCommand.add_flag("--duration", timeline.isDuration,
+                     "Convert lengths: bars and beats count from 0");
 }
 
-void AddLenient(CLI::App& outCommand, Settings& outSettings) {
-  outCommand.add_flag("--lenient", outSettings.isLenient,
-                      "Parse any text as the library does; a leading minus sign counts");
+void AddLenient(CLI::App& ioCommand, Settings& outSettings) {
+  ioCommand.add_flag(
+      "--lenient", outSettings.isLenient,
+      "Parse as leniently as the library, but require a digit and accept a leading minus sign");
 }
 
-void AddTextOptions(CLI::App& outCommand, Settings& outSettings, const char* inName) {
-  outCommand
+void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inName) {
+  ioCommand
       .add_option(inName, outSettings.texts, "Inputs; '-' or none for the lines of standard input")
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
       ->type_name("")
       ->default_str("");
   CLI::Option* const field =
-      outCommand.add_option("--field", outSettings.field, "Convert only this field of each line")
-          ->check(Between(1, 1000))
+      ioCommand.add_option("--field", outSettings.field, "Convert only this field of each line")
+          ->check(RequireBetween(1, 1000))
           ->type_name("N")
           ->default_str("");
-  outCommand
+  ioCommand
       .add_option("--delimiter", outSettings.delimiter, "Character that separates fields, or 'tab'")
       ->transform([](const std::string& inText) {
         return inText == "tab" || inText == "\\t" ? "\t" : inText;
@@ -250,81 +254,82 @@ void AddTextOptions(CLI::App& outCommand, Settings& outSettings, const char* inN
       })
       ->type_name("C")
       ->needs(field);
-  outCommand.add_flag("--header", outSettings.hasHeader, "Leave the first line unchanged");
-  AddTimelineOptions(outCommand, outSettings);
+  ioCommand.add_flag("--header", outSettings.hasHeader, "Do not convert the first line");
+  AddTimelineOptions(ioCommand, outSettings);
 }
 
 // --------------------------------------------------------------------------------------- Commands
 
-void AddShowOptions(CLI::App& outCommand, Settings& outSettings) {
-  outCommand
+void AddShowOptions(CLI::App& ioCommand, Settings& outSettings) {
+  ioCommand
       .add_option("POSITION", outSettings.argument,
                   "Position in samples; with --from, a text in that format")
       ->type_name("")
       ->required();
-  AddFormat(outCommand, "--from", outSettings.from, "Format of the position")->type_name("FORMAT");
-  AddLenient(outCommand, outSettings);
-  AddTimelineOptions(outCommand, outSettings);
+  AddFormat(ioCommand, "--from", outSettings.fromFormat, "Format of the position")
+      ->type_name("FORMAT");
+  AddLenient(ioCommand, outSettings);
+  AddTimelineOptions(ioCommand, outSettings);
 }
 
-void AddParseOptions(CLI::App& outCommand, Settings& outSettings) {
-  AddFormat(outCommand, "FORMAT", outSettings.from)->type_name("")->required();
-  AddLenient(outCommand, outSettings);
-  AddTextOptions(outCommand, outSettings, "TEXT");
+void AddParseOptions(CLI::App& ioCommand, Settings& outSettings) {
+  AddFormat(ioCommand, "FORMAT", outSettings.fromFormat)->type_name("")->required();
+  AddLenient(ioCommand, outSettings);
+  AddTextOptions(ioCommand, outSettings, "TEXT");
 }
 
-void AddFormatOptions(CLI::App& outCommand, Settings& outSettings) {
-  AddFormat(outCommand, "FORMAT", outSettings.to)->type_name("")->required();
-  AddTextOptions(outCommand, outSettings, "POSITION");
+void AddFormatOptions(CLI::App& ioCommand, Settings& outSettings) {
+  AddFormat(ioCommand, "FORMAT", outSettings.toFormat)->type_name("")->required();
+  AddTextOptions(ioCommand, outSettings, "POSITION");
 }
 
-void AddConvertOptions(CLI::App& outCommand, Settings& outSettings) {
-  AddFormat(outCommand, "FROM", outSettings.from)->type_name("")->required();
-  AddFormat(outCommand, "TO", outSettings.to)->type_name("")->required();
-  AddLenient(outCommand, outSettings);
-  AddTextOptions(outCommand, outSettings, "TEXT");
+void AddConvertOptions(CLI::App& ioCommand, Settings& outSettings) {
+  AddFormat(ioCommand, "FROM", outSettings.fromFormat)->type_name("")->required();
+  AddFormat(ioCommand, "TO", outSettings.toFormat)->type_name("")->required();
+  AddLenient(ioCommand, outSettings);
+  AddTextOptions(ioCommand, outSettings, "TEXT");
 }
 
-void AddRulerOptions(CLI::App& outCommand, Settings& outSettings) {
-  outSettings.to.format = utility::kTimecodeFormat_SMPTE;
-  AddFormat(outCommand, "--format", outSettings.to, "Format of labels and ends, by name or number")
+void AddRulerOptions(CLI::App& ioCommand, Settings& outSettings) {
+  outSettings.toFormat.format = utility::kTimecodeFormat_SMPTE;
+  AddFormat(ioCommand, "--format", outSettings.toFormat, "Format of the labels, --from and --to")
       ->type_name("FORMAT")
       ->default_str("smpte");
-  outCommand.add_option("--from", outSettings.begin, "Beginning")->type_name("TEXT")->required();
-  outCommand.add_option("--to", outSettings.end, "End")->type_name("TEXT")->required();
-  outCommand
+  ioCommand.add_option("--from", outSettings.rulerFrom, "Beginning")->type_name("TEXT")->required();
+  ioCommand.add_option("--to", outSettings.rulerTo, "End")->type_name("TEXT")->required();
+  ioCommand
       .add_option("--width", outSettings.width,
                   "Width, 20 to 2000; the default is the terminal's, or 80")
-      ->check(Between(kNarrowestRuler, kWidestRuler))
+      ->check(RequireBetween(kNarrowestRuler, kWidestRuler))
       ->type_name("COLUMNS");
-  outCommand
+  ioCommand
       .add_option("--svg", outSettings.pictureFile,
                   "Write an SVG file, 8 pixels per column; '-' for standard output")
       ->check([](const std::string& inText) { return inText.empty() ? "must not be empty" : ""; })
       ->type_name("FILE");
-  AddTimelineOptions(outCommand, outSettings);
+  AddTimelineOptions(ioCommand, outSettings);
 }
 
-void AddNoteOptions(CLI::App& outCommand, Settings& outSettings) {
+void AddNoteOptions(CLI::App& ioCommand, Settings& outSettings) {
   // The library's notes end half a semitone below A-1 and above A10.
-  outCommand.add_option("FREQUENCY", outSettings.frequency, "Frequency in hertz; A4 is 440")
-      ->check(Between(13.36, 28985.0))
+  ioCommand.add_option("FREQUENCY", outSettings.frequency, "Frequency in hertz; A4 is 440")
+      ->check(RequireBetween(13.36, 28985.0))
       ->type_name("");
   CLI::Option* const index =
-      outCommand.add_option("--index", outSettings.noteIndex, "Semitones above A, 0 to 12")
-          ->check(Between(0, 12))
+      ioCommand.add_option("--index", outSettings.noteIndex, "Semitones above A, 0 to 12")
+          ->check(RequireBetween(0, 12))
           ->type_name("N");
-  outCommand
+  ioCommand
       .add_option("--octave", outSettings.octave,
-                  "Octave of the A that --index counts from; -1 for none")
-      ->check(Between(-1, 10))
+                  "Octave of the A that --index counts from; -1 omits it from the name")
+      ->check(RequireBetween(-1, 10))
       ->type_name("N")
       ->needs(index);
-  outCommand.add_flag("--flat", outSettings.isFlatOnly, "Name black keys only by their flats");
+  ioCommand.add_flag("--flat", outSettings.isFlatOnly, "Name black keys only by their flats");
 }
 
-void AddHandlerOptions(CLI::App& outCommand, Settings& outSettings) {
-  outCommand.add_option("HANDLER", outSettings.argument, "Name or identifier")
+void AddHandlerOptions(CLI::App& ioCommand, Settings& outSettings) {
+  ioCommand.add_option("HANDLER", outSettings.argument, "Name or identifier")
       ->type_name("")
       ->required();
 }
@@ -334,33 +339,34 @@ void AddNoOptions(CLI::App&, Settings&) {}
 struct Command {
   const char* name;
   const char* description;
-  const char* notes;
-  void (*addOptions)(CLI::App& outCommand, Settings& outSettings);
+  const char* footer;
+  void (*addOptions)(CLI::App& ioCommand, Settings& outSettings);
   int (*run)(const Settings& inSettings);
 };
 
 constexpr Command kCommands[] = {
-    {"show", "Show a position in every format", kShowNotes, &AddShowOptions, &Show},
-    {"parse", "Parse texts in a format and print positions in samples", kParseNotes,
+    {"show", "Show a position in every format", kShowFooter, &AddShowOptions, &Show},
+    {"parse", "Parse texts in a format and print positions in samples", kParseFooter,
      &AddParseOptions, &Convert},
-    {"format", "Format positions in samples as texts", kFormatNotes, &AddFormatOptions, &Convert},
-    {"convert", "Convert texts in one format into another", kConvertNotes, &AddConvertOptions,
+    {"format", "Format positions in samples as texts", kFormatFooter, &AddFormatOptions, &Convert},
+    {"convert", "Convert texts in one format into another", kConvertFooter, &AddConvertOptions,
      &Convert},
-    {"formats", "List the formats with an example of each", kListFormatsNotes, &AddNoOptions,
+    {"formats", "List the formats with an example of each", kListFormatsFooter, &AddNoOptions,
      &ListFormats},
-    {"ruler", "Draw a time ruler with the exact positions of its labels", kRulerNotes,
+    {"ruler", "Draw a time ruler with the exact positions of its labels", kRulerFooter,
      &AddRulerOptions, &DrawRuler},
-    {"note", "Name the note nearest to a frequency, or a note by number", kNoteNotes,
+    {"note", "Name the note nearest to a frequency, or a note by number", kNoteFooter,
      &AddNoteOptions, &ShowNote},
-    {"handlers", "List the native media handlers", kListHandlersNotes, &AddNoOptions,
+    {"handlers", "List the native media handlers", kListHandlersFooter, &AddNoOptions,
      &ListHandlers},
-    {"handler", "Find a native media handler", kFindHandlerNotes, &AddHandlerOptions, &FindHandler},
+    {"handler", "Find a native media handler", kFindHandlerFooter, &AddHandlerOptions,
+     &FindHandler},
 };
 
-void AddCommand(CLI::App& outApp, const Command& inCommand, Settings& outSettings) {
-  outApp.footer(inCommand.notes);
-  outApp.add_flag("--json", outSettings.isJSON, "Write JSON");
-  inCommand.addOptions(outApp, outSettings);
+void AddCommand(CLI::App& ioApp, const Command& inCommand, Settings& outSettings) {
+  ioApp.footer(inCommand.footer);
+  ioApp.add_flag("--json", outSettings.isJSON, "Write JSON");
+  inCommand.addOptions(ioApp, outSettings);
 }
 
 /// \exception InputError for an option such as "--rate=", to which CLI11 would give the next
@@ -422,7 +428,7 @@ int RunCommand(std::vector<std::string> inArguments) {
     inArguments.erase(inArguments.begin());
     AddCommand(app, *command, settings);
   } else {
-    app.footer(kToolNotes);
+    app.footer(kToolFooter);
     app.require_subcommand(1);
     app.set_help_all_flag("--help-all", "Print the help of every command and exit");
     app.set_version_flag("--version", "mezzo " MEZZO_TOOL_VERSION, "Print the version and exit");

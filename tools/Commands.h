@@ -1,5 +1,5 @@
 /// \file
-/// The commands. Each writes to standard output and returns the exit status.
+/// The commands. Each prints its result, or writes it to a file, and returns the exit status.
 #pragma once
 
 #include "DisplayFormats.h"
@@ -16,23 +16,23 @@ namespace mezzo::tool {
 constexpr int kNarrowestRuler = 20;
 constexpr int kWidestRuler = 2000;
 
-/// The values of the command line; each command uses its own.
+/// The values of the command line; each command uses some of them.
 struct Settings {
   Timeline timeline;
   std::optional<std::int32_t> framesPerSecond;
   bool isJSON = false;
   std::string argument;  ///< the only argument of show or handler
 
-  FormatChoice from{utility::kTimecodeFormat_Samples, {}};
-  FormatChoice to{utility::kTimecodeFormat_Samples, {}};
+  FormatChoice fromFormat{utility::kTimecodeFormat_Samples, {}};
+  FormatChoice toFormat{utility::kTimecodeFormat_Samples, {}};
   std::vector<std::string> texts;  ///< none, or "-", stands for the lines of standard input
   bool isLenient = false;
   std::size_t field = 0;  ///< of tables, counted from 1; 0 for the whole line
   char delimiter = ',';
   bool hasHeader = false;
 
-  std::string begin;  ///< of the ruler
-  std::string end;
+  std::string rulerFrom;
+  std::string rulerTo;
   std::optional<int> width;
   std::string pictureFile;
 
@@ -41,9 +41,10 @@ struct Settings {
   int octave = -1;
   bool isFlatOnly = false;
 
-  /// \return the timeline at the frame rate that the format's rate name selects, or else the
-  ///     option, or else the rate name of the other format.
-  /// \exception InputError when the two differ, or the frame rate does not support the format.
+  /// \return the timeline at the frame rate of the format's rate name, or else of --fps, or else of
+  ///     the other format's rate name, or else the default.
+  /// \exception InputError when the rate name and --fps differ, or the frame rate does not support
+  ///     the format.
   Timeline GetTimeline(const FormatChoice& inChoice) const;
 };
 

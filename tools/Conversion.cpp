@@ -107,7 +107,7 @@ TypedText SplitText(std::string_view inText) {
 void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat inFormat,
                   const std::string& inText) {
   // The denominator of a longer fraction saturates in the library.
-  constexpr std::size_t kMostFractionDigits = 9;
+  constexpr std::size_t kMaxFractionDigits = 9;
   auto& numbers = ioTyped.numbers;
   const std::size_t last = inNotation.fields.size() - 1;
   const bool hasTicks = inNotation.HasTicks();
@@ -119,19 +119,19 @@ void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat
                      GetName(inFormat) + " takes at most " + std::to_string(fieldCount));
   }
   std::size_t field = inNotation.HasBars() ? 0 : fieldCount - std::max<std::size_t>(count, 1);
-  for (std::size_t place = 0; place < numbers.size(); ++place) {
-    TypedNumber& number = numbers[place];
-    if (place > 0 && numbers[place - 1].separator == '.')
+  for (std::size_t index = 0; index < numbers.size(); ++index) {
+    TypedNumber& number = numbers[index];
+    if (index > 0 && numbers[index - 1].separator == '.')
       RefusePart(number.digits, inText, "; nothing follows a fraction");
-    if (hasTicks && place == last) {
+    if (hasTicks && index == last) {
       if (number.separator == ':')
         RefusePart(":" + std::string(number.digits), inText, "; ticks follow a '.'");
       number.separator = '.';
     }
     number.isFraction = number.separator == '.' && !hasTicks;
     if (number.isFraction) {
-      number.digits = number.digits.substr(0, kMostFractionDigits);
-    } else if (place > 0) {
+      number.digits = number.digits.substr(0, kMaxFractionDigits);
+    } else if (index > 0) {
       ++field;
     }
     number.field = number.separator == '.' && hasTicks ? last : field;
@@ -155,9 +155,9 @@ void RequireRange(const TypedText& inTyped, const Notation& inNotation, const st
     if (!number.isFraction) values[number.field] = static_cast<double>(number.GetValue());
   }
   double total = 0.0;
-  for (std::size_t place = 0; place < values.size(); ++place) {
-    const Field& field = inNotation.fields[place];
-    if (field.separator != '.') total = total * static_cast<double>(field.radix) + values[place];
+  for (std::size_t index = 0; index < values.size(); ++index) {
+    const Field& field = inNotation.fields[index];
+    if (field.separator != '.') total = total * static_cast<double>(field.radix) + values[index];
   }
   if (std::max(total, values.back()) > std::numeric_limits<std::int32_t>::max())
     RefuseOutOfRange(inText);
@@ -173,11 +173,11 @@ std::string JoinNumbers(const TypedText& inTyped) {
   return text;
 }
 
-/// Notes where the library may read a text as something else than its writer meant.
-std::vector<Note> CheckMeaning(const TypedText& inTyped, const Notation& inNotation,
-                               const Timeline& inTimeline, TimecodeFormat inFormat,
-                               const Conversion& inParsed) {
-  std::vector<Note> notes;
+/// Notes where the library may read a text differently from what its writer meant.
+std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notation& inNotation,
+                                         const Timeline& inTimeline, TimecodeFormat inFormat,
+                                         const Conversion& inParsed) {
+  std::vector<ConversionNote> notes;
   const auto add = [&](NoteKind inKind, const std::string& inMessage) {
     notes.push_back({inKind, Quote(inParsed.text) + inMessage});
   };
@@ -188,13 +188,14 @@ std::vector<Note> CheckMeaning(const TypedText& inTyped, const Notation& inNotat
       std::any_of(numbers.begin(), numbers.end(),
                   [](const TypedNumber& inNumber) { return inNumber.separator == ';'; });
   if (hasSemicolon && !HasDropFrameLabels(inFormat)) {
-    add(kNoteKind_Semicolon,
-        " has the ';' of drop-frame labels, which " + GetName(inFormat) + " does not have");
+    add(kNoteKind_Semicolon, " has a ';', but " + GetName(inFormat) + " has no drop-frame labels");
   }
   if (isLabel && hasPoint && (numbers.size() == 3 || numbers.size() == 4))
-    add(kNoteKind_Fraction, " has no hours, but a fraction of a frame after the '.'");
+    add(kNoteKind_Fraction,
+        " has no hours field; the digits after the '.' are a fraction of a frame");
   if (inNotation.HasBars() && hasPoint && numbers.size() == 2)
-    add(kNoteKind_Fraction, " has no beat, but a part of a beat after the '.'");
+    add(kNoteKind_Fraction,
+        " has no beat number; the digits after the '.' are a part of the first beat");
   // A leading field may exceed its radix: "90:00" is an hour and a half.
   const bool overflows =
       std::any_of(numbers.begin() + 1, numbers.end(), [&inNotation](const TypedNumber& inNumber) {
@@ -212,7 +213,7 @@ std::vector<Note> CheckMeaning(const TypedText& inTyped, const Notation& inNotat
       });
   if (!isSame) {
     add(kNoteKind_NoSuchLabel,
-        (isLabel && !hasPoint ? " is not a label; it stands for " : " reads back as ") +
+        (isLabel && !hasPoint ? " is not a label; it stands for " : " stands for ") +
             Quote(boost::trim_left_copy(label)));
   }
   return notes;
@@ -220,14 +221,14 @@ std::vector<Note> CheckMeaning(const TypedText& inTyped, const Notation& inNotat
 
 }  // namespace
 
-void PrintNotes(const std::vector<Note>& inNotes, std::set<NoteKind>& ioPrinted) {
-  for (const Note& note : inNotes) {
+void PrintNotes(const std::vector<ConversionNote>& inNotes, std::set<NoteKind>& ioPrinted) {
+  for (const ConversionNote& note : inNotes) {
     if (ioPrinted.insert(note.kind).second) Complain("note: " + note.text);
   }
 }
 
-void AddNotes(JSON& outObject, const std::vector<Note>& inNotes) {
-  for (const Note& note : inNotes) outObject["notes"].push_back(note.text);
+void AddNotes(JSON& ioObject, const std::vector<ConversionNote>& inNotes) {
+  for (const ConversionNote& note : inNotes) ioObject["notes"].push_back(note.text);
 }
 
 std::string FormatPosition(const Timeline& inTimeline, TimecodeFormat inFormat,
@@ -246,16 +247,16 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   ioConversion.text = text;
   if (inFormat == kTimecodeFormat_Samples) return;
   if (inFormat == kTimecodeFormat_Milliseconds && text.find('e') != std::string::npos) {
-    ioConversion.notes.push_back(
-        {kNoteKind_FewDigits,
-         "milliseconds have only six digits from 1000 seconds on and cannot be parsed: " +
-             Quote(text)});
+    ioConversion.notes.push_back({kNoteKind_FewDigits,
+                                  "from 1000 seconds on, milliseconds are written with an "
+                                  "exponent, which cannot be parsed: " +
+                                      Quote(text)});
     return;
   }
   const auto parsed = static_cast<double>(ParseText(inTimeline, inFormat, text));
   const double distance = std::fabs(parsed - static_cast<double>(ioConversion.position));
-  // Rounding moves a position by less than two units. Clock time from ten hours on has hundredths
-  // of a second; six digits of milliseconds are more precise.
+  // Rounding moves a position by less than two units. Clock time from ten hours on has only
+  // hundredths of a second, and milliseconds only six digits; both stay within a hundredth.
   const double unit = GetNotation(inTimeline, inFormat).samplesInUnit;
   // A frame count that wrapped has a sign of its own.
   if (distance > std::max(2.0 * unit, inTimeline.sampleRate * 0.01) + 1.0 ||
@@ -272,7 +273,8 @@ std::int64_t ParseText(const Timeline& inTimeline, TimecodeFormat inFormat,
   std::int64_t position = 0;
   BeatInfo beats = inTimeline.beats;
   if (inFormat == kTimecodeFormat_PulldownFrames) {
-    // By format, the library would parse drop-frame labels, which few frame rates have.
+    // The overload that takes a format would parse drop-frame labels, which exist only at 30 and
+    // 60.
     ConvertTimecodeToSamples(position, text, inTimeline.sampleRate, inTimeline.framesPerSecond,
                              true, false);
   } else {

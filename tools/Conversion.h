@@ -23,7 +23,7 @@ enum NoteKind {
   kNoteKind_FewDigits
 };
 
-struct Note {
+struct ConversionNote {
   NoteKind kind;
   std::string text;
 };
@@ -31,32 +31,34 @@ struct Note {
 struct Conversion {
   std::int64_t position;
   std::string text;
-  std::vector<Note> notes;
+  std::vector<ConversionNote> notes;
 };
 
 /// Prints the first note of each kind to standard error.
-void PrintNotes(const std::vector<Note>& inNotes, std::set<NoteKind>& ioPrinted);
+void PrintNotes(const std::vector<ConversionNote>& inNotes, std::set<NoteKind>& ioPrinted);
 
 /// Adds the member "notes", if there are any.
-void AddNotes(JSON& outObject, const std::vector<Note>& inNotes);
+void AddNotes(JSON& ioObject, const std::vector<ConversionNote>& inNotes);
 
 /// Formats a position. The library writes frame counts without a sign; here they have one.
 /// \return the text; empty when the format has no conversion.
 std::string FormatPosition(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                            std::int64_t inPosition);
 
-/// Formats a position and adds to its notes.
+/// Formats the position of a conversion: sets its text and may add a note.
 /// \exception InputError when the text parses back to a position beyond rounding distance.
 void FormatChecked(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                    Conversion& ioConversion);
 
-/// Parses a text as leniently as the library does. A leading minus sign counts in every format.
+/// Parses a text as leniently as the library does, except that a leading minus sign negates the
+/// position in every format.
 /// \exception InputError for a text without a digit, or one that is not UTF-8.
 std::int64_t ParseText(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                        std::string_view inText);
 
-/// Parses a text that a person typed. It may contain a sign, digits, the format's separators,
-/// blanks and unit words such as "min", and no more numbers than the format has fields.
+/// Parses a text that a person typed. Besides numbers it may contain a sign, the separators ":",
+/// ";" and ".", blanks and unit words such as "min". It may not have more numbers than the format
+/// has fields.
 /// \exception InputError for any other text, and for a position that is out of range.
 Conversion ParseChecked(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                         const std::string& inText);

@@ -72,8 +72,8 @@ class TextSource {
 
 Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const Timeline& inTo,
                        const std::string& inText) {
-  const utility::TimecodeFormat from = inSettings.from.format;
-  const utility::TimecodeFormat to = inSettings.to.format;
+  const utility::TimecodeFormat from = inSettings.fromFormat.format;
+  const utility::TimecodeFormat to = inSettings.toFormat.format;
   Conversion conversion = inSettings.isLenient
                               ? Conversion{ParseText(inFrom, from, inText), inText, {}}
                               : ParseChecked(inFrom, from, inText);
@@ -95,7 +95,7 @@ Result ConvertLine(const Settings& inSettings, const Timeline& inFrom, const Tim
   try {
     const TableRow row(inLine, inSettings.field, inSettings.delimiter);
     const Conversion conversion = ConvertText(inSettings, inFrom, inTo, row.GetField());
-    const bool toSamples = inSettings.to.format == utility::kTimecodeFormat_Samples;
+    const bool toSamples = inSettings.toFormat.format == utility::kTimecodeFormat_Samples;
     const std::string text = toSamples ? std::to_string(conversion.position) : conversion.text;
     return {conversion, row.ReplaceField(text)};
   } catch (const InputError& error) {
@@ -129,7 +129,7 @@ JSON MakeJSON(const Timeline& inTimeline) {
 struct ListedFormat {
   JSON json;
   std::string shown;
-  std::vector<Note> notes;
+  std::vector<ConversionNote> notes;
 
   ListedFormat(const Timeline& inTimeline, const DisplayFormat& inFormat, std::int64_t inPosition)
       : json{{"number", static_cast<int>(inFormat.format)}, {"name", inFormat.name}} {
@@ -163,19 +163,20 @@ std::ostream& PrintNumberAndName(const DisplayFormat& inFormat) {
 Timeline Settings::GetTimeline(const FormatChoice& inChoice) const {
   Timeline chosen = timeline;
   const auto named = inChoice.framesPerSecond;
-  const auto other = from.framesPerSecond ? from.framesPerSecond : to.framesPerSecond;
+  const auto eitherRate =
+      fromFormat.framesPerSecond ? fromFormat.framesPerSecond : toFormat.framesPerSecond;
   if (framesPerSecond && named && *framesPerSecond != *named) {
     throw InputError("the format's name selects " + std::to_string(*named) +
                      " frames per second, but --fps selects " + std::to_string(*framesPerSecond));
   }
-  if (other) chosen.framesPerSecond = *other;
+  if (eitherRate) chosen.framesPerSecond = *eitherRate;
   chosen.framesPerSecond = named.value_or(framesPerSecond.value_or(chosen.framesPerSecond));
   RequireAvailable(chosen, inChoice.format);
   return chosen;
 }
 
 int Show(const Settings& inSettings) {
-  const Timeline timeline = inSettings.GetTimeline(inSettings.from);
+  const Timeline timeline = inSettings.GetTimeline(inSettings.fromFormat);
   const Conversion parsed = ConvertText(inSettings, timeline, timeline, inSettings.argument);
   std::set<NoteKind> printed;
   PrintNotes(parsed.notes, printed);
@@ -194,8 +195,8 @@ int Show(const Settings& inSettings) {
 }
 
 int Convert(const Settings& inSettings) {
-  const Timeline from = inSettings.GetTimeline(inSettings.from);
-  const Timeline to = inSettings.GetTimeline(inSettings.to);
+  const Timeline from = inSettings.GetTimeline(inSettings.fromFormat);
+  const Timeline to = inSettings.GetTimeline(inSettings.toFormat);
   TextSource source(inSettings.texts);
   std::set<NoteKind> printed;
   int status = kExitStatus_Success;

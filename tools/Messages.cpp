@@ -43,10 +43,10 @@ std::size_t GetEditDistance(std::string_view inFrom, std::string_view inTo) {
   std::iota(distances.begin(), distances.end(), std::size_t{0});
   for (const char character : inFrom) {
     std::size_t diagonal = distances[0]++;
-    for (std::size_t place = 0; place < inTo.size(); ++place) {
-      const std::size_t replaced = diagonal + (character == inTo[place] ? 0 : 1);
-      diagonal = distances[place + 1];
-      distances[place + 1] = std::min({replaced, diagonal + 1, distances[place] + 1});
+    for (std::size_t index = 0; index < inTo.size(); ++index) {
+      const std::size_t replaced = diagonal + (character == inTo[index] ? 0 : 1);
+      diagonal = distances[index + 1];
+      distances[index + 1] = std::min({replaced, diagonal + 1, distances[index] + 1});
     }
   }
   return distances.back();
@@ -55,11 +55,11 @@ std::size_t GetEditDistance(std::string_view inFrom, std::string_view inTo) {
 }  // namespace
 
 std::string Quote(std::string_view inText) {
-  constexpr int kMostCharacters = 80;
+  constexpr int kMaxCharacters = 80;
   int count = 0;
   const auto end = std::find_if(inText.begin(), inText.end(), [&count](char inByte) {
     const bool continuesCharacter = (inByte & 0xC0) == 0x80;
-    return !continuesCharacter && ++count > kMostCharacters;
+    return !continuesCharacter && ++count > kMaxCharacters;
   });
   return "'" + Escape(inText.substr(0, static_cast<std::size_t>(end - inText.begin()))) +
          (end == inText.end() ? "'" : "...'");

@@ -16,7 +16,7 @@ enum ExitStatus : int {
   kExitStatus_BadArguments = 2,     ///< or a file cannot be read or written
 };
 
-/// The user's input cannot be used; the text says why.
+/// The user's input cannot be used, or a file cannot be read or written; the text says why.
 class InputError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -26,8 +26,9 @@ class InputError : public std::runtime_error {
 /// escaped, and the text is cut after 80 characters.
 std::string Quote(std::string_view inText);
 
-/// Ends a message about an unknown word: suggests the known word that begins with it, or a word of
-/// similar spelling, or else the command that lists all known words.
+/// Ends a message about an unknown word. Suggests a known word that begins with it or has a
+/// hyphenated part that does, or a word of similar spelling, or else the command that lists all
+/// known words.
 std::string SuggestWord(const std::string& inUnknown, const std::vector<std::string>& inKnown,
                         const std::string& inListingCommand);
 

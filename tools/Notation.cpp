@@ -10,7 +10,7 @@ using namespace utility;
 
 namespace {
 
-/// The words for each unit, of which the first is its name, between blanks.
+/// The words for each unit, each between blanks. The first word is the name of the unit.
 constexpr std::string_view kUnitWords[] = {
     " hours hour hrs hr h ",
     " minutes minute mins min m ",

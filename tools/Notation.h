@@ -43,8 +43,8 @@ struct Field {
 /// The notation of a format on a timeline.
 struct Notation {
   boost::container::static_vector<Field, 4> fields;  ///< from left to right
-  double samplesInUnit;  ///< samples per unit of the last field; approximate for drop-frame labels
-  bool keepsSign = false;  ///< the library itself parses a minus sign
+  double samplesInUnit;                              ///< samples per unit of the last field
+  bool keepsSign = false;                            ///< the library itself parses a minus sign
 
   /// Bars and beats omit their last fields; every other notation omits its leading fields.
   bool HasBars() const { return fields.front().unit == kUnit_Bars; }

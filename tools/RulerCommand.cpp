@@ -1,4 +1,4 @@
-// The command ruler.
+// The ruler command.
 #include "Commands.h"
 #include "JSONOutput.h"
 #include "Messages.h"
@@ -27,7 +27,7 @@ int GetTerminalColumns() {
   return std::clamp(int{size.ws_col}, kNarrowestRuler, kWidestRuler);
 }
 
-bool IsTerminalUTF8() {
+bool IsLocaleUTF8() {
   std::setlocale(LC_CTYPE, "");                              // NOLINT(concurrency-mt-unsafe)
   return std::string_view(nl_langinfo(CODESET)) == "UTF-8";  // NOLINT(concurrency-mt-unsafe)
 }
@@ -79,9 +79,9 @@ void WriteFile(const std::string& inName, const std::string& inContent) {
 int DrawRuler(const Settings& inSettings) {
   if (inSettings.isJSON && !inSettings.pictureFile.empty())
     throw InputError("give either --json or --svg");
-  const utility::TimecodeFormat format = inSettings.to.format;
-  const Timeline timeline = inSettings.GetTimeline(inSettings.to);
-  const RulerScale scale(timeline, format, inSettings.begin, inSettings.end);
+  const utility::TimecodeFormat format = inSettings.toFormat.format;
+  const Timeline timeline = inSettings.GetTimeline(inSettings.toFormat);
+  const RulerScale scale(timeline, format, inSettings.rulerFrom, inSettings.rulerTo);
   std::set<NoteKind> printed;
   PrintNotes(scale.GetNotes(), printed);
   const std::string caption = GetCaption(timeline, format, scale);
@@ -89,7 +89,7 @@ int DrawRuler(const Settings& inSettings) {
   if (inSettings.isJSON) {
     std::cout << FormatJSON(MakeJSON(format, scale, LayOut(scale, GetTextGrid(columns)))) << '\n';
   } else if (inSettings.pictureFile.empty()) {
-    std::cout << DrawText(scale, caption, columns, !IsTerminalUTF8());
+    std::cout << DrawText(scale, caption, columns, !IsLocaleUTF8());
   } else if (inSettings.pictureFile == "-") {
     std::cout << DrawSVG(scale, caption, columns);
   } else {

@@ -9,7 +9,7 @@
 
 namespace mezzo::tool {
 
-/// Breaks a text at its blanks into lines of a width. A longer word has a line of its own.
+/// Breaks a text at its blanks into lines of at most a width. A longer word has its own line.
 std::vector<std::string> WrapWords(const std::string& inText, int inColumns);
 
 /// \return the note that explains marked labels; empty when no label is marked.

@@ -61,7 +61,7 @@ void AddText(std::ostream& outPicture, const Ink& inInk, int inSize, const Label
 }
 
 /// \return the height of the lines.
-int DrawLines(std::ostream& outPicture, int inTop, const std::vector<std::string>& inLines) {
+int DrawTextLines(std::ostream& outPicture, int inTop, const std::vector<std::string>& inLines) {
   int height = 0;
   for (const std::string& line : inLines) {
     AddText(outPicture, kQuiet, 12, {0, 0, kAlignment_Left}, inTop + height + kLineHeight - 4,
@@ -77,7 +77,7 @@ std::string DrawSVG(const RulerScale& inScale, const std::string& inCaption, int
   const Grid grid{inColumns * kCharacter, kCharacter, kTickDistance, kLabelDistance};
   const std::vector<PlacedTick> ticks = LayOut(inScale, grid);
   std::ostringstream content;
-  const int top = kMargin + DrawLines(content, kMargin, WrapWords(inCaption, inColumns));
+  const int top = kMargin + DrawTextLines(content, kMargin, WrapWords(inCaption, inColumns));
   DrawPath(content, kTick,
            "M" + std::to_string(kMargin) + " " + std::to_string(top + kAxis) + ".5H" +
                std::to_string(kMargin + grid.width));
@@ -96,7 +96,7 @@ std::string DrawSVG(const RulerScale& inScale, const std::string& inCaption, int
   }
   const int bottom = top + kScaleHeight;
   const int height =
-      bottom + DrawLines(content, bottom, WrapWords(GetFootnote(ticks), inColumns)) + kMargin;
+      bottom + DrawTextLines(content, bottom, WrapWords(GetFootnote(ticks), inColumns)) + kMargin;
   const int width = grid.width + 2 * kMargin;
   std::ostringstream picture;
   picture << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << width << " " << height

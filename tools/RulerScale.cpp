@@ -11,8 +11,8 @@ namespace mezzo::tool {
 namespace {
 
 constexpr std::int64_t kFarthestHours = 250;
-// The search for ticks covers the farthest position and the greatest offset of bar 1. It stays
-// within the library's 32-bit counts: of frames at the highest rate, and of whole units.
+// The search for ticks covers the farthest position and the greatest offset of bar 1. The library's
+// 32-bit counts hold 550 hours of frames at 1000 per second, and 2e9 whole units of other formats.
 constexpr double kSearchedHours = 550.0;
 constexpr double kSearchedUnits = 2e9;
 // Longer than any ruler in any unit.
@@ -60,8 +60,8 @@ RulerScale::RulerScale(const Timeline& inTimeline, utility::TimecodeFormat inFor
     : fTimeline(inTimeline),
       fFormat(inFormat),
       fNotation(GetNotation(inTimeline, inFormat)),
-      fFrom(ParseEnd(inFrom)),
-      fTo(ParseEnd(inTo)) {
+      fFrom(ParseBound(inFrom)),
+      fTo(ParseBound(inTo)) {
   if (fFrom >= fTo) {
     throw InputError("empty interval: from sample " + std::to_string(fFrom) + " to " +
                      std::to_string(fTo));
@@ -156,7 +156,7 @@ Tick RulerScale::MakeTick(std::int64_t inPosition) const {
   return {inPosition, label, ParseText(fTimeline, fFormat, label) == inPosition};
 }
 
-std::int64_t RulerScale::ParseEnd(const std::string& inText) {
+std::int64_t RulerScale::ParseBound(const std::string& inText) {
   const Conversion end = inText.starts_with('@')
                              ? Conversion{ParsePosition(inText.substr(1)), inText, {}}
                              : ParseChecked(fTimeline, fFormat, inText);

@@ -2,7 +2,8 @@
 /// The scale of a time ruler: the positions and labels of its ticks.
 ///
 /// The library parses round values of the format into the positions of the ticks, and formats these
-/// positions as the labels. A ruler therefore shows both directions of the library.
+/// positions as the labels. The frames on both sides of a gap in drop-frame labels have ticks, too.
+/// A ruler therefore shows both directions of the library.
 #pragma once
 
 #include "Conversion.h"
@@ -41,7 +42,7 @@ class RulerScale {
   std::int64_t GetTo() const { return fTo; }
 
   /// \return the notes on the texts of both ends.
-  const std::vector<Note>& GetNotes() const { return fNotes; }
+  const std::vector<ConversionNote>& GetNotes() const { return fNotes; }
 
   /// \return the round distances between ticks, in units of the last field, rising.
   std::vector<std::int64_t> GetSteps() const;
@@ -56,19 +57,19 @@ class RulerScale {
   std::vector<Tick> GetTicks(std::int64_t inStep) const;
 
   /// \return the ticks on both sides of each gap in drop-frame labels, if steps are shorter than
-  ///     the distance between gaps. Their labels stand apart from the gap.
+  ///     the distance between gaps. Their labels extend away from the gap.
   std::vector<Tick> GetGapTicks(std::int64_t inStep) const;
 
  private:
   std::vector<std::int64_t> GetMultiples(std::int64_t inStep) const;
   std::int64_t GetPosition(std::int64_t inUnits) const;
   Tick MakeTick(std::int64_t inPosition) const;
-  std::int64_t ParseEnd(const std::string& inText);
+  std::int64_t ParseBound(const std::string& inText);
 
   Timeline fTimeline;
   utility::TimecodeFormat fFormat;
   Notation fNotation;
-  std::vector<Note> fNotes;
+  std::vector<ConversionNote> fNotes;
   std::int64_t fFrom;
   std::int64_t fTo;
 };

@@ -9,10 +9,10 @@ namespace mezzo::tool {
 namespace {
 
 /// Writes a text into a row of blanks.
-void PutText(std::string& outRow, const LabelBox& inBox, const std::string& inText) {
+void PutText(std::string& ioRow, const LabelBox& inBox, const std::string& inText) {
   const int spare = inBox.width - static_cast<int>(inText.size());
   const int left = inBox.left + spare * inBox.alignment / 2;
-  outRow.replace(static_cast<std::size_t>(left), inText.size(), inText);
+  ioRow.replace(static_cast<std::size_t>(left), inText.size(), inText);
 }
 
 std::string DrawAxis(const std::vector<PlacedTick>& inTicks, std::size_t inColumns,
@@ -28,8 +28,8 @@ std::string DrawAxis(const std::vector<PlacedTick>& inTicks, std::size_t inColum
   }
   std::string axis;
   for (std::size_t column = 0; column < inColumns; ++column) {
-    const std::size_t place = column == 0 ? 0 : column + 1 == inColumns ? 2 : 1;
-    axis += inIsASCII ? kASCII[marks[column]] : kLines[place][marks[column]];
+    const std::size_t index = column == 0 ? 0 : column + 1 == inColumns ? 2 : 1;
+    axis += inIsASCII ? kASCII[marks[column]] : kLines[index][marks[column]];
   }
   return axis;
 }

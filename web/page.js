@@ -1,12 +1,12 @@
 'use strict';
-// Positions and their texts come from the tool: the page runs its commands. It only counts frames
-// and beats, which the tool turns into positions, and the samples that the ruler spans.
+// Positions and their texts come from the tool: the page runs its commands. The page itself only adds
+// frames and beats to counts, which the tool parses, and samples while the ruler is dragged.
 
 const find = selector => document.querySelector(selector);
 const fields = find('form').elements;
 const ruler = find('#ruler');
 const settings = ['rate', 'fps', 'tempo', 'meter', 'ticks', 'offset_ms'];
-// Of a shape's formats, the first that parses the text is taken.
+// Shapes of typed texts, and the formats to try for each. The first format that parses is taken.
 const shapes = [
   [/;/, ['smpte-drop']],
   [/:.*:.*:/, ['smpte']],
@@ -46,8 +46,8 @@ function readTyped() {
   return shown.find(({error}) => !error) ?? shown[0];
 }
 
-// Once moved by keys or on the ruler, the position is a sample, and the field shows its text in the
-// format in which the position was typed.
+// After a move by keys or on the ruler, the position is kept as a sample count. The field shows it in
+// the format that was typed.
 function readMoved() {
   const [position, format] = [fields.moved_to.value, fields.moved_format.value];
   const shown = show('samples', position, format);
@@ -149,9 +149,9 @@ function fillPage() {
   for (const [, name, format, fps] of listed) rates.set(name, {format, fps: Number(fps)});
   const formats = JSON.parse(run('formats', '--json').text)
       .filter(({text, meaning}) => text && !meaning.startsWith('same as'));
-  fields.format.innerHTML += `<optgroup label="Timecode">${
+  fields.format.innerHTML += `<optgroup label="Frame rates">${
     [...rates].map(([name, {format}]) => `<option value="${name}">${name} – ${format}`).join('')
-  }</optgroup><optgroup label="Displays">${
+  }</optgroup><optgroup label="Formats">${
     formats.map(({name, meaning}) => `<option value="${name}">${name} – ${meaning}`).join('')}`;
   find('#displays').innerHTML = formats.map(({name, meaning}) =>
     `<li data-format="${name}"><button><span>${meaning}</span> <code>${name}</code>
@@ -186,9 +186,9 @@ function listen() {
   const directions = {ArrowUp: 1, ArrowDown: -1, ArrowRight: 1, ArrowLeft: -1};
   on(find('main'), 'keydown', event => {
     const isOnRuler = event.target === ruler;
-    const isAcross = /Left|Right/.test(event.key);
+    const isHorizontal = /Left|Right/.test(event.key);
     if (isOnRuler && /^[-+]$/.test(event.key)) zoom(event.key === '+' ? 0.5 : 2);
-    if (!directions[event.key] || !(isOnRuler || event.target === fields.text && !isAcross)) return;
+    if (!directions[event.key] || !(isOnRuler || event.target === fields.text && !isHorizontal)) return;
     event.preventDefault();
     step(event.shiftKey ? 'second' : event.altKey ? 'beat' : 'frame', directions[event.key]);
   });

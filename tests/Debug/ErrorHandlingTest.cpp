@@ -1,5 +1,5 @@
-// What a report carries, how a site is silenced, and the host's switch. Flags and the switch live
-// as long as the process, so each test here runs in one of its own.
+// What a report carries, how a site is silenced, and the host's switch. The flag of a site and the
+// switch live as long as the process, so each test here runs in one of its own.
 
 #include "../support/Heap.h"
 #include "../support/Reports.h"
@@ -18,7 +18,7 @@
 namespace mezzo::debug {
 namespace {
 
-void Contradict() {
+void SetBothRateFlags() {
   plinth::UTF16String text;
   utility::ConvertSamplesToTimecode(text, 1, 1, 1, true, true, false, false, false, false, false);
 }
@@ -28,9 +28,9 @@ TEST(Assertion, BreaksIntoADebuggerWhenAsked) {
   if (child == 0) {
     if (ptrace(PT_TRACE_ME, 0, nullptr, 0) != 0) _exit(2);
     test::RecordedReports reports;
-    Contradict();  // no break is requested
-    reports.answersBreak = true;
-    Contradict();
+    SetBothRateFlags();  // no break is requested
+    reports.sRequestsBreak = true;
+    SetBothRateFlags();
     _exit(0);
   }
   int status = 0;
@@ -44,10 +44,10 @@ TEST(Assertion, BreaksIntoADebuggerWhenAsked) {
 
 TEST(Assertion, NamesItsSiteAndSilencesNoOther) {
   test::RecordedReports reports;
-  reports.silences = reports.answersBreak = true;  // no debugger is attached: nothing is raised
-  Contradict();
-  reports.silences = false;
-  Contradict();
+  reports.sSilences = reports.sRequestsBreak = true;  // no debugger is attached: nothing is raised
+  SetBothRateFlags();
+  reports.sSilences = false;
+  SetBothRateFlags();
   std::uint32_t label[4]{};
   utility::DropFrameToHMSF(0, 59, label[0], label[1], label[2], label[3]);
   const auto taken = reports.Take();

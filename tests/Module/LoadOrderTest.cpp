@@ -35,7 +35,7 @@ void Watch(const char* inName, bool inRegistered) noexcept {
   const InitializerRegistrar host("Host", plinth::config::EInitializerContextFlags{1}, {}, [] {},
                                   {}, {{{"Other"}, {""}, {nullptr}, {"Third"}}});
   void* const library = dlopen(MEZZO_LIBRARY, RTLD_NOW | RTLD_LOCAL);
-  // A signal takes memory as it is built, and nothing else in the library does at load.
+  // Constructing the signal allocates. Nothing else in the library allocates at load.
   if (test::heap::GetAllocationCount() > sAllocationsAtRegistration)
     std::fputs("signal is built; ", stderr);
   const auto getSignal = reinterpret_cast<decltype(&utility::GetAppActivatedSignal)>(

@@ -48,7 +48,7 @@ TEST(SMPTE, EveryLabelOfADayReadsBackAsItself) {
 
 TEST(SMPTE, EveryFrameOfADayHasItsDropFrameLabel) {
   for (const std::int32_t fps : {30, 60}) {
-    // The label, counted up one by one without the dropped ones.
+    // The expected label, incremented frame by frame; dropped labels are skipped.
     std::uint32_t h = 0, m = 0, s = 0, f = 0;
     const auto base = static_cast<std::uint32_t>(fps);
     for (std::int64_t frame = 0; h < 24; ++frame) {

@@ -21,7 +21,7 @@ using namespace mezzo::test;
 void PrintDigest(const ExportedCall& inCall, bool inPrint) {
   constexpr std::uint64_t kCalls = 1 << 17;
   RecordedReports reports;
-  std::uint64_t hash = kNoLines;
+  std::uint64_t hash = kHashOfNoLines;
   for (std::uint64_t seed = 0; seed < kCalls; ++seed) {
     Fields trace;
     DrawnArguments arguments(seed);
@@ -42,10 +42,10 @@ int main(int argc, char** argv) {
   const bool prints = option == "--calls";
   if (argc != 1 && !prints && option != "--locale") return 2;
   if (option == "--locale") {
-    std::locale::global(std::locale(argv[2]));  // C's, too
+    std::locale::global(std::locale(argv[2]));  // sets the C locale, too
     if (std::localeconv()->decimal_point[0] != ',') return 1;
   }
-  for (const ExportedCall& call : ExportedCalls()) {
+  for (const ExportedCall& call : GetExportedCalls()) {
     if (!prints || call.name == argv[2]) PrintDigest(call, prints);
   }
   return 0;

@@ -1,4 +1,5 @@
-// Every input of the functions that have 2^32 inputs. Takes minutes; run with ctest -L exhaustive.
+// Every 32-bit frame count and every single-precision frequency. Takes minutes; run with ctest -L
+// exhaustive.
 
 #include "../../Utility/private/DropFrame.h"
 #include <Utility/MusicalNoteUtils.h>
@@ -52,7 +53,7 @@ TEST(EveryFrequency, HasTheNoteOfEqualTemperament) {
     if (frequency >= 28160.0f) return octave == 10 && note == 0;
     if (!(frequency >= 13.75f)) return octave == -1 && note == 0;
     // Semitones above the A of octave -1. A frequency just below an A is note 12 of the octave that
-    // ends there. Single precision decides near a boundary.
+    // ends there. Near a boundary, rounding to single precision decides.
     const double semitones = 12.0 * std::log2(static_cast<double>(frequency) / 13.75);
     const double distance = semitones - (12 * (octave + 1) + note);
     return note <= 12 && std::fabs(distance) <= 0.5 + 1e-5;

@@ -30,7 +30,7 @@ using plinth::utility::Guid;
 TEST(UTF16StringStream, WritesDoublesAsTheCLibraryDoes) {
   std::mt19937_64 random(1);
   for (int round = 0; round < 20000; ++round) {
-    // One in two of ordinary magnitude, the others of any.
+    // Half of the numbers have an ordinary magnitude, the others any magnitude.
     const double ordinary = std::ldexp(static_cast<double>(random() >> 11), -40);
     const double number = random() % 2 == 0 ? ordinary : std::bit_cast<double>(random());
     char text[32] = "nan";  // without a sign
@@ -89,11 +89,11 @@ TEST(AsciiToUTF16, WidensBytes) {
   EXPECT_EQ(plinth::string::AsciiToUTF16("0:;.-", 4), u"0:;.");
 }
 
-TEST(Localizer, AnswersTheEnglishTextWhereNothingIsTranslated) {
+TEST(Localizer, ReturnsTheEnglishTextWithoutATranslation) {
   EXPECT_EQ(plinth::config::Localizer::Get().Localize("$$$/mezzo/test/none=A"), u"A");
 }
 
-TEST(DebugDatabase, AnswersTheDefaultWithoutAnEntry) {
+TEST(DebugDatabase, ReturnsTheDefaultWithoutAnEntry) {
   EXPECT_TRUE(plinth::debug::CachedDatabaseValue<bool>({'?'}, true, true).Get());
 }
 

@@ -1,4 +1,4 @@
-// What the stand-in offers beside the contract, for hosts and tests.
+// What the stand-in offers beyond the contract, for hosts and tests.
 
 #include "../support/Reports.h"
 #include "../support/Text.h"
@@ -43,7 +43,7 @@ TEST(NumericCast, ReportsWhatDoesNotFit) {
       "utility/Cast.h:LINE: assertion failed: false: bad numeric conversion: positive overflow "
       "from long (4294967296) to int in T plinth::utility::NumericCast(F) [T = int, F = long]\n");
   mezzo::test::RecordedReports reports;
-  reports.silences = true;
+  reports.sSilences = true;
   for (int times = 0; times < 2; ++times) NumericCast<int, long>(kBeyond);
   EXPECT_EQ(reports.Take().size(), 1u) << "the site is silenced";
 }

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Does what the documents show, in their order: run.sh SOURCE BUILD SCRATCH COMPILER FLAGS
 #
-# A fenced block that names a file is that file. A console block is a transcript: a line after "$ "
-# is a command; the lines below are its output.
+# A fenced block that names a file is that file. A console block is a transcript: a line that begins
+# with "$ " is a command; the lines below are its output.
 set -euo pipefail
 source=$1 build=$2 scratch=$3
 documents=("$source"/{README,CONTRIBUTING,docs/concepts}.md)
@@ -15,7 +15,7 @@ export CMAKE_PREFIX_PATH=$scratch/prefix PATH=$scratch/prefix/bin:$PATH
 failures=0
 fail() { echo "FAILED: $1"; failures=$((failures + 1)); }
 
-# The host's own foundation library and its copy of the sources.
+# The host's own foundation library, and a link to the sources of Mezzo.
 cat >"$scratch/desk/host/foundation/CMakeLists.txt" <<'CMAKE'
 find_library(foundation_library plinth REQUIRED)
 find_path(foundation_headers plinth/Export.h REQUIRED)

@@ -37,7 +37,7 @@ void Hash(std::uint64_t& ioHash, const std::string& inLine) {
     ioHash = (ioHash ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
 }
 
-Bits SplitMix64(std::uint64_t inSeed) {
+BitSource SplitMix64(std::uint64_t inSeed) {
   return [state = inSeed]() mutable {
     std::uint64_t bits = state += 0x9e3779b97f4a7c15;
     bits = (bits ^ (bits >> 30)) * 0xbf58476d1ce4e5b9;
@@ -48,10 +48,10 @@ Bits SplitMix64(std::uint64_t inSeed) {
 
 // ----------------------------------------------------------------------------- Drawing arguments
 
-std::int64_t DrawnArguments::GetInteger(int inBits, const Usual& inUsual) {
+std::int64_t DrawnArguments::GetInteger(int inBits, const TypicalValues& inTypical) {
   const auto draw = [&]() -> std::uint64_t {
     const std::uint64_t kind = fIsTame ? 2 : DrawBelow(8);
-    if (const auto& usual = inUsual.numbers; kind > 1 && !usual.empty()) {
+    if (const auto& usual = inTypical.numbers; kind > 1 && !usual.empty()) {
       return static_cast<std::uint64_t>(static_cast<std::int64_t>(usual[DrawBelow(usual.size())]));
     }
     if (kind == 0) {  // near zero and both limits
@@ -70,10 +70,10 @@ std::int64_t DrawnArguments::GetInteger(int inBits, const Usual& inUsual) {
   return value;
 }
 
-double DrawnArguments::GetDouble(const Usual& inUsual) {
+double DrawnArguments::GetDouble(const TypicalValues& inTypical) {
   const auto draw = [&] {
     const std::uint64_t kind = fIsTame ? 4 : DrawBelow(8);
-    if (const auto& usual = inUsual.numbers; kind > 3 && !usual.empty())
+    if (const auto& usual = inTypical.numbers; kind > 3 && !usual.empty())
       return usual[DrawBelow(usual.size())];
     if (kind == 0) return __builtin_bit_cast(double, fBits());
     if (kind == 1) {  // zeros, denormals, one, infinities, not a number, each with both signs
@@ -91,15 +91,15 @@ double DrawnArguments::GetDouble(const Usual& inUsual) {
   return value;
 }
 
-UTF16String DrawnArguments::GetText(const Usual& inUsual) {
+UTF16String DrawnArguments::GetText(const TypicalValues& inTypical) {
   UTF16String text;
   const auto unit = [this]() -> char16_t {
     static constexpr std::string_view kTyped = "0123456789:;,. -+eE{}\tAbx";
     if (DrawBelow(4) == 0) return static_cast<char16_t>(fBits());
     return static_cast<unsigned char>(kTyped[DrawBelow(kTyped.size())]);
   };
-  const auto addDigits = [&](std::uint64_t inMost) {
-    for (std::uint64_t left = 1 + DrawBelow(inMost); left > 0; --left)
+  const auto addDigits = [&](std::uint64_t inMaxCount) {
+    for (std::uint64_t left = 1 + DrawBelow(inMaxCount); left > 0; --left)
       text += static_cast<char16_t>(u'0' + DrawBelow(10));
   };
   const std::uint64_t kind = DrawBelow(16);
@@ -108,7 +108,7 @@ UTF16String DrawnArguments::GetText(const Usual& inUsual) {
     for (std::uint64_t left = DrawBelow(40); left > 0; --left) text += unit();
   }
   if (kind > 2) {
-    for (const char typed : inUsual.forms[DrawBelow(inUsual.forms.size())]) {
+    for (const char typed : inTypical.forms[DrawBelow(inTypical.forms.size())]) {
       if (typed == '#') {
         addDigits(DrawBelow(8) == 0 ? 12 : 2);
       } else {
@@ -133,7 +133,7 @@ namespace {
 /// Draws an argument of any type, or what an output holds before a call.
 struct Draw {
   void operator()(bool& outValue) const {
-    static const Usual sBits{{0, 1}};
+    static const TypicalValues sBits{{0, 1}};
     outValue = (from.GetInteger(32, sBits) & 1) != 0;
   }
   void operator()(std::int64_t& outValue) const {
@@ -145,10 +145,10 @@ struct Draw {
     outValue = isOutput ? from.oldText : from.GetText(usual);
   }
   void operator()(BeatInfo& outValue) const {
-    static const Usual sTicks{{-1, -1, 1, 10, 96, 480, 960, 960, 1920}},
+    static const TypicalValues sTicks{{-1, -1, 1, 10, 96, 480, 960, 960, 1920}},
         sTempo{{60.0, 120.0, 120.0, 125.5, 87.98329390408782}}, sBar{{1, 2, 3, 4, 4, 5, 6, 7}},
         sUnit{{1, 2, 4, 4, 8, 16}}, sOffset{{0.0, 0.0, 500.0, -1234.5678}};
-    const auto draw = [this](const Usual& inEach) {
+    const auto draw = [this](const TypicalValues& inEach) {
       return static_cast<std::int32_t>(from.GetInteger(32, inEach));
     };
     outValue = {draw(sTicks), from.GetDouble(sTempo), draw(sBar), draw(sUnit),
@@ -170,8 +170,8 @@ struct Draw {
     outValue = static_cast<Number>(from.GetInteger(32, usual));
   }
 
-  Arguments& from;
-  const Usual& usual;
+  ArgumentSource& from;
+  const TypicalValues& usual;
   bool isOutput;
 };
 
@@ -192,8 +192,8 @@ struct Argument {
   static constexpr bool kIsOutput =
       std::is_same_v<Parameter, int*> || std::is_same_v<Parameter, Bare&>;
 
-  void DrawFrom(Arguments& ioFrom, const Usual& inUsual) {
-    Draw{ioFrom, inUsual, kIsOutput}(value);
+  void DrawFrom(ArgumentSource& ioFrom, const TypicalValues& inTypical) {
+    Draw{ioFrom, inTypical, kIsOutput}(value);
   }
   Parameter Pass() {
     if constexpr (std::is_pointer_v<Parameter>) {
@@ -209,12 +209,13 @@ struct Argument {
   std::conditional_t<std::is_pointer_v<Parameter>, std::optional<Pointee>, Bare> value{};
 };
 
-/// \param inUsual one for each parameter; nothing is usual for those left out.
+/// \param inTypical one for each parameter; parameters left out have no typical values.
 template <class Result, class... Parameters>
 ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
-                      const Usual (&inUsual)[sizeof...(Parameters)], bool inIsPure = true) {
-  const std::vector<Usual> usual(std::begin(inUsual), std::end(inUsual));
-  const auto run = [=](Arguments&& ioFrom, const Surround& inSurround) {
+                      const TypicalValues (&inTypical)[sizeof...(Parameters)],
+                      bool inIsPure = true) {
+  const std::vector<TypicalValues> usual(std::begin(inTypical), std::end(inTypical));
+  const auto run = [=](ArgumentSource&& ioFrom, const Surround& inSurround) {
     auto next = usual.begin();
     std::tuple<Argument<Parameters>...> arguments;
     std::apply([&](auto&... ioEach) { (ioEach.DrawFrom(ioFrom, *next++), ...); }, arguments);
@@ -256,7 +257,7 @@ bool CompareBeats(const BeatInfo& inLeft, const BeatInfo& inOther, std::int32_t 
 }
 
 template <bool (*kQuery)()>
-bool InState(std::int32_t inState) {
+bool QueryInState(std::int32_t inState) {
   plinth::appstatemanager::SetState(inState);
   return kQuery();
 }
@@ -299,15 +300,15 @@ bool DisableErrorHandling(std::int32_t inEntry) {
 
 // ------------------------------------------------------------------------------------- The table
 
-Usual Forms(const char* inForms) {
-  Usual usual;
+TypicalValues SplitForms(const char* inForms) {
+  TypicalValues usual;
   boost::split(usual.forms, std::string_view(inForms), [](char inUnit) { return inUnit == '|'; });
   return usual;
 }
 
 /// Every identifier in each of its forms, upper case included.
-Usual IdentifierForms() {
-  Usual usual;
+TypicalValues ListIdentifierForms() {
+  TypicalValues usual;
   for (int index = 0; index < 19; ++index) {
     const auto id = utility::GetNativeHandlerID(static_cast<utility::NativePluginIndex>(index));
     const std::string text = Show(id.AsString()), upper = boost::to_upper_copy(text);
@@ -317,9 +318,9 @@ Usual IdentifierForms() {
   return usual;
 }
 
-std::vector<ExportedCall> Table() {
+std::vector<ExportedCall> MakeTable() {
   using namespace utility;
-  const Usual none, fields{{0, 1, 2, 3, 4, 5, 6}}, states{{-1, 0, 1, 2, 3, 4, 5, 6}},
+  const TypicalValues none, fields{{0, 1, 2, 3, 4, 5, 6}}, states{{-1, 0, 1, 2, 3, 4, 5, 6}},
       rates{{0, 1, 8000, 11025, 44100, 47952, 48000, 48000, 88200, 96000, 192000}},
       exactRates{{44100.0, 48000.0, 88288.2, 192000.0}}, tempos{{60.0, 120.0, 125.5}},
       frameRates{{0, 10, 24, 25, 30, 30, 30, 50, 60, 60, 100, 120, 1000}},
@@ -327,9 +328,10 @@ std::vector<ExportedCall> Table() {
       frequencies{{13.75, 27.5, 55.0, 261.63, 440.0, 452.8929, 860.0, 14080.0, 28160.0}},
       notes{{-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}},
       indices{{-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19}};
-  const Usual clock = Forms("#:#:#:#|#;#;#;#|#:#:#.#|#:#:#:#.#|#:#|#|#.#|.#|-#:#:#|#:#:#:#:#|#:#.");
-  const Usual musical = Forms("#:#.#|#:#.#.#|#:#|#|-#:#.#|#.#| +#:-#.#|#.#e#");
-  const Usual names = Forms(
+  const TypicalValues clock =
+      SplitForms("#:#:#:#|#;#;#;#|#:#:#.#|#:#:#:#.#|#:#|#|#.#|.#|-#:#:#|#:#:#:#:#|#:#.");
+  const TypicalValues musical = SplitForms("#:#.#|#:#.#.#|#:#|#|-#:#.#|#.#| +#:-#.#|#.#e#");
+  const TypicalValues names = SplitForms(
       "RuvoAiff|RuvoApe|RuvoAT|DLMS|Dolby|ImporterHost|RuvoLSF|RuvoMF|RuvoMP2|RuvoMP3|RuvoQT|"
       "RuvoTwoLame|RuvoWav|FinalCutXML|LegacyXML|OmfSession|DocketNative|ruvowav|"
       "KinoraInterchange|KinodocNative");
@@ -362,17 +364,17 @@ std::vector<ExportedCall> Table() {
       Describe("DropFrameToHMSF", DropFrameToHMSF, {none, {{30, 60}}, {{0}}, {{0}}, {{0}}, {{0}}}),
       Describe("GetNoteString", GetNoteString, {none, notes, {{-1, 0, 1, 4, 8, 9, 10}}}),
       Describe("GetNoteFromFrequency", GetNoteFromFrequency, {frequencies}),
-      Describe("SupportsFlatSymbol", InState<SupportsFlatSymbol>, {states}),
-      Describe("SupportsSharpSymbol", InState<SupportsSharpSymbol>, {states}),
+      Describe("SupportsFlatSymbol", QueryInState<SupportsFlatSymbol>, {states}),
+      Describe("SupportsSharpSymbol", QueryInState<SupportsSharpSymbol>, {states}),
       Describe("GetNativeHandlerID", GetNativeHandlerID, {indices}),
       Describe("TranslateToHumanReadableMediaHandler", TranslateToHumanReadableMediaHandler,
-               {IdentifierForms()}),
+               {ListIdentifierForms()}),
       Describe("TranslateFromHumanReadableMediaHandler", TranslateFromHumanReadableMediaHandler,
                {names}),
-      Describe("IsInitialized", InState<IsInitialized>, {states}, kImpure),
-      Describe("IsEventLoopRunning", InState<IsEventLoopRunning>, {states}, kImpure),
-      Describe("WillTerminate", InState<WillTerminate>, {states}, kImpure),
-      Describe("IsTerminating", InState<IsTerminating>, {states}, kImpure),
+      Describe("IsInitialized", QueryInState<IsInitialized>, {states}, kImpure),
+      Describe("IsEventLoopRunning", QueryInState<IsEventLoopRunning>, {states}, kImpure),
+      Describe("WillTerminate", QueryInState<WillTerminate>, {states}, kImpure),
+      Describe("IsTerminating", QueryInState<IsTerminating>, {states}, kImpure),
       Describe("GetAppActivatedSignal", FireSignal, {none}, kImpure),
       Describe("NotifyAppActivated", Notify, {none}, kImpure),
       Describe("DisableErrorHandling", DisableErrorHandling, {{{0, 1, 2, 3, 4}}}, kImpure),
@@ -381,8 +383,8 @@ std::vector<ExportedCall> Table() {
 
 }  // namespace
 
-const std::vector<ExportedCall>& ExportedCalls() {
-  static const std::vector<ExportedCall> sCalls = Table();
+const std::vector<ExportedCall>& GetExportedCalls() {
+  static const std::vector<ExportedCall> sCalls = MakeTable();
   return sCalls;
 }
 

@@ -18,25 +18,25 @@ namespace mezzo::test {
 using Fields = std::vector<std::string>;
 
 /// Where random bits come from.
-using Bits = std::function<std::uint64_t()>;
+using BitSource = std::function<std::uint64_t()>;
 
-/// The one generator of the tests: the same bits on every platform.
-Bits SplitMix64(std::uint64_t inSeed);
+/// A generator that gives the same bits on every platform.
+BitSource SplitMix64(std::uint64_t inSeed);
 
-/// What a parameter usually gets, for sources that make arguments up.
-struct Usual {
+/// Typical values of a parameter, for sources that generate arguments.
+struct TypicalValues {
   std::vector<double> numbers{};
   std::vector<std::string> forms{};  ///< of a text; "#" stands for a number
 };
 
 /// Where arguments come from.
-class Arguments {
+class ArgumentSource {
  public:
-  virtual ~Arguments() = default;
+  virtual ~ArgumentSource() = default;
 
-  virtual std::int64_t GetInteger(int inBits, const Usual& inUsual = {}) = 0;
-  virtual double GetDouble(const Usual& inUsual = {}) = 0;
-  virtual plinth::UTF16String GetText(const Usual& inUsual) = 0;
+  virtual std::int64_t GetInteger(int inBits, const TypicalValues& inTypical = {}) = 0;
+  virtual double GetDouble(const TypicalValues& inTypical = {}) = 0;
+  virtual plinth::UTF16String GetText(const TypicalValues& inTypical) = 0;
 
   /// What a text holds before a call replaces it.
   plinth::UTF16String oldText = u"keep";
@@ -44,49 +44,51 @@ class Arguments {
 
 /// Draws arguments from the documented domain and far outside it: the same ones for the same bits
 /// on every platform and with every standard library.
-class DrawnArguments : public Arguments {
+class DrawnArguments : public ArgumentSource {
  public:
-  explicit DrawnArguments(std::uint64_t inSeed) : DrawnArguments(SplitMix64(inSeed), inSeed) {}
-  /// \param inSeed an even one keeps numbers usual, or at least moderate; texts vary with any.
-  DrawnArguments(Bits inBits, std::uint64_t inSeed)
-      : fBits(std::move(inBits)), fIsTame(inSeed % 2 == 0) {}
+  /// \param inSeed an even seed draws tame numbers.
+  explicit DrawnArguments(std::uint64_t inSeed)
+      : DrawnArguments(SplitMix64(inSeed), inSeed % 2 == 0) {}
+  /// \param inIsTame keeps numbers typical or moderate; texts do not depend on it.
+  DrawnArguments(BitSource inBits, bool inIsTame) : fBits(std::move(inBits)), fIsTame(inIsTame) {}
 
   std::size_t DrawBelow(std::uint64_t inBound) {
     return static_cast<std::size_t>(fBits() % inBound);
   }
-  std::int64_t GetInteger(int inBits, const Usual& inUsual = {}) override;
-  double GetDouble(const Usual& inUsual = {}) override;
-  plinth::UTF16String GetText(const Usual& inUsual) override;
+  std::int64_t GetInteger(int inBits, const TypicalValues& inTypical = {}) override;
+  double GetDouble(const TypicalValues& inTypical = {}) override;
+  plinth::UTF16String GetText(const TypicalValues& inTypical) override;
 
   Fields* trace = nullptr;  ///< receives every argument
 
  private:
-  Bits fBits;
+  BitSource fBits;
   bool fIsTame;
 };
 
-/// Makes a call or omits it.
+/// Runs code around a call; may omit the call.
 using Surround = std::function<void(const std::function<void()>& inCall)>;
 
 struct ExportedCall {
   std::string name;  ///< overloads have a suffix after "-"
-  /// \return the outputs after the return value, which is zero for a call that was not completed.
-  std::function<Fields(Arguments&& ioFrom, const Surround& inSurround)> run;
+  /// \return the return value, then the outputs. The return value is zero if the call did not
+  ///     complete.
+  std::function<Fields(ArgumentSource&& ioFrom, const Surround& inSurround)> runWith;
   bool isPure = true;  ///< the results depend on arguments alone, not on what other threads do
 
-  Fields Run(Arguments&& ioFrom) const {
-    return run(std::move(ioFrom), [](const auto& inCall) { inCall(); });
+  Fields Run(ArgumentSource&& ioFrom) const {
+    return runWith(std::move(ioFrom), [](const auto& inCall) { inCall(); });
   }
   friend void PrintTo(const ExportedCall& inCall, std::ostream* outTo) { *outTo << inCall.name; }
 };
 
-const std::vector<ExportedCall>& ExportedCalls();
+const std::vector<ExportedCall>& GetExportedCalls();
 
 /// Results in one line.
 std::string Join(const Fields& inFields);
 
-/// A 64-bit FNV-1a hash of many lines, to be carried on from one to the next.
+/// Adds a line to a 64-bit FNV-1a hash.
 void Hash(std::uint64_t& ioHash, const std::string& inLine);
-constexpr std::uint64_t kNoLines = 0xcbf29ce484222325;
+constexpr std::uint64_t kHashOfNoLines = 0xcbf29ce484222325;
 
 }  // namespace mezzo::test

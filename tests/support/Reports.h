@@ -16,12 +16,12 @@ struct Report {
   bool flag;
 };
 
-/// Records every report of one thread while it lives; one at a time in a process.
+/// Records reports while it exists. Only one may exist at a time, and only one thread may report.
 class RecordedReports {
  public:
   RecordedReports() {
     Take();
-    silences = answersBreak = false;
+    sSilences = sRequestsBreak = false;
     plinth::debug::SetAssertDialogHandler(&Record);
   }
   ~RecordedReports() { plinth::debug::SetAssertDialogHandler(nullptr); }
@@ -30,15 +30,15 @@ class RecordedReports {
   std::vector<Report> Take() { return std::exchange(sReports, {}); }
 
   /// What the dialog does with the reports that follow.
-  static inline bool silences, answersBreak;
+  static inline bool sSilences, sRequestsBreak;
 
  private:
   static bool Record(bool& ioDisabled, const char* inCondition, const unsigned char* inMessage,
                      const char* inFile, int inLine, const char* inFunction, bool inFlag) {
     sReports.push_back({inCondition, reinterpret_cast<const char*>(inMessage), inFile, inLine,
                         inFunction, inFlag});
-    if (silences) __atomic_store_n(&ioDisabled, true, __ATOMIC_RELAXED);
-    return answersBreak;
+    if (sSilences) __atomic_store_n(&ioDisabled, true, __ATOMIC_RELAXED);
+    return sRequestsBreak;
   }
 
   static inline std::vector<Report> sReports;

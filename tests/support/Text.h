@@ -16,7 +16,7 @@ inline plinth::UTF16String Widen(std::string_view inText) {
   return wide;
 }
 
-/// Printable ASCII as it is, `"` and `\` behind a backslash, every other code unit as \uXXXX.
+/// Printable ASCII as it is, `"` and `\` after a backslash, every other code unit as \uXXXX.
 inline std::string Show(std::u16string_view inText) {
   std::string shown;
   for (const char16_t unit : inText) {

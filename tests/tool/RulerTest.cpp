@@ -20,9 +20,9 @@ constexpr std::pair<std::int64_t, std::int64_t> kIntervals[] = {
     {1, 5},
     {-30000000000, 30000000000}};
 
-/// The library truncates decimal beats, writes negative milliseconds a tenth short, and writes
-/// milliseconds with exponents from 1000 seconds on.
-bool MayBeMarked(TimecodeFormat inFormat, const Timeline& inTimeline, const Tick& inTick) {
+/// The library truncates decimal beats, writes some negative milliseconds a tenth of a millisecond
+/// too near to zero, and writes milliseconds with exponents from 1000 seconds on.
+bool IsMarkAllowed(TimecodeFormat inFormat, const Timeline& inTimeline, const Tick& inTick) {
   if (inFormat == utility::kTimecodeFormat_BarsAndBeats) return inTimeline.beats.iTicksPerBeat < 0;
   return inFormat == utility::kTimecodeFormat_Milliseconds &&
          (inTick.position < 0 || inTick.label.find('e') != std::string::npos);
@@ -40,7 +40,7 @@ void CheckLayout(const RulerScale& inScale, const Grid& inGrid, TimecodeFormat i
     EXPECT_LE(x, inGrid.width - inGrid.character);
     EXPECT_EQ(FormatPosition(inTimeline, inFormat, tick.position), tick.label);
     EXPECT_EQ(ParseText(inTimeline, inFormat, tick.label) == tick.position, tick.readsBack);
-    EXPECT_TRUE(tick.readsBack || MayBeMarked(inFormat, inTimeline, tick));
+    EXPECT_TRUE(tick.readsBack || IsMarkAllowed(inFormat, inTimeline, tick));
     if (!box) continue;
     EXPECT_GE(box->left, lastEnd + inGrid.labelDistance);
     lastEnd = box->left + box->width;

@@ -7,7 +7,7 @@ failures=0
 fail() { echo "FAILED: $1" && ((++failures)); }
 
 # expect STATUS OUTPUT COMPLAINT ARGUMENT...: COMPLAINT is a pattern for all of standard error. The
-# tool reads standard input.
+# tool gets the standard input of expect.
 expect() {
   local status=$1 output=$2 complaint=$3 && shift 3
   local got && got=$("$mezzo" "$@" 2>"$scratch/errors")
@@ -79,14 +79,14 @@ expect 0 3200 '' parse smpte --lenient '01:00:00:00 Scene 2'
 # Notes: one of each kind in a run
 expect 0 $'2882880\n2882880' "mezzo: note: '00;01;00;00' is not a label; it stands for '00;01;00;02'" \
   parse 4 '00;01;00;00' '00;01;00;01'
-expect 0 $'1600\n3200' "mezzo: note: '0;1' has the ';' of drop-frame labels, which smpte does not have" \
+expect 0 $'1600\n3200' "mezzo: note: '0;1' has a ';', but smpte has no drop-frame labels" \
   parse smpte '0;1' '0;2'
-expect 0 $'96000\n24000' "*'1:5' reads back as '2:1.000'*" parse bars-beats 1:5 1:2
-expect 0 96050 "*'2.2' has no beat, but a part of a beat after the '.'" parse bars-beats 2.2
-expect 0 24000 "*'-0:1' reads back as '0:1.000'*" parse bars-beats --duration -0:1
-expect 0 $'5760000\n259200000' "*: '1:60' reads back as '2:00.000'" parse decimal 1:60 90:00
-expect 0 19220 '*has no hours, but a fraction of a frame*' parse 25 00:00:10.01
-expect 0 $'3.6e+06\n3.6e+06' '*six digits*' format milliseconds 172800000 172800000
+expect 0 $'96000\n24000' "*'1:5' stands for '2:1.000'*" parse bars-beats 1:5 1:2
+expect 0 96050 "*'2.2' has no beat number; the digits after the '.' are *" parse bars-beats 2.2
+expect 0 24000 "*'-0:1' stands for '0:1.000'*" parse bars-beats --duration -0:1
+expect 0 $'5760000\n259200000' "*: '1:60' stands for '2:00.000'" parse decimal 1:60 90:00
+expect 0 19220 '*has no hours field; the digits after the * fraction of a frame' parse 25 00:00:10.01
+expect 0 $'3.6e+06\n3.6e+06' '*exponent, which cannot be parsed*' format milliseconds 172800000 172800000
 
 # Every text reads back as the position of its frame or unit, also before sample 0.
 for format in $("$mezzo" formats | sed -En 's/^ ?[0-9]+  ([^ ]+) .*/\1/p; s/^([0-9.]+(df)?) .*/\1/p'); do
@@ -139,7 +139,7 @@ expect 0 ' 0  decimal          "   0:10.000"
 14  smpte-pulldown3  "00:00:09:24"' '' show 480000 --fps 25
 contain "$("$mezzo" show --from 29.97DF '00;01;00;00' --json 2>/dev/null)" '"position": 2882880' \
   '"notes": [' 'is not a label' '"text": "00;01;00;02"'
-contain "$("$mezzo" show 9223372036854775807 2>&1)" 'smpte            (out of range)' 'six digits'
+contain "$("$mezzo" show 9223372036854775807 2>&1)" 'smpte            (out of range)' 'an exponent'
 
 # Notes and handlers
 expect 0 'A4  (0 semitones above A4)' '' note 440
@@ -174,10 +174,10 @@ refuse '--rate needs a value' format smpte --rate= 48000 96000
 refuse '*no conversion' format reserved 5
 refuse '*30 and 60 have drop-frame labels' format smpte-drop 5 --fps 25
 refuse '*30 frames per second, but --fps selects 25' format 29.97df 5 --fps 25
-refuse '--fps: 29.97 is 30 with smpte-pulldown or smpte-drop' show 5 --fps 29.97
+refuse '--fps: must be nominal: for 29.97, use 30 with smpte-pulldown or smpte-drop' show 5 --fps 29.97
 refuse '--delimiter: *' parse 2 --field 1 --delimiter ab
 refuse '--delimiter requires --field' parse 2 --delimiter tab
-refuse "--fps: 29.97df is 30 with smpte-drop" show 5 --fps 29.97df
+refuse "--fps: * for 29.97df, use 30 with smpte-drop" show 5 --fps 29.97df
 refuse "--rate: must be a whole number from 1 to 10000000, not '44.1'" show 5 --rate 44.1
 refuse '--tempo: must be from 0.001 to 100000, not *' show 5 --tempo nan
 refuse '--meter: *' show 5 --meter 4/3
@@ -215,10 +215,10 @@ done <<'END'
  0      50    100    150    200    250   300|--width 44 --from -5 --to 300 --format samples
 END
 contain "$("$mezzo" ruler --format 6 --from 1:1 --to 1:7 --meter 6/8 --tempo 90 2>&1)" \
-  "note: '1:7' reads back as '2:1.000'" 'bars-beats, 48000 Hz, 6/8, 90 quarter notes per minute, samples 0 to 96000'
+  "note: '1:7' stands for '2:1.000'" 'bars-beats, 48000 Hz, 6/8, 90 quarter notes per minute, samples 0 to 96000'
 ascii=$(LC_ALL=C "$mezzo" ruler --from 0 --to 1:00)
 [[ $ascii == *"|---"*"'"* && ! $ascii == *[^[:ascii:]]* ]] || fail "ruler in ASCII: $ascii"
-# No ruler leaves its width, and none is wider or narrower than asked for.
+# Every ruler is exactly as wide as requested.
 for width in 20 21 50 79 133 2000; do
   widest=$("$mezzo" ruler --format 11 --from @-4800 --to @4800 --width $width | wc -L)
   [[ $widest == "$width" ]] || fail "ruler of $width columns has $widest"

@@ -1,4 +1,4 @@
-# Renders a ruler in a viewer without style sheets: picture.sh TOOL
+# Renders a ruler with librsvg, in the light colour scheme: picture.sh TOOL
 set -o pipefail
 colours=$("$1" ruler --format 29.97df --from '00;00;58;00' --to '00;01;02;00' --width 80 --svg - |
   rsvg-convert | pngtopnm | ppmhist -hexcolor -noheader |

@@ -45,7 +45,7 @@ def check(what, got, wanted):
 
 def tool(*words):
     done = subprocess.run([sys.argv[2], *words], capture_output=True, text=True)
-    return done.stdout.strip(), done.stderr[7:].strip() if done.returncode else ""  # mezzo: ...
+    return done.stdout.strip(), done.stderr[7:].strip() if done.returncode else ""  # without the leading "mezzo: "
 
 def expected(text, taken, settings, ruler, span=200000, notes=""):
     words = [f"--{name.replace('_', '-')}={value}" for name, value in settings.items()]
@@ -87,7 +87,7 @@ text = tool("format", "decimal", sample)[0]
 note = f"'{text}' reads back as sample {tool('parse', 'decimal', text)[0]}"
 moved = browser.execute_script(READ)
 check("drag", moved, expected(sample, "samples", {}, "decimal", 100000, note))
-time.sleep(0.5)  # until the address is kept
+time.sleep(0.5)  # until the page has updated the address
 follow(browser.current_url)
 check("link", browser.execute_script(READ), moved)
 

@@ -8,7 +8,8 @@ function __mezzo_of
     set -l words (commandline -opc)
     contains -- "$words[2]" $argv
 end
-# Whether the number of arguments after the command, without options, matches.
+# Whether the number of arguments after the command matches. Options are left out; their values are
+# counted.
 function __mezzo_arguments
     count (string match -v -- '-*' (commandline -opc)[3..]) | string match -q $argv
 end
@@ -32,12 +33,12 @@ complete -c mezzo -n '__mezzo_of show' -l from -x -a "$formats" -d 'Format of th
 complete -c mezzo -n '__mezzo_of show parse convert' -l lenient -d 'Parse as the library does'
 complete -c mezzo -n '__mezzo_of parse format convert' -l field -x -d 'Convert only this field of each line'
 complete -c mezzo -n '__mezzo_of parse format convert' -l delimiter -x -d 'Character that separates fields'
-complete -c mezzo -n '__mezzo_of parse format convert' -l header -d 'Leave the first line unchanged'
+complete -c mezzo -n '__mezzo_of parse format convert' -l header -d 'Do not convert the first line'
 complete -c mezzo -n '__mezzo_of show parse format convert ruler' -l duration -d 'Convert lengths'
 for option in rate fps tempo meter ticks offset-ms
     complete -c mezzo -n '__mezzo_of show parse format convert ruler' -l $option -x
 end
-complete -c mezzo -n '__mezzo_of ruler' -l format -x -a "$formats" -d 'Format of labels and ends'
+complete -c mezzo -n '__mezzo_of ruler' -l format -x -a "$formats" -d 'Format of the labels, --from and --to'
 complete -c mezzo -n '__mezzo_of ruler' -l from -x -d 'Beginning'
 complete -c mezzo -n '__mezzo_of ruler' -l to -x -d 'End'
 complete -c mezzo -n '__mezzo_of ruler' -l width -x -d 'Width in columns'

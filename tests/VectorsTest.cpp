@@ -1,10 +1,10 @@
-// Calls and results, one per line: computed independently in exact arithmetic in data/, by hand in
-// data/hand/. The first line of a file names the fields.
+// Calls and their expected results, one call per line. Those in data/ were computed independently
+// in exact arithmetic, those in data/hand/ by hand. The first line of a file names the fields.
 
-#include "../support/ExportedCalls.h"
-#include "../support/Heap.h"
-#include "../support/Reports.h"
-#include "../support/Text.h"
+#include "support/ExportedCalls.h"
+#include "support/Heap.h"
+#include "support/Reports.h"
+#include "support/Text.h"
 
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/algorithm/string/split.hpp>
@@ -20,22 +20,24 @@ namespace {
 using plinth::UTF16String;
 
 /// Reads the arguments of a call in order.
-class FieldArguments : public Arguments {
+class FieldArguments : public ArgumentSource {
  public:
   explicit FieldArguments(const Fields& inFields) : fField(inFields.begin()) {}
 
-  std::int64_t GetInteger(int, const Usual&) override {
+  std::int64_t GetInteger(int, const TypicalValues&) override {
     return std::strtoll((*fField++).c_str(), nullptr, 10);
   }
-  double GetDouble(const Usual&) override { return std::strtod((*fField++).c_str(), nullptr); }
-  UTF16String GetText(const Usual&) override { return Unquote(*fField++); }
+  double GetDouble(const TypicalValues&) override {
+    return std::strtod((*fField++).c_str(), nullptr);
+  }
+  UTF16String GetText(const TypicalValues&) override { return Unquote(*fField++); }
 
  private:
   Fields::const_iterator fField;
 };
 
-/// A report as the files write it.
-std::string ReportField(Report inReport) {
+/// A report as it is written in the files.
+std::string FormatReport(Report inReport) {
   for (auto* part : {&inReport.condition, &inReport.message, &inReport.function}) {
     boost::replace_all(*part, "|", "\\|");
     boost::replace_all(*part, "\n", "\\n");
@@ -43,9 +45,9 @@ std::string ReportField(Report inReport) {
   return inReport.condition + '|' + inReport.message + '|' + inReport.function;
 }
 
-class VectorTest : public testing::TestWithParam<ExportedCall> {};
+class TestVectors : public testing::TestWithParam<ExportedCall> {};
 
-TEST_P(VectorTest, GivesTheIndependentResults) {
+TEST_P(TestVectors, GivesTheIndependentResults) {
   const std::string& name = GetParam().name;
   const bool isConversion = name.starts_with("Convert");
   RecordedReports reports;
@@ -61,19 +63,19 @@ TEST_P(VectorTest, GivesTheIndependentResults) {
       const auto arrow = std::find(fields.begin(), fields.end(), "=>");
       ASSERT_LT(arrow, fields.end() - 1);
       const Fields expected(arrow + 1, fields.end());
-      // With and without room; some texts stay as they were.
+      // Without capacity, then with it. Rows that expect the old text "keep" run only without.
       for (const UTF16String& oldText : {UTF16String(u"keep"), UTF16String(64, u'?')}) {
         if (line.find("\"keep") != line.npos && oldText != u"keep") continue;
         FieldArguments arguments(fields);
         arguments.oldText = oldText;
         std::uint64_t allocations = 0;
-        Fields actual = GetParam().run(std::move(arguments), [&](const auto& inCall) {
+        Fields actual = GetParam().runWith(std::move(arguments), [&](const auto& inCall) {
           const auto before = heap::GetAllocationCount();
           inCall();
           allocations = heap::GetAllocationCount() - before;
         });
         const auto taken = reports.Take();
-        for (const Report& report : taken) actual.push_back(ReportField(report));
+        for (const Report& report : taken) actual.push_back(FormatReport(report));
         EXPECT_EQ(actual, expected);
         const bool hasRoom = oldText != u"keep" && isConversion && taken.empty();
         EXPECT_TRUE(!hasRoom || allocations == 0);
@@ -83,7 +85,7 @@ TEST_P(VectorTest, GivesTheIndependentResults) {
   EXPECT_GE(calls, isConversion ? 300 : 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(, VectorTest, testing::ValuesIn(ExportedCalls()));
+INSTANTIATE_TEST_SUITE_P(, TestVectors, testing::ValuesIn(GetExportedCalls()));
 
 }  // namespace
 }  // namespace mezzo::test
