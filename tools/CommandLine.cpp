@@ -30,7 +30,7 @@ A position is a signed sample count. Texts in other formats may begin with a
 minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
 and end in a decimal fraction, of which the first nine digits are used. Bars
 and beats omit the last fields instead, and their "." precedes the ticks. Unit
-words may follow the numbers: "1 h 2 min", "3 bars 2 beats".
+words may follow the numbers: "1 h 2 min 3 s" in clock time, "3 bars 2 beats".
 
 A FORMAT is a name or number that 'mezzo formats' lists, in any letter case, or
 the name of a frame rate, which selects the nominal rate, too:
@@ -85,7 +85,8 @@ Examples:
   seq 0 12000 96000 | mezzo format bars-beats)";
 
 constexpr char kConvertFooter[] = R"(JSON:
-  The same as for parse; "text" is the text in the second format.
+  The same as for parse, but "text" is the text in the second format, unless
+  that is samples.
 
 Rates:
   If only one of the formats is the name of a frame rate, both formats use that
@@ -144,13 +145,14 @@ Examples:
 
 // ---------------------------------------------------------------------------------------- Options
 
-/// Checks a range. CLI::Range would accept "nan".
+/// Checks a range. CLI::Range would accept "nan", and octal and hexadecimal integers.
 template <class Value>
 CLI::Validator RequireBetween(Value inLowest, Value inHighest) {
   const auto check = [=](const std::string& inText) {
     Value value{};
-    if (CLI::detail::lexical_cast(inText, value) && value >= inLowest && value <= inHighest)
-      return std::string();
+    const bool isNumber = CLI::detail::lexical_cast(inText, value) &&
+                          (!std::is_integral_v<Value> || std::to_string(value) == inText);
+    if (isNumber && value >= inLowest && value <= inHighest) return std::string();
     std::ostringstream complaint;
     complaint.precision(10);  // without an exponent
     complaint << "must be " << (std::is_integral_v<Value> ? "a whole number " : "") << "from "
@@ -375,7 +377,7 @@ void RefuseEmptyValues(const std::vector<std::string>& inArguments) {
   for (const std::string& argument : inArguments) {
     if (argument == "--") return;
     if (argument.starts_with("--") && argument.find('=') == argument.size() - 1)
-      throw InputError(argument.substr(0, argument.size() - 1) + " needs a value");
+      throw InputError("no value after " + Quote(argument));
   }
 }
 
@@ -386,11 +388,14 @@ std::string ExplainError(const CLI::App& inApp, const CLI::ParseError& inError) 
     return message.substr(0, message.find(':')) + " needs a value";
   for (const std::string& argument : inApp.remaining()) {
     if (argument == "--") continue;
-    if (!argument.starts_with('-')) return "unexpected argument " + Quote(argument);
+    if (!argument.starts_with('-'))
+      return "unexpected argument " + Quote(argument) + "; see '" + inApp.get_name() + " --help'";
     if (!argument.starts_with("--"))
       return "unknown option " + Quote(argument) + "; put '--' before texts that begin with '-'";
     std::vector<std::string> names;
-    for (const CLI::Option* option : inApp.get_options()) names.push_back(option->get_name());
+    for (const CLI::Option* option : inApp.get_options()) {
+      if (!option->get_positional()) names.push_back(option->get_name());
+    }
     return "unknown option " + Quote(argument) +
            SuggestWord(argument, names, inApp.get_name() + " --help");
   }
@@ -399,8 +404,7 @@ std::string ExplainError(const CLI::App& inApp, const CLI::ParseError& inError) 
 
 std::string ExplainUnknownCommand(const std::string& inName) {
   if (inName.empty()) return "no command; see 'mezzo --help'";
-  if (inName.starts_with('-'))
-    return "unknown option " + Quote(inName) + "; options follow the command, see 'mezzo --help'";
+  if (inName.starts_with('-')) return "no command before " + Quote(inName) + "; see 'mezzo --help'";
   std::vector<std::string> names;
   for (const Command& command : kCommands) names.emplace_back(command.name);
   return "unknown command " + Quote(inName) + SuggestWord(inName, names, "mezzo --help");
@@ -430,12 +434,13 @@ int RunCommand(std::vector<std::string> inArguments) {
   } else {
     app.footer(kToolFooter);
     app.require_subcommand(1);
-    app.set_help_all_flag("--help-all", "Print the help of every command and exit");
     app.set_version_flag("--version", "mezzo " MEZZO_TOOL_VERSION, "Print the version and exit");
     for (const Command& each : kCommands) {
       AddCommand(*app.add_subcommand(each.name, each.description)->group("Commands"), each,
                  settings);
     }
+    // The commands would inherit it if they came later.
+    app.set_help_all_flag("--help-all", "Print the help of every command and exit");
   }
   RefuseEmptyValues(inArguments);
   try {

@@ -87,7 +87,8 @@ TypedText SplitText(std::string_view inText) {
   char separator = 0;
   while (true) {
     take(&IsBlank);
-    if (takeOneOf(".") != 0) separator = '.';
+    const bool isColon = separator == ':' || separator == ';';
+    if (!isColon && takeOneOf(".") != 0) separator = '.';
     TypedNumber number{separator, take(&IsDigit), {}};
     if (number.digits.empty())
       RefusePart(rest.empty() ? inText.substr(inText.size() - 1) : rest, inText);
@@ -147,19 +148,29 @@ void RequireUnits(const TypedText& inTyped, const Notation& inNotation, const st
   }
 }
 
+/// \return the value of each field of the notation; a fraction has none.
+std::vector<std::int64_t> GetValues(const TypedText& inTyped, const Notation& inNotation) {
+  std::vector<std::int64_t> values(inNotation.fields.size());
+  for (const TypedNumber& number : inTyped.numbers) {
+    if (!number.isFraction) values[number.field] = number.GetValue();
+  }
+  return values;
+}
+
 /// \exception InputError for numbers that overflow: the library parses each number, and counts
 /// whole frames and beats, in 32 bits.
 void RequireRange(const TypedText& inTyped, const Notation& inNotation, const std::string& inText) {
-  std::vector<double> values(inNotation.fields.size());
-  for (const TypedNumber& number : inTyped.numbers) {
-    if (!number.isFraction) values[number.field] = static_cast<double>(number.GetValue());
-  }
+  const std::vector<std::int64_t> values = GetValues(inTyped, inNotation);
   double total = 0.0;
   for (std::size_t index = 0; index < values.size(); ++index) {
     const Field& field = inNotation.fields[index];
-    if (field.separator != '.') total = total * static_cast<double>(field.radix) + values[index];
+    if (field.separator != '.')
+      total = total * static_cast<double>(field.radix) + static_cast<double>(values[index]);
   }
-  if (std::max(total, values.back()) > std::numeric_limits<std::int32_t>::max())
+  // The library counts beats from bar 1, or from a bar before the position.
+  if (inNotation.HasBars()) total += 2.0 * static_cast<double>(inNotation.fields[1].radix);
+  if (std::max(total, static_cast<double>(values.back())) >
+      std::numeric_limits<std::int32_t>::max())
     RefuseOutOfRange(inText);
 }
 
@@ -193,7 +204,7 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
   if (isLabel && hasPoint && (numbers.size() == 3 || numbers.size() == 4))
     add(kNoteKind_Fraction,
         " has no hours field; the digits after the '.' are a fraction of a frame");
-  if (inNotation.HasBars() && hasPoint && numbers.size() == 2)
+  if (inNotation.HasBars() && hasPoint && numbers.size() <= 2)
     add(kNoteKind_Fraction,
         " has no beat number; the digits after the '.' are a part of the first beat");
   // A leading field may exceed its radix: "90:00" is an hour and a half.
@@ -204,12 +215,13 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
       });
   if (!overflows && !isLabel && !inNotation.HasTicks()) return notes;
   const std::string label = FormatPosition(inTimeline, inFormat, inParsed.position);
-  const TypedText written = SplitText(label);
+  TypedText written = SplitText(label);
+  AssignFields(written, inNotation, inFormat, label);
+  const std::vector<std::int64_t> values = GetValues(written, inNotation);
   const bool isSame =
       (inParsed.position == 0 || inTyped.isNegative == written.isNegative) &&
-      std::all_of(numbers.begin(), numbers.end(), [&written](const TypedNumber& inNumber) {
-        return inNumber.isFraction ||
-               inNumber.GetValue() == written.numbers.at(inNumber.field).GetValue();
+      std::all_of(numbers.begin(), numbers.end(), [&values](const TypedNumber& inNumber) {
+        return inNumber.isFraction || inNumber.GetValue() == values[inNumber.field];
       });
   if (!isSame) {
     add(kNoteKind_NoSuchLabel,

@@ -202,8 +202,10 @@ int Convert(const Settings& inSettings) {
   int status = kExitStatus_Success;
   const char* separator = "[\n";
   std::string line;
-  if (inSettings.hasHeader && source.GetNext(line) && !inSettings.isJSON)
-    std::cout << source.Restore(line) << '\n';
+  const auto print = [&](const std::string& inLine) {
+    std::cout << (inSettings.field > 0 ? source.Restore(inLine) : inLine) << '\n';
+  };
+  if (inSettings.hasHeader && source.GetNext(line) && !inSettings.isJSON) print(line);
   while (source.GetNext(line)) {
     const Result result = ConvertLine(inSettings, from, to, line);
     PrintNotes(result.conversion.notes, printed);
@@ -215,7 +217,7 @@ int Convert(const Settings& inSettings) {
       std::cout << separator << FormatJSON(MakeJSON(source.GetNumber(), line, result), -1);
       separator = ",\n";
     } else {
-      std::cout << (inSettings.field > 0 ? source.Restore(result.output) : result.output) << '\n';
+      print(result.output);
     }
   }
   if (inSettings.isJSON) std::cout << (*separator == '[' ? "[]\n" : "\n]\n");

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <regex>
 #include <vector>
 
 namespace mezzo::tool {
@@ -30,6 +31,8 @@ FormatChoice FindFormat(const std::string& inName) {
 }
 
 const RateName* FindNearestRate(const std::string& inText) {
+  static const std::regex sRate("[0-9]+([.][0-9]*)?[a-z]*");
+  if (!std::regex_match(inText, sRate)) return nullptr;
   constexpr double kFarthest = 0.1;
   const double typed = std::strtod(inText.c_str(), nullptr);
   const auto has = [&](char inLetter) { return inText.find(inLetter) != std::string::npos; };

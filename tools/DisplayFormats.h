@@ -41,7 +41,7 @@ inline constexpr std::array<DisplayFormat, utility::kTimecodeFormat_AfterLast> k
     {utility::kTimecodeFormat_PulldownFrames, "pulldown-frames",
      "frame count, frame rate x 1000/1001"},
     {utility::kTimecodeFormat_CompactSubframes, "compact",
-     "SMPTE without leading zeros, with subframes"},
+     "SMPTE timecode, shortened, with hundredths of a frame"},
     {utility::kTimecodeFormat_Milliseconds, "milliseconds", "milliseconds"},
     {utility::kTimecodeFormat_SMPTEPulldown2, "smpte-pulldown2", "same as smpte-pulldown"},
     {utility::kTimecodeFormat_SMPTEDropFrame2, "smpte-drop2", "same as smpte-drop"},

@@ -56,7 +56,8 @@ int ShowNote(const Settings& inSettings) {
     if (inSettings.frequency) result["frequency"] = *inSettings.frequency;
     std::cout << FormatJSON(result) << '\n';
   } else {
-    std::cout << EncodeUTF8(name) << "  (" << index << " semitones above A" << octave << ")\n";
+    std::cout << EncodeUTF8(name) << "  (" << index << (index == 1 ? " semitone" : " semitones")
+              << " above A" << octave << ")\n";
   }
   return kExitStatus_Success;
 }

@@ -54,6 +54,7 @@ smpte|markers2024.txt|unexpected 'markers2024.txt' in *
 smpte|1 h 30 min|unexpected 'h' in *; the number before it counts seconds
 smpte|1:2:|unexpected ':' in *
 smpte|1.|unexpected '.' in *
+smpte|1:.5|unexpected '.5' in *
 smpte|1.2.3|unexpected '3' in *; nothing follows a fraction
 decimal|1:02.5 min|unexpected 'min' in *; the number before it counts seconds
 smpte|1,5|unexpected ',5' in *
@@ -62,6 +63,7 @@ smpte|99999999999|*out of range
 bars-beats|1:2:480|unexpected ':480' in *; ticks follow a '.'
 bars-beats|1:2.3.4|*has 4 numbers*
 bars-beats|600000000|*out of range
+bars-beats|-536870911:1|*out of range
 frames|1:02|*has 2 numbers*
 samples|12 x|*not a position*
 milliseconds|1e3|unexpected 'e' in *
@@ -84,6 +86,7 @@ expect 0 $'1600\n3200' "mezzo: note: '0;1' has a ';', but smpte has no drop-fram
 expect 0 $'96000\n24000' "*'1:5' stands for '2:1.000'*" parse bars-beats 1:5 1:2
 expect 0 96050 "*'2.2' has no beat number; the digits after the '.' are *" parse bars-beats 2.2
 expect 0 24000 "*'-0:1' stands for '0:1.000'*" parse bars-beats --duration -0:1
+expect 0 57600 "*'0:36' stands for '1:06.00'" parse compact 0:36
 expect 0 $'5760000\n259200000' "*: '1:60' stands for '2:00.000'" parse decimal 1:60 90:00
 expect 0 19220 '*has no hours field; the digits after the * fraction of a frame' parse 25 00:00:10.01
 expect 0 $'3.6e+06\n3.6e+06' '*exponent, which cannot be parsed*' format milliseconds 172800000 172800000
@@ -164,13 +167,13 @@ for pair in barsbeat=bars-beats bars=bars-beats drop=smpte-drop 29.98=29.97 23.9
 done
 refuse "unknown format '15'; see 'mezzo formats'" parse 15 5
 refuse "unknown command 'shwo'; did you mean 'show'?" shwo 5
-refuse "unknown option '--rate'; options follow the command*" --rate 48000 show 5
+refuse "no command before '--rate'*" --rate 48000 show 5
 refuse "unknown option '--fron'; did you mean '--from'?" ruler --fron 0 --to 5
 refuse "unknown option '-.5'; put '--' *" parse smpte -.5
-refuse "unexpected argument '7'" show 5 7 8
+refuse "unexpected argument '7'; see 'mezzo show --help'" show 5 7 8
 refuse '--fps needs a value' show 5 --fps
-refuse "unknown option '--version=false'*" --version=false show 5
-refuse '--rate needs a value' format smpte --rate= 48000 96000
+refuse "no command before '--version=false'*" --version=false show 5
+refuse "no value after '--rate='" format smpte --rate= 48000 96000
 refuse '*no conversion' format reserved 5
 refuse '*30 and 60 have drop-frame labels' format smpte-drop 5 --fps 25
 refuse '*30 frames per second, but --fps selects 25' format 29.97df 5 --fps 25
@@ -180,6 +183,7 @@ refuse '--delimiter requires --field' parse 2 --delimiter tab
 refuse "--fps: * for 29.97df, use 30 with smpte-drop" show 5 --fps 29.97df
 refuse "--rate: must be a whole number from 1 to 10000000, not '44.1'" show 5 --rate 44.1
 refuse '--tempo: must be from 0.001 to 100000, not *' show 5 --tempo nan
+refuse "--fps: must be a whole number *" show 5 --fps 025
 refuse '--meter: *' show 5 --meter 4/3
 refuse 'give either *' note 440 --index 3
 refuse 'FREQUENCY: must be from 13.36 to 28985, not *' note 8.18
