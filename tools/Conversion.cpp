@@ -207,8 +207,10 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
   if (inNotation.HasBars() && hasPoint && numbers.size() <= 2)
     add(kNoteKind_Fraction,
         " has no beat number; the digits after the '.' are a part of the first beat");
-  // A leading field may exceed its radix: "90:00" is an hour and a half.
+  // A leading field may exceed its radix: "90:00" is an hour and a half. Bars and beats with a
+  // decimal fraction do not read back.
   const bool overflows =
+      !inNotation.HasBars() &&
       std::any_of(numbers.begin() + 1, numbers.end(), [&inNotation](const TypedNumber& inNumber) {
         return !inNumber.isFraction &&
                inNumber.GetValue() >= inNotation.fields[inNumber.field].radix;

@@ -39,7 +39,7 @@ expect 0 '1351:3.957' '' convert 29.97df bars-beats '01;00;02;00' --tempo 90
 expect 0 '00:00:00:24' '' convert 48 25 00:00:00:47
 expect 0 86400 '' convert 24 frames 01:00:00:00
 expect 0 $'60000\n12000' '' parse beats 2.5000000000 0.49999999999999
-expect 0 36000 '' parse bars-beats --ticks -1 1:2.5000000000
+expect 0 $'36000\n72000' '' parse bars-beats --ticks -1 1:2.5000000000 1:4
 expect 1 $'7\n\n\n\n-8' '*argument 2: *position*argument 3: *position*argument 4: *64 bits*' \
   format samples ' 7 ' x 1.5 99999999999999999999 -8
 
