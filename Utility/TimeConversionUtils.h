@@ -125,15 +125,16 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 ///
 /// The parser is lenient. Any non-digit separates fields, a minus sign included; omitted fields are
 /// the leading ones. A number after "." is a decimal fraction of the field before it and ends
-/// parsing. If five fields come before any fraction, the first is dropped and the rest of the text
-/// is ignored. The fraction's denominator is 10 to the power of the number of code units from its
-/// first digit to the end of the text. If no digit follows a "." and at most four numbers precede
-/// it, the last number is the fraction; for a single number, as in "1.", the denominator is then 1.
+/// parsing. At most five fields are read before a fraction. If there are five, the first is
+/// dropped, and the text after the fifth is ignored. The fraction's denominator is 10 to the power
+/// of the number of code units from its first digit to the end of the text. If no digit follows a
+/// "." and at most four numbers precede it, the last number is the fraction; for a single number,
+/// as in "1.", the denominator is then 1.
 ///
 /// The result is the first sample at or after the start of the labelled frame, rounded up in exact
-/// integers. If the dividend exceeds 7 × 2^60, the result is computed in double precision. For a
-/// label that exists, writing the result at the same rates gives the label back, as long as a frame
-/// lasts at least one sample.
+/// integers. The result is a quotient of integers. If its dividend exceeds 7 × 2^60, the result is
+/// computed in double precision. For a label that exists, writing the result at the same rates
+/// gives the label back, as long as a frame lasts at least one sample.
 ///
 /// \param[out] outSamples receives the position in samples; -1 for an empty text; 0 for a text
 ///     without digits; 0, with a report, for a frame rate of 0.
@@ -243,9 +244,9 @@ MEZZO_EXPORT void ConvertSamplesToBeats(plinth::UTF16String& outString, std::int
 ///
 /// The text is bar, optionally ":" and beat, optionally "." and ticks (with `iTicksPerBeat` -1: the
 /// decimal fraction of the beat). The first ":" and the first "." of the text count, wherever they
-/// are. Blanks (space, tab) and a sign may precede each number except the decimal fraction;
-/// anything after it is ignored. A missing number is 0; without ":" the beat is the first of the
-/// bar.
+/// are. Blanks (space, tab) and a sign may precede each number except the decimal fraction. Text
+/// after a number is ignored, but the decimal fraction may have an exponent, as in ".5e-1". A
+/// missing number is 0; without ":" the beat is the first of the bar.
 ///
 /// \param inString the text.
 /// \param inSampleRate samples per second.

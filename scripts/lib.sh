@@ -2,7 +2,7 @@
 
 set -euo pipefail
 
-# The head comment of a script is its help.
+# The comment at the top of a script is its help.
 if [ "${1:-}" = --help ]; then
   sed -n '2,/^[^#]/{s/^# \{0,1\}//p}' "$0"
   exit

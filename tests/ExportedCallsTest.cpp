@@ -20,7 +20,7 @@ namespace {
 
 std::atomic<unsigned> sReports{0};
 
-/// Takes no memory and sSilences every 100th report's site.
+/// Allocates nothing, and silences the site of every 100th report.
 bool CountReport(bool& ioDisabled, const char*, const unsigned char*, const char*, int, const char*,
                  bool) {
   if (sReports.fetch_add(1) % 100 == 99) __atomic_store_n(&ioDisabled, true, __ATOMIC_RELAXED);

@@ -28,9 +28,10 @@ constexpr char kToolDescription[] =
 
 A position is a signed sample count. Texts in other formats may begin with a
 minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
-and end in a decimal fraction, of which the first nine digits are used. Bars
-and beats omit the last fields instead, and their "." precedes the ticks. Unit
-words may follow the numbers: "1 h 2 min 3 s" in clock time, "3 bars 2 beats".
+and end in a decimal fraction, of which the first nine digits are used. In bars
+and beats the last fields may be omitted instead, and "." precedes the ticks.
+Unit words may follow the numbers: "1 h 2 min 3 s" in clock time,
+"3 bars 2 beats".
 
 A FORMAT is a name or number that 'mezzo formats' lists, in any letter case, or
 the name of a frame rate, which selects the nominal rate, too:
@@ -106,9 +107,9 @@ constexpr char kRulerFooter[] = R"(Beginning and end:
   A text in the ruler's format, or @ and a sample count, such as @-48000.
 
 Labels and positions:
-  The library parses round values of the format into the positions of the
-  ticks, and formats these positions as the labels. The frames on both sides of
-  a gap in drop-frame labels have ticks, too. An asterisk marks a label that
+  Ticks stand where the library parses round values of the format. Each label
+  is the text that the library writes for the position of its tick. The frames
+  on both sides of a gap in drop-frame labels have ticks, too. An asterisk marks a label that
   the library parses as another position.
 
 JSON:
@@ -439,7 +440,7 @@ int RunCommand(std::vector<std::string> inArguments) {
       AddCommand(*app.add_subcommand(each.name, each.description)->group("Commands"), each,
                  settings);
     }
-    // The commands would inherit it if they came later.
+    // Added after the commands, which would otherwise inherit this flag.
     app.set_help_all_flag("--help-all", "Print the help of every command and exit");
   }
   RefuseEmptyValues(inArguments);

@@ -49,7 +49,8 @@ class TextSource {
 
  private:
   bool ReadLine(std::string& outLine) {
-    // A program that writes line by line sees each answer before it writes the next line.
+    // Flush, so that a program that feeds the tool line by line gets each answer before it sends
+    // the next line.
     if (std::cin.rdbuf()->in_avail() <= 0) std::cout.flush();
     if (!std::getline(std::cin, outLine)) {
       if (!std::cin.bad()) return false;

@@ -46,7 +46,7 @@ struct Notation {
   double samplesInUnit;                              ///< samples per unit of the last field
   bool keepsSign = false;                            ///< the library itself parses a minus sign
 
-  /// Bars and beats omit their last fields; every other notation omits its leading fields.
+  /// In bars and beats, the last fields may be omitted; in every other notation, the leading ones.
   bool HasBars() const { return fields.front().unit == kUnit_Bars; }
   bool HasTicks() const { return fields.back().unit == kUnit_Ticks; }
 };

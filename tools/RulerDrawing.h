@@ -18,7 +18,7 @@ std::string GetFootnote(const std::vector<PlacedTick>& inTicks);
 /// The grid of a ruler that is drawn as text.
 Grid GetTextGrid(int inColumns);
 
-/// Draws text in UTF-8 or ASCII. No line is wider than the ruler.
+/// Draws the ruler as text, in UTF-8 or ASCII. No line is wider than the ruler.
 /// \param inCaption words that say what the ruler shows.
 std::string DrawText(const RulerScale& inScale, const std::string& inCaption, int inColumns,
                      bool inIsASCII);

@@ -21,7 +21,7 @@ constexpr int kAxis = 54;
 constexpr int kPositionLine = 74;
 constexpr int kScaleHeight = 78;
 
-/// A class and its colour in the light scheme. The colour is an attribute of the elements, for
+/// A CSS class and its colour in the light scheme. The colour is an attribute of the elements, for
 /// viewers without style sheets; the dark scheme overrides it.
 struct Ink {
   const char* name;

@@ -1,9 +1,9 @@
 /// \file
 /// The scale of a time ruler: the positions and labels of its ticks.
 ///
-/// The library parses round values of the format into the positions of the ticks, and formats these
-/// positions as the labels. The frames on both sides of a gap in drop-frame labels have ticks, too.
-/// A ruler therefore shows both directions of the library.
+/// Ticks stand where the library parses round values of the format. Each label is the text that the
+/// library writes for the position of its tick. The frames on both sides of a gap in drop-frame
+/// labels have ticks, too. A ruler therefore shows both directions of the library.
 #pragma once
 
 #include "Conversion.h"

@@ -25,8 +25,8 @@ struct Label {
 };
 
 /// Converts a frame count to its label.
-/// \param inFrames the count, not negative. The one exception is the smallest integer, which has no
-///     magnitude; its label has only seconds and frames.
+/// \param inFrames the count, not negative. The one exception is the smallest integer, whose
+///     magnitude is itself; its label has only seconds and frames.
 /// \param inMultiplier the frame rate divided by 30, positive.
 constexpr Label LabelOfFrameCount(std::int64_t inFrames, std::int64_t inMultiplier) {
   const std::int64_t framesPerSecond = 30 * inMultiplier;
@@ -40,7 +40,8 @@ constexpr Label LabelOfFrameCount(std::int64_t inFrames, std::int64_t inMultipli
   // The two conditional operators matter for the smallest integer only.
   const std::int64_t minute =
       framesInBlock > droppedPerMinute ? (framesInBlock - droppedPerMinute) / framesPerMinute : 0;
-  // From here on labels are counted, not frames: a later minute begins after its dropped labels.
+  // From here on labels are counted, not frames: minutes 1 to 9 of a block begin with label
+  // `droppedPerMinute`.
   const std::int64_t labelsInMinute = framesInBlock - minute * framesPerMinute;
   const std::int64_t seconds = labelsInMinute / framesPerSecond;
   return {blocks / 6, blocks % 6, minute, seconds, labelsInMinute - seconds * framesPerSecond};

@@ -278,7 +278,8 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
 
   const double samples =
       inIsDuration ? inSamples : inSamples - GetOffsetInSamples(inSampleRate, inBeatInfo);
-  // Quarter notes per minute to beats of 1/iBeatUnit per second: 1 / (60 × 4).
+  // Tempo × iBeatUnit × this is beats per second: a minute has 60 seconds, a whole note 4 quarter
+  // notes.
   constexpr double kTempoToBeatsPerSecond = 1.0 / 240.0;
   // Adding half a thousandth of a tick makes the truncations below round to the nearest thousandth.
   // With -1 ticks the term is negative and lowers a decimal beat instead.
@@ -351,8 +352,7 @@ void WriteSampleCount(UTF16String& outString, std::int64_t inSamples) {
   text.Put(inSamples).AssignTo(outString);
 }
 
-/// Writes a whole number of tenths of a millisecond, in general notation with six significant
-/// digits.
+/// Writes milliseconds, rounded to a tenth, in general notation ("%g") with six significant digits.
 void WriteMilliseconds(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate) {
   const double lifted = static_cast<double>(inSamples) * 10000.0 / inSampleRate + 0.5;
   const double tenths = lifted - GetFraction(lifted);
@@ -459,7 +459,7 @@ ParsedTimeCode ParseTimeCodeString(const UTF16String& inString) {
     const bool isDotted = cursor.SkipToDigit();
     if (cursor.IsAtEnd()) {
       if (isDotted && fields > 0) {
-        // A "." that ends the text makes the last field the fraction.
+        // A "." after the last number makes that number the fraction.
         setFraction(parsed.frames);
         parsed.frames = parsed.seconds;
         parsed.seconds = parsed.minutes;
@@ -571,9 +571,9 @@ constexpr char kSignature[] =
     "bool mezzo::utility::ConvertTimecodeToSamples(std::int64_t &, const plinth::UTF16String &, "
     "mezzo::utility::TimecodeFormat, std::int32_t, std::int32_t, mezzo::utility::BeatInfo *, bool)";
 
-/// Reads clock time, or beats or milliseconds as its last field, in units of that field. The
-/// parser's fields shift by one: its minutes are hours here, its seconds minutes, its frames
-/// seconds.
+/// Reads up to three fields: hours, minutes, and seconds, beats or milliseconds. Returns their sum
+/// in units of the last field. The parser's fields shift by one: its minutes are hours here, its
+/// seconds minutes, its frames seconds.
 double ReadThreeFields(const UTF16String& inString) {
   const ParsedTimeCode parsed = ParseTimeCodeString(inString);
   MEZZO_ASSERT_WITH_TEXT(parsed.hours == 0, "hours==0",

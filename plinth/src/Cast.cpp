@@ -25,7 +25,8 @@ bool ShowNumericCast(bool& ioDisabled, const char* inError, const std::string& i
 
 void ReportNumericCast(bool& ioDisabled, const char* inError, const std::string& inValue,
                        const char* inTarget, const char* inSource, const char* inFile, int inLine) {
-  // ShowNumericCast releases the message before the process stops in the debugger.
+  // The strings belong to ShowNumericCast, so they are freed before the process stops in the
+  // debugger.
   const bool wantsBreak =
       ShowNumericCast(ioDisabled, inError, inValue, inTarget, inSource, inFile, inLine);
   if (wantsBreak && debug::IsDebuggerAttached()) std::raise(SIGTRAP);

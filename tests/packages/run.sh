@@ -30,7 +30,8 @@ diff <("$build/bin/mezzo" show 480000) <("$root/usr/bin/mezzo" show 480000)
 ldd "$root/usr/bin/mezzo" >"$scratch/libraries"
 grep -q "libMezzo.so.1 => $root/usr/" "$scratch/libraries"
 # The README's project finds the library in this root, although it was built for another prefix. It
-# includes every header. Its implicit conversion compiles only without the library's own warnings.
+# includes every header. It also has an implicit conversion, which the library's own warning options
+# would reject.
 mkdir -p "$scratch/desk/host" && cd "$scratch/desk"
 awk '/^```/ { file = $2; next } file { print >file }' "$source/README.md"
 (cd "$root/usr/include/mezzo" && printf '#include <%s>\n' */*.h) >>ruler.cpp

@@ -242,7 +242,8 @@ auto Overload(Result (*inFunction)(A, B, C, D, Others...)) {
   return inFunction;
 }
 
-// ----------------------------------------------------------- Functions with something around them
+// ----------------------------------------------------------- ---------------------------- Wrapped
+// functions
 
 /// Compares a record with one that differs in at most one field.
 template <class Compare>

@@ -19,7 +19,7 @@ namespace plinth {
 /// An item shorter than the width is filled on the left, before its sign. The width applies to the
 /// next item only; the fill character, initially a space, persists.
 ///
-/// Up to 64 code units are stored inline. Only longer ones allocate, and only then can an operator
+/// Up to 64 code units are stored inline. Only longer text allocates, and only then can an operator
 /// throw std::bad_alloc.
 class PLINTH_EXPORT oUTF16StringStream {
  public:
