@@ -242,8 +242,7 @@ auto Overload(Result (*inFunction)(A, B, C, D, Others...)) {
   return inFunction;
 }
 
-// ----------------------------------------------------------- ---------------------------- Wrapped
-// functions
+// ------------------------------------------------------------------------------- Wrapped functions
 
 /// Compares a record with one that differs in at most one field.
 template <class Compare>
