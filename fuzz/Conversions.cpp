@@ -190,9 +190,10 @@ void CheckParsedMusicalTime(const RecordedCall& inCall) {
 
 void CheckFormattedMusicalTime(const RecordedCall& inCall) {
   const Meter meter{inCall};
-  const long double beat = meter.GetSamplesPerBeat(),
+  const long double samplesPerBeat = meter.GetSamplesPerBeat(),
                     position = inCall.GetDouble(0) - meter.GetOffset();
-  if (inCall.GetInt(8) < 3 || !meter.IsUsual() || !(std::fabs(position / beat) < 1e9L)) return;
+  if (inCall.GetInt(8) < 3 || !meter.IsUsual() || !(std::fabs(position / samplesPerBeat) < 1e9L))
+    return;
 
   const std::string& text = inCall.result;
   const auto numberAfter = [&](std::size_t inIndex) {
@@ -205,11 +206,11 @@ void CheckFormattedMusicalTime(const RecordedCall& inCall) {
                  "a beat of the bar and a part of the beat");
   // With ticks, the text is rounded to thousandths of a tick. Without, half a thousandth of a beat
   // is subtracted, and the rest is truncated to thousandths.
-  const long double thousandth = beat / std::abs(meter.ticks) / 1000;
+  const long double thousandth = samplesPerBeat / std::abs(meter.ticks) / 1000;
   const std::int64_t thousandths = isDecimal ? 1 : numberAfter(text.rfind('.'));
-  inCall.RequireNear(meter.CountBeats(text) * beat + thousandth * thousandths, position,
+  inCall.RequireNear(meter.CountBeats(text) * samplesPerBeat + thousandth * thousandths, position,
                      thousandth * 0.500001L + 0.5L * meter.first +
-                         kRelativeError * std::max(std::fabs(position), beat));
+                         kRelativeError * std::max(std::fabs(position), samplesPerBeat));
 }
 
 void Check(test::DrawnArguments inArguments) {

@@ -109,8 +109,8 @@ constexpr char kRulerFooter[] = R"(Beginning and end:
 Labels and positions:
   Ticks stand where the library parses round values of the format. Each label
   is the text that the library writes for the position of its tick. The frames
-  on both sides of a gap in drop-frame labels have ticks, too. An asterisk marks a label that
-  the library parses as another position.
+  on both sides of a gap in drop-frame labels have ticks, too. An asterisk marks
+  a label that the library parses as another position.
 
 JSON:
   {"format", "from", "to", "notes",
@@ -152,6 +152,7 @@ CLI::Validator RequireBetween(Value inLowest, Value inHighest) {
   const auto check = [=](const std::string& inText) {
     Value value{};
     const bool isNumber = CLI::detail::lexical_cast(inText, value) &&
+                          inText.find_first_of("xX") == std::string::npos &&
                           (!std::is_integral_v<Value> || std::to_string(value) == inText);
     if (isNumber && value >= inLowest && value <= inHighest) return std::string();
     std::ostringstream complaint;

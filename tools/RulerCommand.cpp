@@ -89,11 +89,11 @@ int DrawRuler(const Settings& inSettings) {
   if (inSettings.isJSON) {
     std::cout << FormatJSON(MakeJSON(format, scale, LayOut(scale, GetTextGrid(columns)))) << '\n';
   } else if (inSettings.pictureFile.empty()) {
-    std::cout << DrawText(scale, caption, columns, !IsLocaleUTF8());
+    std::cout << DrawAsText(scale, caption, columns, !IsLocaleUTF8());
   } else if (inSettings.pictureFile == "-") {
-    std::cout << DrawSVG(scale, caption, columns);
+    std::cout << DrawAsSVG(scale, caption, columns);
   } else {
-    WriteFile(inSettings.pictureFile, DrawSVG(scale, caption, columns));
+    WriteFile(inSettings.pictureFile, DrawAsSVG(scale, caption, columns));
   }
   return kExitStatus_Success;
 }

@@ -20,12 +20,12 @@ Grid GetTextGrid(int inColumns);
 
 /// Draws the ruler as text, in UTF-8 or ASCII. No line is wider than the ruler.
 /// \param inCaption words that say what the ruler shows.
-std::string DrawText(const RulerScale& inScale, const std::string& inCaption, int inColumns,
-                     bool inIsASCII);
+std::string DrawAsText(const RulerScale& inScale, const std::string& inCaption, int inColumns,
+                       bool inIsASCII);
 
 /// Draws an SVG document that follows the viewer's light or dark colour scheme.
 /// \param inCaption words that say what the ruler shows; no markup characters.
 /// \param inColumns the width, in columns of 8 pixels.
-std::string DrawSVG(const RulerScale& inScale, const std::string& inCaption, int inColumns);
+std::string DrawAsSVG(const RulerScale& inScale, const std::string& inCaption, int inColumns);
 
 }  // namespace mezzo::tool

@@ -73,7 +73,7 @@ int DrawTextLines(std::ostream& outPicture, int inTop, const std::vector<std::st
 
 }  // namespace
 
-std::string DrawSVG(const RulerScale& inScale, const std::string& inCaption, int inColumns) {
+std::string DrawAsSVG(const RulerScale& inScale, const std::string& inCaption, int inColumns) {
   const Grid grid{inColumns * kCharacter, kCharacter, kTickDistance, kLabelDistance};
   const std::vector<PlacedTick> ticks = LayOut(inScale, grid);
   std::ostringstream content;

@@ -61,8 +61,8 @@ Grid GetTextGrid(int inColumns) {
   return {.width = inColumns, .character = 1, .tickDistance = 4, .labelDistance = 2};
 }
 
-std::string DrawText(const RulerScale& inScale, const std::string& inCaption, int inColumns,
-                     bool inIsASCII) {
+std::string DrawAsText(const RulerScale& inScale, const std::string& inCaption, int inColumns,
+                       bool inIsASCII) {
   const std::vector<PlacedTick> ticks = LayOut(inScale, GetTextGrid(inColumns));
   const auto columns = static_cast<std::size_t>(inColumns);
   std::string labels(columns, ' ');

@@ -75,17 +75,17 @@ function update() {
 }
 
 const formatNamed = name => rates.get(name)?.format ?? name;
-const display = name => answer?.formats.find(format => format.name === name);
+const findShown = name => answer?.formats.find(format => format.name === name);
 
 function showAnswer() {
   const format = formatNamed(answer?.taken);
   const names = [...rates.keys()].filter(
       name => rates.get(name).format === format && rates.get(name).fps === answer.fps);
   find('#answer').textContent =
-      answer ? `Read as ${[format, ...names].join(', ')}: sample ${display('samples').text}` : '';
+      answer ? `Read as ${[format, ...names].join(', ')}: sample ${findShown('samples').text}` : '';
   find('#notes').textContent = answer?.notes?.join('; ') ?? '';
   for (const row of find('#displays').children) {
-    const {text, notes} = display(row.dataset.format) ?? {};
+    const {text, notes} = findShown(row.dataset.format) ?? {};
     row.querySelector('samp').textContent = text ?? '';
     row.querySelector('small').textContent = notes?.join('; ') ?? '';
     row.querySelector('button').disabled = !text;
@@ -95,7 +95,7 @@ function showAnswer() {
 
 function drawRuler() {
   if (!answer) return ruler.replaceChildren();
-  const position = BigInt(display('samples').text);
+  const position = BigInt(findShown('samples').text);
   const half = BigInt(fields.span.value) / 2n;
   const [from, to] = [position - half, position + half];
   const columns = Math.max(20, Math.floor((ruler.clientWidth - 48) / 8));
@@ -128,7 +128,7 @@ function step(unit, by) {
   const format = formatNamed(answer?.taken);
   const frames = /pulldown|drop/.test(format) ? 'pulldown-frames' : 'frames';
   const counted = unit === 'beat' ? 'bars-beats' : frames;
-  const text = display(counted)?.text;
+  const text = findShown(counted)?.text;
   if (!text) return;
   const [, bar, count, ticks] = /^(.*:)?(-?\d+)(.*)$/.exec(text);
   const counts = by * (unit === 'second' ? answer.fps : 1);
@@ -196,7 +196,7 @@ function listen() {
   let start;  // of a drag
   on(ruler, 'pointerdown', ({pointerId, clientX}) => {
     ruler.setPointerCapture(pointerId);
-    start = answer && {clientX, position: BigInt(display('samples').text)};
+    start = answer && {clientX, position: BigInt(findShown('samples').text)};
   });
   on(ruler, 'pointermove', ({clientX}) => {
     if (!start || !answer) return;

@@ -209,11 +209,13 @@ struct Argument {
   std::conditional_t<std::is_pointer_v<Parameter>, std::optional<Pointee>, Bare> value{};
 };
 
+enum Purity { kPurity_Pure, kPurity_Impure };
+
 /// \param inTypical one for each parameter; parameters left out have no typical values.
 template <class Result, class... Parameters>
 ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
                       const TypicalValues (&inTypical)[sizeof...(Parameters)],
-                      bool inIsPure = true) {
+                      Purity inPurity = kPurity_Pure) {
   const std::vector<TypicalValues> usual(std::begin(inTypical), std::end(inTypical));
   const auto run = [=](ArgumentSource&& ioFrom, const Surround& inSurround) {
     auto next = usual.begin();
@@ -233,7 +235,7 @@ ExportedCall Describe(const char* inName, Result (*inFunction)(Parameters...),
     std::apply([&](auto&... inEach) { (inEach.AddTo(fields), ...); }, arguments);
     return fields;
   };
-  return {inName, run, inIsPure};
+  return {inName, run, inPurity == kPurity_Pure};
 }
 
 /// Chooses among overloads by their first parameters.
@@ -335,7 +337,6 @@ std::vector<ExportedCall> MakeTable() {
       "RuvoAiff|RuvoApe|RuvoAT|DLMS|Dolby|ImporterHost|RuvoLSF|RuvoMF|RuvoMP2|RuvoMP3|RuvoQT|"
       "RuvoTwoLame|RuvoWav|FinalCutXML|LegacyXML|OmfSession|DocketNative|ruvowav|"
       "KinoraInterchange|KinodocNative");
-  constexpr bool kImpure = false;
   return {
       Describe("operator==", CompareBeats<std::equal_to<>>, {none, none, fields}),
       Describe("operator!=", CompareBeats<std::not_equal_to<>>, {none, none, fields}),
@@ -371,13 +372,13 @@ std::vector<ExportedCall> MakeTable() {
                {ListIdentifierForms()}),
       Describe("TranslateFromHumanReadableMediaHandler", TranslateFromHumanReadableMediaHandler,
                {names}),
-      Describe("IsInitialized", QueryInState<IsInitialized>, {states}, kImpure),
-      Describe("IsEventLoopRunning", QueryInState<IsEventLoopRunning>, {states}, kImpure),
-      Describe("WillTerminate", QueryInState<WillTerminate>, {states}, kImpure),
-      Describe("IsTerminating", QueryInState<IsTerminating>, {states}, kImpure),
-      Describe("GetAppActivatedSignal", FireSignal, {none}, kImpure),
-      Describe("NotifyAppActivated", Notify, {none}, kImpure),
-      Describe("DisableErrorHandling", DisableErrorHandling, {{{0, 1, 2, 3, 4}}}, kImpure),
+      Describe("IsInitialized", QueryInState<IsInitialized>, {states}, kPurity_Impure),
+      Describe("IsEventLoopRunning", QueryInState<IsEventLoopRunning>, {states}, kPurity_Impure),
+      Describe("WillTerminate", QueryInState<WillTerminate>, {states}, kPurity_Impure),
+      Describe("IsTerminating", QueryInState<IsTerminating>, {states}, kPurity_Impure),
+      Describe("GetAppActivatedSignal", FireSignal, {none}, kPurity_Impure),
+      Describe("NotifyAppActivated", Notify, {none}, kPurity_Impure),
+      Describe("DisableErrorHandling", DisableErrorHandling, {{{0, 1, 2, 3, 4}}}, kPurity_Impure),
   };
 }
 

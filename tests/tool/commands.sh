@@ -182,7 +182,7 @@ refuse '--delimiter: *' parse 2 --field 1 --delimiter ab
 refuse '--delimiter requires --field' parse 2 --delimiter tab
 refuse "--fps: * for 29.97df, use 30 with smpte-drop" show 5 --fps 29.97df
 refuse "--rate: must be a whole number from 1 to 10000000, not '44.1'" show 5 --rate 44.1
-refuse '--tempo: must be from 0.001 to 100000, not *' show 5 --tempo nan
+for tempo in nan 0x10; do refuse '--tempo: must be from 0.001 to 100000, not *' show 5 --tempo $tempo; done
 refuse "--fps: must be a whole number *" show 5 --fps 025
 refuse '--meter: *' show 5 --meter 4/3
 refuse 'give either *' note 440 --index 3
