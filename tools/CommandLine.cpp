@@ -47,8 +47,9 @@ constexpr char kToolFooter[] = R"(Exit status:
   2  The arguments cannot be used, or a file cannot be read or written.
 
 Notes:
-  A note on standard error says where a text is misleading. Each kind of note is
-  printed once; the output of --json has all of them.
+  A note on standard error says where a text is misleading, or how --lenient
+  parsed a text that is refused without it. Each kind of note is printed once;
+  the output of --json has all of them.
 
 Examples:
   mezzo show 480000
@@ -386,8 +387,11 @@ void RefuseEmptyValues(const std::vector<std::string>& inArguments) {
 /// CLI11 looks for missing options before it looks at unknown ones, which are often the cause.
 std::string ExplainError(const CLI::App& inApp, const CLI::ParseError& inError) {
   std::string message = inError.what();
-  if (inError.get_name() == "ArgumentMismatch")
-    return message.substr(0, message.find(':')) + " needs a value";
+  if (inError.get_name() == "ArgumentMismatch") {
+    const std::string option = message.substr(0, message.find_first_of(": "));
+    const bool isFlag = message.ends_with("flag override");
+    return isFlag ? "--" + option + " takes no value" : option + " needs a value";
+  }
   for (const std::string& argument : inApp.remaining()) {
     if (argument == "--") continue;
     if (!argument.starts_with('-'))
@@ -426,7 +430,8 @@ int RunCommand(std::vector<std::string> inArguments) {
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.option_defaults()
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
-      ->always_capture_default();
+      ->always_capture_default()
+      ->disable_flag_override();
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
   app.get_formatter()->label("Positionals", "Arguments");
   app.get_formatter()->column_width(26);

@@ -158,19 +158,21 @@ std::vector<std::int64_t> GetValues(const TypedText& inTyped, const Notation& in
 }
 
 /// \exception InputError for numbers that overflow: the library parses each number, and counts
-/// whole frames and beats, in 32 bits.
+/// frames and beats, in 32 bits.
 void RequireRange(const TypedText& inTyped, const Notation& inNotation, const std::string& inText) {
   const std::vector<std::int64_t> values = GetValues(inTyped, inNotation);
+  double greatest = 0.0;
   double total = 0.0;
   for (std::size_t index = 0; index < values.size(); ++index) {
     const Field& field = inNotation.fields[index];
-    if (field.separator != '.')
-      total = total * static_cast<double>(field.radix) + static_cast<double>(values[index]);
+    const auto value = static_cast<double>(values[index]);
+    greatest = std::max(greatest, value);
+    if (field.separator != '.') total = total * static_cast<double>(field.radix) + value;
   }
   // The library counts beats from bar 1, or from a bar before the position.
   if (inNotation.HasBars()) total += 2.0 * static_cast<double>(inNotation.fields[1].radix);
-  if (std::max(total, static_cast<double>(values.back())) >
-      std::numeric_limits<std::int32_t>::max())
+  const bool isCount = inNotation.HasBars() || inNotation.fields.back().unit == kUnit_Frames;
+  if (std::max(greatest, isCount ? total : 0.0) > std::numeric_limits<std::int32_t>::max())
     RefuseOutOfRange(inText);
 }
 
@@ -182,6 +184,21 @@ std::string JoinNumbers(const TypedText& inTyped) {
     text += number.digits;
   }
   return text;
+}
+
+/// \return whether a position's text has the typed values, apart from decimal fractions.
+bool HasValues(const Timeline& inTimeline, TimecodeFormat inFormat, std::int64_t inPosition,
+               const TypedText& inTyped) {
+  const std::string text = FormatPosition(inTimeline, inFormat, inPosition);
+  const Notation notation = GetNotation(inTimeline, inFormat);
+  TypedText written = SplitText(text);
+  AssignFields(written, notation, inFormat, text);
+  const std::vector<std::int64_t> values = GetValues(written, notation);
+  const auto& numbers = inTyped.numbers;
+  return (inPosition == 0 || inTyped.isNegative == written.isNegative) &&
+         std::all_of(numbers.begin(), numbers.end(), [&values](const TypedNumber& inNumber) {
+           return inNumber.isFraction || inNumber.GetValue() == values[inNumber.field];
+         });
 }
 
 /// Notes where the library may read a text differently from what its writer meant.
@@ -216,19 +233,12 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
                inNumber.GetValue() >= inNotation.fields[inNumber.field].radix;
       });
   if (!overflows && !isLabel && !inNotation.HasTicks()) return notes;
-  const std::string label = FormatPosition(inTimeline, inFormat, inParsed.position);
-  TypedText written = SplitText(label);
-  AssignFields(written, inNotation, inFormat, label);
-  const std::vector<std::int64_t> values = GetValues(written, inNotation);
-  const bool isSame =
-      (inParsed.position == 0 || inTyped.isNegative == written.isNegative) &&
-      std::all_of(numbers.begin(), numbers.end(), [&values](const TypedNumber& inNumber) {
-        return inNumber.isFraction || inNumber.GetValue() == values[inNumber.field];
-      });
-  if (!isSame) {
+  // Rounding may put the position one sample before the beginning of its label.
+  if (!HasValues(inTimeline, inFormat, inParsed.position, inTyped) &&
+      !HasValues(inTimeline, inFormat, inParsed.position + 1, inTyped)) {
     add(kNoteKind_NoSuchLabel,
         (isLabel && !hasPoint ? " is not a label; it stands for " : " stands for ") +
-            Quote(boost::trim_left_copy(label)));
+            Quote(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inParsed.position))));
   }
   return notes;
 }
@@ -313,6 +323,21 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
   Conversion conversion{position, inText, {}};
   conversion.notes = CheckMeaning(typed, notation, inTimeline, inFormat, conversion);
   return conversion;
+}
+
+Conversion ParseLeniently(const Timeline& inTimeline, TimecodeFormat inFormat,
+                          const std::string& inText) {
+  const std::int64_t position = ParseText(inTimeline, inFormat, inText);
+  try {
+    Conversion checked = ParseChecked(inTimeline, inFormat, inText);
+    if (checked.position == position) return checked;
+  } catch (const InputError&) {
+    // The note below is for this text, too.
+  }
+  return {position,
+          inText,
+          {{kNoteKind_Lenient,
+            Quote(inText) + " is parsed leniently, as sample " + std::to_string(position)}}};
 }
 
 std::int64_t ParsePosition(std::string_view inText) {

@@ -17,6 +17,7 @@
 namespace mezzo::tool {
 
 enum NoteKind {
+  kNoteKind_Lenient,
   kNoteKind_Semicolon,
   kNoteKind_Fraction,
   kNoteKind_NoSuchLabel,
@@ -62,6 +63,11 @@ std::int64_t ParseText(const Timeline& inTimeline, utility::TimecodeFormat inFor
 /// \exception InputError for any other text, and for a position that is out of range.
 Conversion ParseChecked(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                         const std::string& inText);
+
+/// Parses a text as ParseText does. A note gives the position if ParseChecked would refuse the text
+/// or parse it differently.
+Conversion ParseLeniently(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
+                          const std::string& inText);
 
 /// Parses a sample count.
 /// \exception InputError for any other text, and for a count that does not fit in 64 bits.

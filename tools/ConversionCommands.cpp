@@ -75,9 +75,8 @@ Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const
                        const std::string& inText) {
   const utility::TimecodeFormat from = inSettings.fromFormat.format;
   const utility::TimecodeFormat to = inSettings.toFormat.format;
-  Conversion conversion = inSettings.isLenient
-                              ? Conversion{ParseText(inFrom, from, inText), inText, {}}
-                              : ParseChecked(inFrom, from, inText);
+  Conversion conversion = inSettings.isLenient ? ParseLeniently(inFrom, from, inText)
+                                               : ParseChecked(inFrom, from, inText);
   if (to != utility::kTimecodeFormat_Samples) FormatChecked(inTo, to, conversion);
   return conversion;
 }

@@ -60,6 +60,7 @@ decimal|1:02.5 min|unexpected 'min' in *; the number before it counts seconds
 smpte|1,5|unexpected ',5' in *
 smpte|20000:00:00:00|*out of range
 smpte|99999999999|*out of range
+decimal|2147483648:00:00|*out of range
 bars-beats|1:2:480|unexpected ':480' in *; ticks follow a '.'
 bars-beats|1:2.3.4|*has 4 numbers*
 bars-beats|600000000|*out of range
@@ -76,13 +77,16 @@ done
 expect 0 $'420000\n96000\n-1440000' '' parse bars-beats '5 bar 2 beat 480 ticks' 2 -14:1 --tempo 120 --meter 4/4
 expect 0 $'172801600\n96000' '' parse smpte '1 hr 0 min 0 s 1 f' '2 sec 0'
 expect 1 '' '*out of range*' format frames --rate 1000 --fps 1000 -- -2147483649
-expect 0 3200 '' parse smpte --lenient '01:00:00:00 Scene 2'
+expect 0 $'48000\n3200' "mezzo: note: '01:00:00:00 Scene 2' is parsed leniently, as sample 3200" \
+  parse smpte --lenient 1:00 '01:00:00:00 Scene 2'
+expect 0 103079520000000 '' parse decimal 596525:00:00
 
 # Notes: one of each kind in a run
 expect 0 $'2882880\n2882880' "mezzo: note: '00;01;00;00' is not a label; it stands for '00;01;00;02'" \
   parse 4 '00;01;00;00' '00;01;00;01'
 expect 0 $'1600\n3200' "mezzo: note: '0;1' has a ';', but smpte has no drop-frame labels" \
   parse smpte '0;1' '0;2'
+expect 0 28 '' parse bars-beats 1:1.001 --rate 44100 --tempo 97
 expect 0 $'96000\n24000' "*'1:5' stands for '2:1.000'*" parse bars-beats 1:5 1:2
 expect 0 96050 "*'2.2' has no beat number; the digits after the '.' are *" parse bars-beats 2.2
 expect 0 24000 "*'-0:1' stands for '0:1.000'*" parse bars-beats --duration -0:1
@@ -172,6 +176,7 @@ refuse "unknown option '--fron'; did you mean '--from'?" ruler --fron 0 --to 5
 refuse "unknown option '-.5'; put '--' *" parse smpte -.5
 refuse "unexpected argument '7'; see 'mezzo show --help'" show 5 7 8
 refuse '--fps needs a value' show 5 --fps
+refuse '--lenient takes no value' show 5 --lenient=3
 refuse "no command before '--version=false'*" --version=false show 5
 refuse "no value after '--rate='" format smpte --rate= 48000 96000
 refuse '*no conversion' format reserved 5
