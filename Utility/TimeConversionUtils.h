@@ -125,16 +125,17 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 ///
 /// The parser is lenient. Any non-digit separates fields, a minus sign included; omitted fields are
 /// the leading ones. A number after "." is a decimal fraction of the field before it and ends
-/// parsing. At most five fields are read before a fraction. If there are five, the first is
-/// dropped, and the text after the fifth is ignored. The fraction's denominator is 10 to the power
-/// of the number of code units from its first digit to the end of the text. If no digit follows a
-/// "." and at most four numbers precede it, the last number is the fraction; for a single number,
-/// as in "1.", the denominator is then 1.
+/// parsing. At most five numbers are read, a fraction included. If all five are fields, the first
+/// is dropped, and the text after the fifth is ignored. The fraction's denominator is 10 to the
+/// power of the number of code units from its first digit to the end of the text. If no digit
+/// follows a "." and at most four numbers precede it, the last number is the fraction; for a single
+/// number, as in "1.", the denominator is then 1.
 ///
-/// The result is the first sample at or after the start of the labelled frame, rounded up in exact
-/// integers. The result is a quotient of integers. If its dividend exceeds 7 × 2^60, the result is
-/// computed in double precision. For a label that exists, writing the result at the same rates
-/// gives the label back, as long as a frame lasts at least one sample.
+/// The result is the first sample at or after the start of the labelled frame, computed in exact
+/// integers. If a product would exceed 7 × 2^60, which takes extreme rates or a long fraction, the
+/// result is computed in double precision and approximate. Writing the result at the same rates
+/// gives an existing label back, if a frame lasts at least one sample and both the frame count and
+/// the frame rate × 3600 fit in 32 bits.
 ///
 /// \param[out] outSamples receives the position in samples; -1 for an empty text; 0 for a text
 ///     without digits; 0, with a report, for a frame rate of 0.
@@ -158,20 +159,21 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 ///
 /// The format comes before the sample rate here, but after it in the function that writes.
 ///
-/// \param[out] outSamples receives the position in samples; -1 for an empty text; 0 for
-///     `kTimecodeFormat_Reserved` and for a value outside 0 to 14 (the two bounds are reported).
+/// \param[out] outSamples receives the position in samples. An empty text gives -1, whatever the
+///     other arguments. `kTimecodeFormat_Reserved` and a value outside 0 to 14 give 0 (the two
+///     bounds are reported).
 /// \param inString the text. A leading minus sign negates sample counts and bars; in all other
-///     formats it is a separator. Clock time, milliseconds and beats have up to three fields; a
-///     fourth field in front is dropped, and reported if it is not 0. Pulled-down frames are read
-///     as drop-frame labels, with the same reports.
+///     formats it is a separator. Clock time, milliseconds and beats have up to three fields, each
+///     of which counts 60 of the next; a fourth field in front is dropped, and reported if it is
+///     not 0. Pulled-down frames are read as drop-frame labels, with the same reports.
 /// \param inFormat the format of the text.
 /// \param inSampleRate samples per second.
 /// \param inTimecodeFPS nominal frames per second, for the SMPTE and frame-count formats.
 /// \param inBeatInfo tempo and meter, for beats and for bars and beats; may be null otherwise;
 ///     not modified.
 /// \param inIsDuration for bars and beats: the text is a length, counted from 0 without offset.
-/// \return true, also for a text that is not a position. False if `inBeatInfo` is missing
-///     (reported, `outSamples` unchanged).
+/// \return true, also for a text that is not a position. False if the text is not empty and
+///     `inBeatInfo` is missing (reported, `outSamples` unchanged).
 MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
                                            const plinth::UTF16String& inString,
                                            TimecodeFormat inFormat, std::int32_t inSampleRate,

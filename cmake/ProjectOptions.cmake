@@ -8,7 +8,8 @@ target_compile_options(mezzo_project_options INTERFACE
   # digits.
   -ffp-contract=off
   -fvisibility=hidden -fvisibility-inlines-hidden
-  # Assertion reports name files relative to the root.
+  # Assertion reports name files relative to the root, and plinth's headers relative to their
+  # folder.
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/="
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/plinth/include/plinth/=")
 check_cxx_symbol_exists(__i386__ cstddef MEZZO_TARGETS_32_BIT_X86)

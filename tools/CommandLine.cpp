@@ -108,10 +108,10 @@ constexpr char kRulerFooter[] = R"(Beginning and end:
   A text in the ruler's format, or @ and a sample count, such as @-48000.
 
 Labels and positions:
-  Ticks stand where the library parses round values of the format. Each label
-  is the text that the library writes for the position of its tick. The frames
-  on both sides of a gap in drop-frame labels have ticks, too. An asterisk marks
-  a label that the library parses as another position.
+  Each tick stands at the position that the library parses from a round value of
+  the format. Its label is the text that the library writes for that position.
+  The frames on both sides of a gap in drop-frame labels have ticks, too. An
+  asterisk marks a label that the library parses as another position.
 
 JSON:
   {"format", "from", "to", "notes",

@@ -23,8 +23,8 @@ struct Settings {
   bool isJSON = false;
   std::string argument;  ///< the only argument of show or handler
 
-  FormatChoice fromFormat{utility::kTimecodeFormat_Samples, {}};
-  FormatChoice toFormat{utility::kTimecodeFormat_Samples, {}};
+  FormatChoice fromFormat{utility::kTimecodeFormat_Samples, {}};  ///< of the input
+  FormatChoice toFormat{utility::kTimecodeFormat_Samples, {}};    ///< of the output or the ruler
   std::vector<std::string> texts;  ///< none, or "-", stands for the lines of standard input
   bool isLenient = false;
   std::size_t field = 0;  ///< of tables, counted from 1; 0 for the whole line

@@ -51,8 +51,8 @@ std::string FormatPosition(const Timeline& inTimeline, utility::TimecodeFormat i
 void FormatChecked(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                    Conversion& ioConversion);
 
-/// Parses a text as leniently as the library does, except that a leading minus sign negates the
-/// position in every format.
+/// Parses a text as leniently as the library does, with two exceptions: a leading minus sign
+/// negates the position in every format, and pulled-down frames are a count without dropped labels.
 /// \exception InputError for a text without a digit, or one that is not UTF-8.
 std::int64_t ParseText(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                        std::string_view inText);

@@ -1,9 +1,10 @@
 /// \file
 /// The scale of a time ruler: the positions and labels of its ticks.
 ///
-/// Ticks stand where the library parses round values of the format. Each label is the text that the
-/// library writes for the position of its tick. The frames on both sides of a gap in drop-frame
-/// labels have ticks, too. A ruler therefore shows both directions of the library.
+/// Each tick stands at the position that the library parses from a round value of the format. Each
+/// label is the text that the library writes for the position of its tick. The frames on both sides
+/// of a gap in drop-frame labels have ticks, too. A ruler therefore shows both directions of the
+/// library.
 #pragma once
 
 #include "Conversion.h"

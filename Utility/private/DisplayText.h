@@ -1,8 +1,7 @@
 // Writing buffer: composes a display's text.
 //
 // The text of a display is short. It is composed on the stack and assigned to the caller's string
-// in one step. The string's former text makes no difference, and a string that cannot grow keeps
-// it.
+// in one step. A string that cannot grow keeps its former text.
 
 #pragma once
 

@@ -1,7 +1,7 @@
-// Reading cursor: walks through a text and reads its numbers in place.
+// Reading cursor: walks through a text and reads its numbers without allocation.
 //
 // `plinth::string::StringToNumber` takes a whole string, so a number inside a text would have to be
-// copied first. The cursor reads the same grammar without a copy; a test compares the two.
+// copied to another string first. The cursor reads the same grammar; a test compares the two.
 
 #pragma once
 

@@ -68,10 +68,10 @@ void WriteZero(UTF16String& outString) {
 
 // -------------------------------------------------------------------------------- Writing timecode
 
-/// Counts frames for the drop-frame flag of the frame-count display: magnitude × fps × 1000/1001 /
-/// sample rate, in double precision, which can differ from the integer count in the last digit.
-/// Both sides of the fraction carry the factors fps and 599.4 (20 × 29.97). They cancel, but take
-/// part in the rounding.
+/// Counts frames where both the frames-only and the drop-frame flag are set: magnitude × fps ×
+/// 1000/1001 / sample rate, in double precision, which can differ from the integer count in the
+/// last digit. Both sides of the fraction carry the factors fps and 599.4 (20 × 29.97). They
+/// cancel, but take part in the rounding.
 std::int32_t CountFramesInDouble(Int64 inMagnitude, std::int32_t inSampleRate, double inFPS) {
   constexpr double kScale = 599.4;
   constexpr double kPulledDownScale = kScale / 1.001;
@@ -352,7 +352,8 @@ void WriteSampleCount(UTF16String& outString, std::int64_t inSamples) {
   text.Put(inSamples).AssignTo(outString);
 }
 
-/// Writes milliseconds, rounded to a tenth, in general notation ("%g") with six significant digits.
+/// Writes milliseconds in tenths (0.5 added, truncated toward zero), in general notation ("%g")
+/// with six significant digits.
 void WriteMilliseconds(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate) {
   const double lifted = static_cast<double>(inSamples) * 10000.0 / inSampleRate + 0.5;
   const double tenths = lifted - GetFraction(lifted);
@@ -571,10 +572,10 @@ constexpr char kSignature[] =
     "bool mezzo::utility::ConvertTimecodeToSamples(std::int64_t &, const plinth::UTF16String &, "
     "mezzo::utility::TimecodeFormat, std::int32_t, std::int32_t, mezzo::utility::BeatInfo *, bool)";
 
-/// Reads up to three fields: hours, minutes, and seconds, beats or milliseconds. Returns their sum
-/// in units of the last field. The parser's fields shift by one: its minutes are hours here, its
-/// seconds minutes, its frames seconds.
-double ReadThreeFields(const UTF16String& inString) {
+/// Reads up to three fields, each of which counts 60 of the next, whatever their unit: "1:30" is 90
+/// seconds, beats or milliseconds. Returns the sum in units of the last field. The parser puts that
+/// field into its frames, and the fields before it into seconds and minutes.
+double ReadSexagesimal(const UTF16String& inString) {
   const ParsedTimeCode parsed = ParseTimeCodeString(inString);
   MEZZO_ASSERT_WITH_TEXT(parsed.hours == 0, "hours==0",
                          "These timecode formats are just hours, minutes, seconds.\n", kSignature);
@@ -598,7 +599,7 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
   }
   switch (inFormat) {
     case kTimecodeFormat_Decimal:
-      outSamples = TruncateTo<std::int64_t>(std::fma(ReadThreeFields(inString), inSampleRate, 0.5));
+      outSamples = TruncateTo<std::int64_t>(std::fma(ReadSexagesimal(inString), inSampleRate, 0.5));
       return true;
     case kTimecodeFormat_Samples: {
       constexpr unsigned short kParserFlags = 6;  // the host's option bits for sample counts
@@ -620,7 +621,7 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
     case kTimecodeFormat_PulldownFrames:
       return readTimecode(true, true);
     case kTimecodeFormat_Beats: {
-      const double beats = ReadThreeFields(inString);
+      const double beats = ReadSexagesimal(inString);
       MEZZO_ASSERT(inBeatInfo, "programmer error!\n", kSignature);
       if (inBeatInfo == nullptr) return false;
       outSamples = TruncateTo<std::int64_t>(beats * inSampleRate * 60.0 / inBeatInfo->dTempo + 0.5);
@@ -633,7 +634,7 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
       return true;
     case kTimecodeFormat_Milliseconds:
       outSamples =
-          TruncateTo<std::int64_t>(std::fma(ReadThreeFields(inString) * inSampleRate, 0.001, 0.5));
+          TruncateTo<std::int64_t>(std::fma(ReadSexagesimal(inString) * inSampleRate, 0.001, 0.5));
       return true;
     case kTimecodeFormat_None:
     case kTimecodeFormat_AfterLast:

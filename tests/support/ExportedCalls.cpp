@@ -311,7 +311,7 @@ TypicalValues SplitForms(const char* inForms) {
 /// Every identifier in each of its forms, upper case included.
 TypicalValues ListIdentifierForms() {
   TypicalValues usual;
-  for (int index = 0; index < 19; ++index) {
+  for (int index = 0; index <= utility::kNativePluginIndex_DocketNative; ++index) {
     const auto id = utility::GetNativeHandlerID(static_cast<utility::NativePluginIndex>(index));
     const std::string text = Show(id.AsString()), upper = boost::to_upper_copy(text);
     usual.forms.insert(usual.forms.end(),
@@ -353,6 +353,7 @@ std::vector<ExportedCall> MakeTable() {
       Describe("ConvertSamplesToBarsAndBeats", ConvertSamplesToBarsAndBeats,
                {none, none, exactRates, none, none, {{-1, 0, 1, 2, 2, 3, 3, 4}}}),
       Describe("ConvertSamplesToBeats", ConvertSamplesToBeats, {none, none, rates, tempos}),
+      // The overload with flags; the other one has the format before the rate.
       Describe("ConvertTimecodeToSamples-rate",
                Overload<std::int64_t&, const UTF16String&, std::int32_t, std::int32_t>(
                    ConvertTimecodeToSamples),

@@ -29,8 +29,8 @@ namespace plinth::utility {
 /// Converts an integer to a narrower type and reports overflow instead of throwing.
 ///
 /// Every call with a value that overflows is reported to the assertion dialog, until the dialog
-/// silences the site. Each instantiation has one site. The site of `NumericCast<int, long>` is
-/// shared by the whole process; any other belongs to the program or library that uses it.
+/// silences the site. Each instantiation has one site, which the whole process shares unless a
+/// library hides the symbol.
 ///
 /// \param inValue the value.
 /// \return the value; overflow wraps.
