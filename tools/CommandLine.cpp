@@ -8,7 +8,6 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <iostream>
@@ -41,15 +40,15 @@ the name of a frame rate, which selects the nominal rate, too:
 
 constexpr char kToolFooter[] = R"(Exit status:
   0  Success. 'show' succeeds even if some formats have no text.
-  1  An input could not be converted, or the library reported a failed
-     assertion. The line of such an input is empty, or unchanged with --field;
-     all other inputs were converted.
-  2  The arguments cannot be used, or a file cannot be read or written.
+  1  'parse', 'format' or 'convert' could not convert an input. Its line is
+     empty, or unchanged with --field; all other inputs were converted.
+  2  The arguments cannot be used, those that are positions included, or a file
+     cannot be read or written.
 
 Notes:
   A note on standard error says where a text is misleading, or how --lenient
-  parsed a text that is refused without it. Each kind of note is printed once;
-  the output of --json has all of them.
+  parsed a text that is refused without it. The first note of each kind is
+  printed, and at the end the number of the others. --json shows all notes.
 
 Examples:
   mezzo show 480000
@@ -90,6 +89,10 @@ constexpr char kConvertFooter[] = R"(JSON:
   The same as for parse, but "text" is the text in the second format, unless
   that is samples.
 
+Exactness:
+  A text in another format is rounded or truncated, so converting it back may
+  give the frame or beat before. Sample counts are exact.
+
 Rates:
   If only one of the formats is the name of a frame rate, both formats use that
   rate. --fps, if given, must agree with the name.
@@ -110,8 +113,9 @@ constexpr char kRulerFooter[] = R"(Beginning and end:
 Labels and positions:
   Each tick stands at the position that the library parses from a round value of
   the format. Its label is the text that the library writes for that position.
-  The frames on both sides of a gap in drop-frame labels have ticks, too. An
-  asterisk marks a label that the library parses as another position.
+  If labels are less than a minute apart, the frames on both sides of a gap in
+  drop-frame labels have ticks, too. An asterisk marks a label that the library
+  parses as another position.
 
 JSON:
   {"format", "from", "to", "notes",
@@ -464,27 +468,23 @@ int RunCommand(std::vector<std::string> inArguments) {
 
 // -------------------------------------------------------------------------------- Library reports
 
-std::atomic<bool> sHasReported{false};
-
-bool ShowFirstReport(bool&, const char* inCondition, const unsigned char* inMessage, const char*,
-                     int, const char*, bool) {
-  if (sHasReported.exchange(true)) return false;
+/// A report means that the input is out of the library's domain.
+[[noreturn]] bool RefuseReport(bool&, const char* inCondition, const unsigned char* inMessage,
+                               const char*, int, const char*, bool) {
   const std::string message = reinterpret_cast<const char*>(inMessage);
-  Complain("library report: '" + std::string(inCondition) + "' does not hold. " +
-           message.substr(0, message.find('\n')));
-  return false;
+  throw InputError("library report: '" + std::string(inCondition) + "' does not hold. " +
+                   message.substr(0, message.find('\n')));
 }
 
 }  // namespace
 
 int Run(const std::vector<std::string>& inArguments) {
-  sHasReported = false;
-  plinth::debug::SetAssertDialogHandler(&ShowFirstReport);
+  plinth::debug::SetAssertDialogHandler(&RefuseReport);
   try {
     const int status = RunCommand(inArguments);
     if (!std::cout.flush())
       throw InputError("cannot write standard output: " + std::generic_category().message(errno));
-    return sHasReported ? std::max<int>(status, kExitStatus_SomeUnconverted) : status;
+    return status;
   } catch (const std::exception& error) {
     Complain(error.what());
     return kExitStatus_BadArguments;

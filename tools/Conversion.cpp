@@ -169,7 +169,8 @@ void RequireRange(const TypedText& inTyped, const Notation& inNotation, const st
     greatest = std::max(greatest, value);
     if (field.separator != '.') total = total * static_cast<double>(field.radix) + value;
   }
-  // The library counts beats from bar 1, or from a bar before the position.
+  // Room for two more bars: the library parses a negative bar as a distance from bar 1, and writes
+  // a position before bar 1 as beats after the start of an earlier bar.
   if (inNotation.HasBars()) total += 2.0 * static_cast<double>(inNotation.fields[1].radix);
   const bool isCount = inNotation.HasBars() || inNotation.fields.back().unit == kUnit_Frames;
   if (std::max(greatest, isCount ? total : 0.0) > std::numeric_limits<std::int32_t>::max())
@@ -218,9 +219,9 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
   if (hasSemicolon && !HasDropFrameLabels(inFormat)) {
     add(kNoteKind_Semicolon, " has a ';', but " + GetName(inFormat) + " has no drop-frame labels");
   }
-  if (isLabel && hasPoint && (numbers.size() == 3 || numbers.size() == 4))
+  if (isLabel && hasPoint && numbers.size() <= 4)
     add(kNoteKind_Fraction,
-        " has no hours field; the digits after the '.' are a fraction of a frame");
+        " has fewer than four fields; the digits after the '.' are a fraction of a frame");
   if (inNotation.HasBars() && hasPoint && numbers.size() <= 2)
     add(kNoteKind_Fraction,
         " has no beat number; the digits after the '.' are a part of the first beat");
@@ -245,9 +246,17 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
 
 }  // namespace
 
-void PrintNotes(const std::vector<ConversionNote>& inNotes, std::set<NoteKind>& ioPrinted) {
+NotePrinter::~NotePrinter() {
+  if (fOmitted > 0) Complain("note: " + std::to_string(fOmitted) + " more; --json shows all notes");
+}
+
+void NotePrinter::Print(const std::vector<ConversionNote>& inNotes, const std::string& inPlace) {
   for (const ConversionNote& note : inNotes) {
-    if (ioPrinted.insert(note.kind).second) Complain("note: " + note.text);
+    if (fPrinted.insert(note.kind).second) {
+      Complain(inPlace + "note: " + note.text);
+    } else {
+      ++fOmitted;
+    }
   }
 }
 
@@ -260,9 +269,7 @@ std::string FormatPosition(const Timeline& inTimeline, TimecodeFormat inFormat,
   plinth::UTF16String text;
   ConvertSamplesToTimecode(text, inPosition, inTimeline.sampleRate, inFormat,
                            inTimeline.framesPerSecond, &inTimeline.beats, inTimeline.isDuration);
-  const bool isFrameCount =
-      inFormat == kTimecodeFormat_Frames || inFormat == kTimecodeFormat_PulldownFrames;
-  const bool lacksSign = isFrameCount && inPosition < 0 && text != u"0";
+  const bool lacksSign = IsFrameCount(inFormat) && inPosition < 0 && text != u"0";
   return (lacksSign ? "-" : "") + EncodeUTF8(text);
 }
 
@@ -271,22 +278,33 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   ioConversion.text = text;
   if (inFormat == kTimecodeFormat_Samples) return;
   if (inFormat == kTimecodeFormat_Milliseconds && text.find('e') != std::string::npos) {
-    ioConversion.notes.push_back({kNoteKind_FewDigits,
-                                  "from 1000 seconds on, milliseconds are written with an "
-                                  "exponent, which cannot be parsed: " +
+    ioConversion.notes.push_back({kNoteKind_Exponent,
+                                  "milliseconds have six significant digits, and an exponent from "
+                                  "1000 seconds on, which cannot be parsed: " +
                                       Quote(text)});
     return;
   }
-  const auto parsed = static_cast<double>(ParseText(inTimeline, inFormat, text));
-  const double distance = std::fabs(parsed - static_cast<double>(ioConversion.position));
+  const Notation notation = GetNotation(inTimeline, inFormat);
+  const double unit = notation.samplesInUnit;
+  const auto position = static_cast<double>(ioConversion.position);
+  const std::int64_t parsed = ParseText(inTimeline, inFormat, text);
+  const double distance = std::fabs(static_cast<double>(parsed) - position);
+  constexpr double kFrameLimit = 2147483648.0;  // the library counts frames in 32 bits
   // Rounding moves a position by less than two units. Clock time from ten hours on has only
   // hundredths of a second, and milliseconds only six digits; both stay within a hundredth.
-  const double unit = GetNotation(inTimeline, inFormat).samplesInUnit;
-  // A frame count that wrapped has a sign of its own.
   if (distance > std::max(2.0 * unit, inTimeline.sampleRate * 0.01) + 1.0 ||
-      text.starts_with("--")) {
+      (IsFrameCount(inFormat) && std::fabs(position) >= kFrameLimit * unit)) {
     throw InputError("position " + std::to_string(ioConversion.position) + " is out of range for " +
                      GetName(inFormat));
+  }
+  // Truncation is expected, except where every sample could have a text of its own.
+  const bool isRounded =
+      notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;
+  if (isRounded ? distance > unit / 2.0 + 0.5 : unit < 1.0 && distance > 0.0) {
+    ioConversion.notes.push_back({kNoteKind_Inexact, Quote(text) + " is the text of sample " +
+                                                         std::to_string(ioConversion.position) +
+                                                         ", but parses as sample " +
+                                                         std::to_string(parsed)});
   }
 }
 
@@ -348,8 +366,11 @@ std::int64_t ParsePosition(std::string_view inText) {
   const auto [end, error] = std::from_chars(number.data(), last, value);
   if (error == std::errc::result_out_of_range)
     throw InputError(Quote(inText) + " does not fit in 64 bits");
-  if (error != std::errc() || end != last)
-    throw InputError(Quote(inText) + " is not a position in samples");
+  if (error != std::errc() || end != last) {
+    const bool isTime = number.find_first_of(":;") != std::string::npos;
+    throw InputError(Quote(inText) + " is not a position in samples" +
+                     (isTime ? "; 'convert' and 'show --from' take other formats" : ""));
+  }
   return value;
 }
 

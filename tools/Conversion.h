@@ -8,6 +8,7 @@
 #include "DisplayFormats.h"
 #include "JSONOutput.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -21,7 +22,9 @@ enum NoteKind {
   kNoteKind_Semicolon,
   kNoteKind_Fraction,
   kNoteKind_NoSuchLabel,
-  kNoteKind_FewDigits
+  kNoteKind_Exponent,
+  kNoteKind_Inexact,
+  kNoteKind_Delimiter,
 };
 
 struct ConversionNote {
@@ -35,8 +38,21 @@ struct Conversion {
   std::vector<ConversionNote> notes;
 };
 
-/// Prints the first note of each kind to standard error.
-void PrintNotes(const std::vector<ConversionNote>& inNotes, std::set<NoteKind>& ioPrinted);
+/// Prints the first note of each kind to standard error, and at the end the number of the others.
+class NotePrinter {
+ public:
+  NotePrinter() = default;
+  NotePrinter(const NotePrinter&) = delete;
+  NotePrinter& operator=(const NotePrinter&) = delete;
+  ~NotePrinter();
+
+  /// \param inPlace the input that the notes are about, such as "line 3: "; may be empty.
+  void Print(const std::vector<ConversionNote>& inNotes, const std::string& inPlace = "");
+
+ private:
+  std::set<NoteKind> fPrinted;
+  std::size_t fOmitted = 0;
+};
 
 /// Adds the member "notes", if there are any.
 void AddNotes(JSON& ioObject, const std::vector<ConversionNote>& inNotes);

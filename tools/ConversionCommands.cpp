@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <iomanip>
 #include <iostream>
-#include <set>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -26,7 +25,7 @@ class TextSource {
   bool GetNext(std::string& outText) {
     ++fNumber;
     fMark.clear();
-    fReturn.clear();
+    fCarriageReturn.clear();
     for (; fArgument < fArguments.size(); ++fArgument, fLine = 0) {
       if (fArguments[fArgument] != "-") {
         outText = fArguments[fArgument++];
@@ -45,7 +44,7 @@ class TextSource {
   }
 
   /// \return the text with the byte order mark and the carriage return of its line.
-  std::string Restore(const std::string& inText) const { return fMark + inText + fReturn; }
+  std::string Restore(const std::string& inText) const { return fMark + inText + fCarriageReturn; }
 
  private:
   bool ReadLine(std::string& outLine) {
@@ -58,8 +57,8 @@ class TextSource {
     }
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     if (++fLine == 1 && outLine.starts_with(kByteOrderMark)) fMark = kByteOrderMark;
-    if (outLine.ends_with('\r')) fReturn = '\r';
-    outLine = outLine.substr(fMark.size(), outLine.size() - fMark.size() - fReturn.size());
+    if (outLine.ends_with('\r')) fCarriageReturn = '\r';
+    outLine = outLine.substr(fMark.size(), outLine.size() - fMark.size() - fCarriageReturn.size());
     return true;
   }
 
@@ -68,7 +67,7 @@ class TextSource {
   std::size_t fArgument = 0;
   std::size_t fLine = 0;
   std::string fMark;
-  std::string fReturn;
+  std::string fCarriageReturn;
 };
 
 Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const Timeline& inTo,
@@ -94,7 +93,14 @@ Result ConvertLine(const Settings& inSettings, const Timeline& inFrom, const Tim
                    const std::string& inLine) {
   try {
     const TableRow row(inLine, inSettings.field, inSettings.delimiter);
-    const Conversion conversion = ConvertText(inSettings, inFrom, inTo, row.GetField());
+    Conversion conversion = ConvertText(inSettings, inFrom, inTo, row.GetField());
+    const bool isNumber = row.GetField().find_first_not_of("0123456789") == std::string::npos;
+    if (inSettings.field > 0 && inSettings.delimiter == ';' && isNumber &&
+        HasDropFrameLabels(inSettings.fromFormat.format)) {
+      conversion.notes.push_back(
+          {kNoteKind_Delimiter, Quote(row.GetField()) + " is a number of its own, because ';' also "
+                                                        "separates the fields of unquoted labels"});
+    }
     const bool toSamples = inSettings.toFormat.format == utility::kTimecodeFormat_Samples;
     const std::string text = toSamples ? std::to_string(conversion.position) : conversion.text;
     return {conversion, row.ReplaceField(text)};
@@ -178,8 +184,8 @@ Timeline Settings::GetTimeline(const FormatChoice& inChoice) const {
 int Show(const Settings& inSettings) {
   const Timeline timeline = inSettings.GetTimeline(inSettings.fromFormat);
   const Conversion parsed = ConvertText(inSettings, timeline, timeline, inSettings.argument);
-  std::set<NoteKind> printed;
-  PrintNotes(parsed.notes, printed);
+  NotePrinter notes;
+  notes.Print(parsed.notes);
   JSON result{{"position", parsed.position}};
   result.update(MakeJSON(timeline));
   AddNotes(result, parsed.notes);
@@ -187,7 +193,7 @@ int Show(const Settings& inSettings) {
     const ListedFormat listed(timeline, format, parsed.position);
     result["formats"].push_back(listed.json);
     if (inSettings.isJSON) continue;
-    PrintNotes(listed.notes, printed);
+    notes.Print(listed.notes);
     PrintNumberAndName(format) << listed.shown << '\n';
   }
   if (inSettings.isJSON) std::cout << FormatJSON(result) << '\n';
@@ -198,7 +204,7 @@ int Convert(const Settings& inSettings) {
   const Timeline from = inSettings.GetTimeline(inSettings.fromFormat);
   const Timeline to = inSettings.GetTimeline(inSettings.toFormat);
   TextSource source(inSettings.texts);
-  std::set<NoteKind> printed;
+  NotePrinter notes;
   int status = kExitStatus_Success;
   const char* separator = "[\n";
   std::string line;
@@ -208,7 +214,8 @@ int Convert(const Settings& inSettings) {
   if (inSettings.hasHeader && source.GetNext(line) && !inSettings.isJSON) print(line);
   while (source.GetNext(line)) {
     const Result result = ConvertLine(inSettings, from, to, line);
-    PrintNotes(result.conversion.notes, printed);
+    if (!result.conversion.notes.empty())
+      notes.Print(result.conversion.notes, source.GetPlace() + ": ");
     if (!result.error.empty()) {
       status = kExitStatus_SomeUnconverted;
       Complain(source.GetPlace() + ": " + result.error);

@@ -56,6 +56,10 @@ bool HasDropFrameLabels(TimecodeFormat inFormat) {
   return inFormat == kTimecodeFormat_SMPTEDropFrame || inFormat == kTimecodeFormat_SMPTEDropFrame2;
 }
 
+bool IsFrameCount(TimecodeFormat inFormat) {
+  return inFormat == kTimecodeFormat_Frames || inFormat == kTimecodeFormat_PulldownFrames;
+}
+
 double GetFrameRate(std::int32_t inNominalRate, TimecodeFormat inFormat) {
   const bool isPulledDown =
       HasDropFrameLabels(inFormat) || inFormat == kTimecodeFormat_SMPTEPulldown ||

@@ -93,6 +93,8 @@ std::string GetName(utility::TimecodeFormat inFormat);
 
 bool HasDropFrameLabels(utility::TimecodeFormat inFormat);
 
+bool IsFrameCount(utility::TimecodeFormat inFormat);
+
 /// \return frames per second of real time.
 double GetFrameRate(std::int32_t inNominalRate, utility::TimecodeFormat inFormat);
 

@@ -12,8 +12,8 @@ namespace mezzo::tool {
 /// The exit status; the manual documents these numbers.
 enum ExitStatus : int {
   kExitStatus_Success = 0,
-  kExitStatus_SomeUnconverted = 1,  ///< or the library reported a failed assertion
-  kExitStatus_BadArguments = 2,     ///< or a file cannot be read or written
+  kExitStatus_SomeUnconverted = 1,
+  kExitStatus_BadArguments = 2,  ///< or a file cannot be read or written
 };
 
 /// The user's input cannot be used, or a file cannot be read or written; the text says why.
@@ -26,9 +26,9 @@ class InputError : public std::runtime_error {
 /// escaped, and the text is cut after 80 characters.
 std::string Quote(std::string_view inText);
 
-/// Ends a message about an unknown word. Suggests a known word that begins with it or has a
-/// hyphenated part that does, or a word of similar spelling, or else the command that lists all
-/// known words.
+/// Ends a message about an unknown word. Suggests a known word in which it begins the word or a
+/// part after a hyphen, or a word of similar spelling, or else the command that lists all known
+/// words.
 std::string SuggestWord(const std::string& inUnknown, const std::vector<std::string>& inKnown,
                         const std::string& inListingCommand);
 

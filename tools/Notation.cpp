@@ -15,7 +15,7 @@ constexpr std::string_view kUnitWords[] = {
     " hours hour hrs hr h ",
     " minutes minute mins min m ",
     " seconds second secs sec s ",
-    " milliseconds ms ",
+    " milliseconds millisecond msec ms ",
     " frames frame fr f ",
     " bars bar ",
     " beats beat ",

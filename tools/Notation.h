@@ -35,7 +35,7 @@ std::optional<Unit> FindUnit(std::string_view inWord);
 
 struct Field {
   Unit unit;
-  std::int64_t radix = 0;  ///< its units in one of the field to its left; 0 for the first field
+  std::int64_t radix = 0;  ///< units that make one of the field to the left; 0 for the first field
   char separator = 0;      ///< before the field; 0 for the first
   int origin = 0;          ///< the number that it counts from
 };

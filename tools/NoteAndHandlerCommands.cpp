@@ -57,7 +57,8 @@ int ShowNote(const Settings& inSettings) {
     std::cout << FormatJSON(result) << '\n';
   } else {
     std::cout << EncodeUTF8(name) << "  (" << index << (index == 1 ? " semitone" : " semitones")
-              << " above A" << octave << ")\n";
+              << " above A" << (octave < 0 && !inSettings.frequency ? "" : std::to_string(octave))
+              << ")\n";
   }
   return kExitStatus_Success;
 }

@@ -27,9 +27,12 @@ int GetTerminalColumns() {
   return std::clamp(int{size.ws_col}, kNarrowestRuler, kWidestRuler);
 }
 
-bool IsLocaleUTF8() {
-  std::setlocale(LC_CTYPE, "");                              // NOLINT(concurrency-mt-unsafe)
-  return std::string_view(nl_langinfo(CODESET)) == "UTF-8";  // NOLINT(concurrency-mt-unsafe)
+bool IsTerminalUTF8() {
+  locale_t const locale = newlocale(LC_CTYPE_MASK, "", locale_t{});
+  if (locale == locale_t{}) return false;
+  const bool isUTF8 = std::string_view(nl_langinfo_l(CODESET, locale)) == "UTF-8";
+  freelocale(locale);
+  return isUTF8;
 }
 
 std::string GetCaption(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
@@ -82,14 +85,13 @@ int DrawRuler(const Settings& inSettings) {
   const utility::TimecodeFormat format = inSettings.toFormat.format;
   const Timeline timeline = inSettings.GetTimeline(inSettings.toFormat);
   const RulerScale scale(timeline, format, inSettings.rulerFrom, inSettings.rulerTo);
-  std::set<NoteKind> printed;
-  PrintNotes(scale.GetNotes(), printed);
+  NotePrinter().Print(scale.GetNotes());
   const std::string caption = GetCaption(timeline, format, scale);
   const int columns = inSettings.width.value_or(GetTerminalColumns());
   if (inSettings.isJSON) {
     std::cout << FormatJSON(MakeJSON(format, scale, LayOut(scale, GetTextGrid(columns)))) << '\n';
   } else if (inSettings.pictureFile.empty()) {
-    std::cout << DrawAsText(scale, caption, columns, !IsLocaleUTF8());
+    std::cout << DrawAsText(scale, caption, columns, !IsTerminalUTF8());
   } else if (inSettings.pictureFile == "-") {
     std::cout << DrawAsSVG(scale, caption, columns);
   } else {

@@ -11,7 +11,7 @@ namespace {
 struct LabelRow {
   std::int64_t step = 0;
   std::map<std::int64_t, PlacedTick> ticks;
-  bool isComplete = true;  ///< every tick of the step has a label
+  bool isComplete = true;  ///< every tick of the step and beside a gap has a label
 };
 
 PlacedTick Place(const Tick& inTick, const RulerScale& inScale, const Grid& inGrid) {
@@ -91,11 +91,12 @@ std::vector<PlacedTick> LayOut(const RulerScale& inScale, const Grid& inGrid) {
     return inStep == labels.step ||
            (labels.step % inStep == 0 && getDistance(inStep) >= inGrid.tickDistance);
   });
+  std::map<std::int64_t, PlacedTick> placed = labels.ticks;
   for (const Tick& tick : inScale.GetTicks(*tickStep)) {
-    labels.ticks.emplace(tick.position, Place(tick, inScale, inGrid));
+    placed.emplace(tick.position, Place(tick, inScale, inGrid));
   }
   std::vector<PlacedTick> ticks;
-  for (const auto& [position, tick] : labels.ticks) ticks.push_back(tick);
+  for (const auto& [position, tick] : placed) ticks.push_back(tick);
   return ticks;
 }
 

@@ -28,7 +28,7 @@ contain() { # TEXT PART...
 }
 
 # Arguments
-expect 0 $'48000\n-48000\n-800' '' parse smpte 1:00 -00:00:01:00 -- -.5
+expect 0 $'48000\n-48000\n-800' '' parse compact 1:00 -00:00:01:00 -- -.5
 expect 0 $'-160000\n128000' '' parse bars-beats -1:4.000 2:1 --tempo 90
 expect 0 $'-1234\n-5' '' parse samples -1234 -- -5
 expect 0 $'   0:10.000\n  -0:00.001\n10:00:00.00' '' format decimal 480000 -73 1728000479
@@ -77,23 +77,32 @@ done
 expect 0 $'420000\n96000\n-1440000' '' parse bars-beats '5 bar 2 beat 480 ticks' 2 -14:1 --tempo 120 --meter 4/4
 expect 0 $'172801600\n96000' '' parse smpte '1 hr 0 min 0 s 1 f' '2 sec 0'
 expect 1 '' '*out of range*' format frames --rate 1000 --fps 1000 -- -2147483649
-expect 0 $'48000\n3200' "mezzo: note: '01:00:00:00 Scene 2' is parsed leniently, as sample 3200" \
+expect 1 2147483647 '*2: *out of range*' format pulldown-frames 3439409810636 3439409810637
+expect 0 $'48000\n3200' "*argument 2: note: '01:00:00:00 Scene 2' is parsed leniently, as sample 3200" \
   parse smpte --lenient 1:00 '01:00:00:00 Scene 2'
 expect 0 103079520000000 '' parse decimal 596525:00:00
 
 # Notes: one of each kind in a run
-expect 0 $'2882880\n2882880' "mezzo: note: '00;01;00;00' is not a label; it stands for '00;01;00;02'" \
+expect 0 $'2882880\n2882880' "mezzo: argument 1: note: '00;01;00;00' is not a label; it stands for '00;01;00;02'
+mezzo: note: 1 more; --json shows all notes" \
   parse 4 '00;01;00;00' '00;01;00;01'
-expect 0 $'1600\n3200' "mezzo: note: '0;1' has a ';', but smpte has no drop-frame labels" \
-  parse smpte '0;1' '0;2'
+expect 0 $'1600\n3200' "mezzo: argument 1: note: '0;1' has a ';', but smpte has no drop-frame labels" \
+  parse smpte '0;1' 2
 expect 0 28 '' parse bars-beats 1:1.001 --rate 44100 --tempo 97
 expect 0 $'96000\n24000' "*'1:5' stands for '2:1.000'*" parse bars-beats 1:5 1:2
 expect 0 96050 "*'2.2' has no beat number; the digits after the '.' are *" parse bars-beats 2.2
 expect 0 24000 "*'-0:1' stands for '0:1.000'*" parse bars-beats --duration -0:1
 expect 0 57600 "*'0:36' stands for '1:06.00'" parse compact 0:36
 expect 0 $'5760000\n259200000' "*: '1:60' stands for '2:00.000'" parse decimal 1:60 90:00
-expect 0 19220 '*has no hours field; the digits after the * fraction of a frame' parse 25 00:00:10.01
-expect 0 $'3.6e+06\n3.6e+06' '*exponent, which cannot be parsed*' format milliseconds 172800000 172800000
+expect 0 16800 '*has fewer than four fields; *' parse 30 10.5
+expect 0 19220 '*has fewer than four fields; the digits after the * fraction of a frame' parse 25 00:00:10.01
+expect 0 $'3.6e+06\n3.6e+06' '*exponent *, which cannot be parsed*1 more*' format milliseconds 172800000 172800000
+expect 0 $'-0.9\n1\n100000' "*1: note: '-0.9' is the text of sample -48, but parses as sample -43*1 more*" \
+  format milliseconds -- -48 48 4800019
+expect 0 $'0:4.999\n1:1.000' "*'0:4.999' is the text of sample 0, but parses as sample -24" \
+  format bars-beats --ticks -1 0 12
+expect 0 '   0:00.015' "*'   0:00.015' is the text of sample 1, but parses *" format decimal --rate 100 1
+expect 1 '' '*1: library report: *just hours, minutes, seconds.' parse decimal --lenient 1:00:00:00
 
 # Every text reads back as the position of its frame or unit, also before sample 0.
 for format in $("$mezzo" formats | sed -En 's/^ ?[0-9]+  ([^ ]+) .*/\1/p; s/^([0-9.]+(df)?) .*/\1/p'); do
@@ -125,6 +134,8 @@ expect 0 $'\xef\xbb\xbfa\tb\r\na\t48000\r' '' parse smpte --field 2 --delimiter 
   <<<$'\xef\xbb\xbfa\tb\r\na\t1:00\r'
 expect 1 $'5"\t48000\n"a\t1:00' "*line 2: no closing quote in '*" parse smpte --field 2 --delimiter tab \
   <<<$'5"\t1:00\n"a\t1:00'
+expect 0 'a;1602;00' "*line 1: note: '01' is a number of its own, *" parse 29.97df --field 2 --delimiter ';' \
+  <<<'a;01;00'
 expect 0 '"00;00;00;00";"00;00;00;29"' '' convert 25 29.97df --field 2 --delimiter ';' \
   <<<'"00;00;00;00";1:00'
 
@@ -151,7 +162,7 @@ contain "$("$mezzo" show 9223372036854775807 2>&1)" 'smpte            (out of ra
 # Notes and handlers
 expect 0 'A4  (0 semitones above A4)' '' note 440
 expect 0 'C♯/D♭5  (4 semitones above A4)' '' note --index 4 --octave 4
-expect 0 'D♭  (4 semitones above A-1)' '' note --index 4 --octave -1 --flat
+expect 0 'D♭  (4 semitones above A)' '' note --index 4 --octave -1 --flat
 mapfile -t rows < <("$mezzo" handlers)
 [[ ${#rows[@]} == 19 ]] || fail "${#rows[@]} handlers"
 for row in "${rows[@]}"; do
@@ -165,6 +176,7 @@ for line in show parse format 'convert 25' 'ruler --from 0' 'ruler --to 1' handl
   read -ra words <<<"$line" && refuse '* is required' "${words[@]}"
 done
 refuse '*64 bits' show 9223372036854775808
+refuse "*; 'convert' and 'show --from' take other formats" show 1:00
 for pair in barsbeat=bars-beats bars=bars-beats drop=smpte-drop 29.98=29.97 23.97=23.976 \
   30ndf=30 30df=29.97df 60df=59.94df 24fps=24; do
   refuse "unknown format '${pair%=*}'; did you mean '${pair#*=}'?" parse "${pair%=*}" 5
