@@ -136,9 +136,9 @@ void CheckParsedTimecode(const RecordedCall& inCall) {
   const std::int64_t minutes = 60 * clock.GetFromRight(3) + clock.GetFromRight(2);
   const std::int64_t frames = (60 * minutes + clock.GetFromRight(1)) * fps + clock.GetFromRight(0);
   const std::int64_t factor = (1000 + pulldown) * rate, divisor = 1000 * clock.denominator * fps;
-  // Further out the result comes from an estimate in double precision.
-  if (frames > kLargestInt) return;
+  if (frames > kLargestInt) return;  // wraps in the library
   const std::int64_t fractions = clock.denominator * frames + clock.numerator;
+  // Further out the library estimates in double precision.
   if (static_cast<long double>(fractions) * factor >= 0x1p62L) return;
   inCall.RequireEqual(std::to_string((fractions * factor + divisor - 1) / divisor));
 }

@@ -23,7 +23,7 @@ namespace mezzo::debug {
 }  // namespace mezzo::debug
 
 /// Reports at this site if `holds` is false. `conditionText` is the condition's text in the report.
-/// `function` is the signature of the exported function that was called, a literal because
+/// `function` is the signature of the exported function that contains the site, a literal because
 /// compilers spell signatures differently.
 #define MEZZO_ASSERT_WITH_TEXT(holds, conditionText, message, function)                      \
   do {                                                                                       \

@@ -1,8 +1,9 @@
 // Time conversion: positions on an audio timeline to and from the text of every time display.
 //
-// Each display has one function that writes it and one that reads it. The order of evaluation, the
-// type of each step and the fused operations decide the last digit of the results: do not change
-// them.
+// `WriteTimecode` writes all timecode and frame counts, and `ConvertTimecodeToSamples`, in the
+// overload with flags, reads them. Clock time, milliseconds and beats are read by
+// `ReadSexagesimal`. The order of evaluation, the type of each step and the fused operations decide
+// the last digit of the results: do not change them.
 
 #include "../../Debug/private/Assertion.h"
 #include "DefinedArithmetic.h"
