@@ -96,6 +96,7 @@ std::vector<PlacedTick> LayOut(const RulerScale& inScale, const Grid& inGrid) {
     placed.emplace(tick.position, Place(tick, inScale, inGrid));
   }
   std::vector<PlacedTick> ticks;
+  ticks.reserve(placed.size());
   for (const auto& [position, tick] : placed) ticks.push_back(tick);
   return ticks;
 }
