@@ -3,8 +3,8 @@
 /// 440 Hz.
 ///
 /// A note index counts semitones above A, 0 to 12; 12 is the next A. Octaves are counted from A:
-/// the octave of a note is that of the A at or below it. Only in names does the octave number
-/// change at C, as in scientific pitch notation: note index 3 in octave 3 is C4.
+/// the octave of a note is that of the A from which its index counts. Only in names does the octave
+/// number change at C, as in scientific pitch notation: note index 3 in octave 3 is C4.
 #pragma once
 
 #include <Module/Export.h>
@@ -21,8 +21,8 @@ namespace mezzo::utility {
 /// \param[in,out] outNoteString replaced by the name. If the index is outside 0 to 12, the octave
 ///     number is appended to the existing text instead.
 /// \param inNoteIndex semitones above A, 0 to 12.
-/// \param inOctave octave of the A at or below the note; a negative octave is not written. For
-///     indices above 2 the number written is one higher; overflow wraps.
+/// \param inOctave octave of the A from which the index counts; a negative octave is not written.
+///     For indices above 2 the number written is one higher; overflow wraps.
 /// \param inFlatOnly true: name a black key by its flat alone ("B♭"); false: by sharp and flat
 ///     ("A♯/B♭").
 /// \exception std::bad_alloc if memory runs out; the text is unchanged.

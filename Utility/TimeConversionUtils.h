@@ -163,9 +163,10 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 ///     other arguments. `kTimecodeFormat_Reserved` and a value outside 0 to 14 give 0 (the two
 ///     bounds are reported).
 /// \param inString the text. A leading minus sign negates sample counts and bars; in all other
-///     formats it is a separator. Clock time, milliseconds and beats have up to three fields, each
-///     of which counts 60 of the next; a fourth field in front is dropped, and reported if it is
-///     not 0. Pulled-down frames are read as drop-frame labels, with the same reports.
+///     formats it is a separator. Clock time, milliseconds and beats have up to three fields. One
+///     unit of a field is 60 of the next: "1:30" is 90 seconds, milliseconds or beats. A fourth
+///     field in front is dropped, and reported if it is not 0. Pulled-down frames are read as
+///     drop-frame labels, with the same reports.
 /// \param inFormat the format of the text.
 /// \param inSampleRate samples per second.
 /// \param inTimecodeFPS nominal frames per second, for the SMPTE and frame-count formats.

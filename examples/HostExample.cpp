@@ -54,7 +54,7 @@ void FollowActivation() {
 }
 
 // One string with capacity for the longest display serves all of them without allocation.
-void ShowRuler() {
+void ShowFormats() {
   const BeatInfo fourFour{960, 120.0, 4, 4, 0.0};
   const TimecodeFormat formats[] = {kTimecodeFormat_SMPTE, kTimecodeFormat_SMPTEDropFrame,
                                     kTimecodeFormat_Decimal, kTimecodeFormat_BarsAndBeats,
@@ -92,6 +92,6 @@ int main() {
   ShowModules();
   WalkThroughApplicationStates();
   FollowActivation();
-  ShowRuler();
+  ShowFormats();
   ReadTypedTimecode(u"1;00;02");
 }

@@ -42,8 +42,8 @@ constexpr char kToolFooter[] = R"(Exit status:
   0  Success. 'show' succeeds even if some formats have no text.
   1  'parse', 'format' or 'convert' could not convert an input. Its line is
      empty, or unchanged with --field; all other inputs were converted.
-  2  The arguments cannot be used, those that are positions included, or a file
-     cannot be read or written.
+  2  The arguments cannot be used, including the positions given to 'show' and
+     'ruler', or a file cannot be read or written.
 
 Notes:
   A note on standard error says where a text is misleading, or how --lenient
@@ -111,11 +111,11 @@ constexpr char kRulerFooter[] = R"(Beginning and end:
   A text in the ruler's format, or @ and a sample count, such as @-48000.
 
 Labels and positions:
-  Each tick stands at the position that the library parses from a round value of
-  the format. Its label is the text that the library writes for that position.
+  Each tick stands at the position that a round value of the format is parsed as.
+  Its label is the text of that position.
   If labels are less than a minute apart, the frames on both sides of a gap in
-  drop-frame labels have ticks, too. An asterisk marks a label that the library
-  parses as another position.
+  drop-frame labels have ticks, too. An asterisk marks a label that reads back as
+  another position.
 
 JSON:
   {"format", "from", "to", "notes",
@@ -378,13 +378,13 @@ void AddCommand(CLI::App& ioApp, const Command& inCommand, Settings& outSettings
   inCommand.addOptions(ioApp, outSettings);
 }
 
-/// \exception InputError for an option such as "--rate=", to which CLI11 would give the next
+/// \exception UserError for an option such as "--rate=", to which CLI11 would give the next
 /// argument.
 void RefuseEmptyValues(const std::vector<std::string>& inArguments) {
   for (const std::string& argument : inArguments) {
     if (argument == "--") return;
     if (argument.starts_with("--") && argument.find('=') == argument.size() - 1)
-      throw InputError("no value after " + Quote(argument));
+      throw UserError("no value after " + Quote(argument));
   }
 }
 
@@ -460,9 +460,9 @@ int RunCommand(std::vector<std::string> inArguments) {
   } catch (const CLI::Success& helpOrVersion) {
     return app.exit(helpOrVersion);
   } catch (const CLI::ParseError& error) {
-    if (isCommand) throw InputError(ExplainError(app, error));
+    if (isCommand) throw UserError(ExplainError(app, error));
   }
-  if (!isCommand) throw InputError(ExplainUnknownCommand(name));
+  if (!isCommand) throw UserError(ExplainUnknownCommand(name));
   return command->run(settings);
 }
 
@@ -472,8 +472,8 @@ int RunCommand(std::vector<std::string> inArguments) {
 [[noreturn]] bool RefuseReport(bool&, const char* inCondition, const unsigned char* inMessage,
                                const char*, int, const char*, bool) {
   const std::string message = reinterpret_cast<const char*>(inMessage);
-  throw InputError("library report: '" + std::string(inCondition) + "' does not hold. " +
-                   message.substr(0, message.find('\n')));
+  throw UserError("library report: '" + std::string(inCondition) + "' does not hold. " +
+                  message.substr(0, message.find('\n')));
 }
 
 }  // namespace
@@ -483,7 +483,7 @@ int Run(const std::vector<std::string>& inArguments) {
   try {
     const int status = RunCommand(inArguments);
     if (!std::cout.flush())
-      throw InputError("cannot write standard output: " + std::generic_category().message(errno));
+      throw UserError("cannot write standard output: " + std::generic_category().message(errno));
     return status;
   } catch (const std::exception& error) {
     Complain(error.what());

@@ -43,7 +43,7 @@ struct Settings {
 
   /// \return the timeline at the frame rate of the format's rate name, or else of --fps, or else of
   ///     the other format's rate name, or else the default.
-  /// \exception InputError when the rate name and --fps differ, or the frame rate does not support
+  /// \exception UserError when the rate name and --fps differ, or the frame rate does not support
   ///     the format.
   Timeline GetTimeline(const FormatChoice& inChoice) const;
 };

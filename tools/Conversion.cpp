@@ -32,16 +32,16 @@ bool IsBlank(char inCharacter) {
 
 void RequireDigit(std::string_view inText) {
   if (std::none_of(inText.begin(), inText.end(), &IsDigit))
-    throw InputError("no digit in " + Quote(inText));
+    throw UserError("no digit in " + Quote(inText));
 }
 
 [[noreturn]] void RefuseOutOfRange(std::string_view inText) {
-  throw InputError(Quote(inText) + " is out of range");
+  throw UserError(Quote(inText) + " is out of range");
 }
 
 [[noreturn]] void RefusePart(std::string_view inPart, std::string_view inText,
                              const std::string& inReason = "") {
-  throw InputError("unexpected " + Quote(inPart) + " in " + Quote(inText) + inReason);
+  throw UserError("unexpected " + Quote(inPart) + " in " + Quote(inText) + inReason);
 }
 
 struct TypedNumber {
@@ -65,7 +65,7 @@ struct TypedText {
 };
 
 /// Splits a text into its numbers.
-/// \exception InputError for any other part of the text.
+/// \exception UserError for any other part of the text.
 TypedText SplitText(std::string_view inText) {
   RequireDigit(inText);
   std::string_view rest = inText;
@@ -104,7 +104,7 @@ TypedText SplitText(std::string_view inText) {
 }
 
 /// Assigns each number to a field.
-/// \exception InputError for numbers that the library would ignore.
+/// \exception UserError for numbers that the library would ignore.
 void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat inFormat,
                   const std::string& inText) {
   // The denominator of a longer fraction saturates in the library.
@@ -116,8 +116,8 @@ void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat
   const std::size_t count = numbers.size() - (hasFraction ? 1 : 0);
   const std::size_t fieldCount = inNotation.fields.back().unit == kUnit_Fraction ? last : last + 1;
   if (count > fieldCount) {
-    throw InputError(Quote(inText) + " has " + std::to_string(count) + " numbers; " +
-                     GetName(inFormat) + " takes at most " + std::to_string(fieldCount));
+    throw UserError(Quote(inText) + " has " + std::to_string(count) + " numbers; " +
+                    GetName(inFormat) + " takes at most " + std::to_string(fieldCount));
   }
   std::size_t field = inNotation.HasBars() ? 0 : fieldCount - std::max<std::size_t>(count, 1);
   for (std::size_t index = 0; index < numbers.size(); ++index) {
@@ -139,7 +139,7 @@ void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat
   }
 }
 
-/// \exception InputError for a unit word that does not fit the number's field.
+/// \exception UserError for a unit word that does not fit the number's field.
 void RequireUnits(const TypedText& inTyped, const Notation& inNotation, const std::string& inText) {
   for (const TypedNumber& number : inTyped.numbers) {
     const Unit unit = inNotation.fields[number.field].unit;
@@ -157,7 +157,7 @@ std::vector<std::int64_t> GetValues(const TypedText& inTyped, const Notation& in
   return values;
 }
 
-/// \exception InputError for numbers that overflow: the library parses each number, and counts
+/// \exception UserError for numbers that overflow: the library parses each number, and counts
 /// frames and beats, in 32 bits.
 void RequireRange(const TypedText& inTyped, const Notation& inNotation, const std::string& inText) {
   const std::vector<std::int64_t> values = GetValues(inTyped, inNotation);
@@ -294,8 +294,8 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   // hundredths of a second, and milliseconds only six digits; both stay within a hundredth.
   if (distance > std::max(2.0 * unit, inTimeline.sampleRate * 0.01) + 1.0 ||
       (IsFrameCount(inFormat) && std::fabs(position) >= kFrameLimit * unit)) {
-    throw InputError("position " + std::to_string(ioConversion.position) + " is out of range for " +
-                     GetName(inFormat));
+    throw UserError("position " + std::to_string(ioConversion.position) + " is out of range for " +
+                    GetName(inFormat));
   }
   // Truncation is expected, except where every sample could have a text of its own.
   const bool isRounded =
@@ -349,7 +349,7 @@ Conversion ParseLeniently(const Timeline& inTimeline, TimecodeFormat inFormat,
   try {
     Conversion checked = ParseChecked(inTimeline, inFormat, inText);
     if (checked.position == position) return checked;
-  } catch (const InputError&) {
+  } catch (const UserError&) {
     // The note below is for this text, too.
   }
   return {position,
@@ -365,11 +365,11 @@ std::int64_t ParsePosition(std::string_view inText) {
   const char* const last = number.data() + number.size();
   const auto [end, error] = std::from_chars(number.data(), last, value);
   if (error == std::errc::result_out_of_range)
-    throw InputError(Quote(inText) + " does not fit in 64 bits");
+    throw UserError(Quote(inText) + " does not fit in 64 bits");
   if (error != std::errc() || end != last) {
     const bool isTime = number.find_first_of(":;") != std::string::npos;
-    throw InputError(Quote(inText) + " is not a position in samples" +
-                     (isTime ? "; 'convert' and 'show --from' take other formats" : ""));
+    throw UserError(Quote(inText) + " is not a position in samples" +
+                    (isTime ? "; 'convert' and 'show --from' take other formats" : ""));
   }
   return value;
 }

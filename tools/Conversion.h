@@ -63,20 +63,21 @@ std::string FormatPosition(const Timeline& inTimeline, utility::TimecodeFormat i
                            std::int64_t inPosition);
 
 /// Formats the position of a conversion: sets its text and may add a note.
-/// \exception InputError when the text parses back to a position beyond rounding distance.
+/// \exception UserError when the text parses back to a position beyond rounding distance.
 void FormatChecked(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                    Conversion& ioConversion);
 
-/// Parses a text as leniently as the library does, with two exceptions: a leading minus sign
-/// negates the position in every format, and pulled-down frames are a count without dropped labels.
-/// \exception InputError for a text without a digit, or one that is not UTF-8.
+/// Parses a text as leniently as the library does, with two exceptions: a leading minus sign that
+/// the library takes for a separator negates the position, and pulled-down frames are a count
+/// without dropped labels.
+/// \exception UserError for a text without a digit, or one that is not UTF-8.
 std::int64_t ParseText(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                        std::string_view inText);
 
 /// Parses a text that a person typed. Besides numbers it may contain a sign, the separators ":",
 /// ";" and ".", blanks and unit words such as "min". It may not have more numbers than the format
 /// has fields.
-/// \exception InputError for any other text, and for a position that is out of range.
+/// \exception UserError for any other text, and for a position that is out of range.
 Conversion ParseChecked(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                         const std::string& inText);
 
@@ -86,7 +87,7 @@ Conversion ParseLeniently(const Timeline& inTimeline, utility::TimecodeFormat in
                           const std::string& inText);
 
 /// Parses a sample count.
-/// \exception InputError for any other text, and for a count that does not fit in 64 bits.
+/// \exception UserError for any other text, and for a count that does not fit in 64 bits.
 std::int64_t ParsePosition(std::string_view inText);
 
 }  // namespace mezzo::tool

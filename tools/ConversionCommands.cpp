@@ -24,7 +24,7 @@ class TextSource {
 
   bool GetNext(std::string& outText) {
     ++fNumber;
-    fMark.clear();
+    fByteOrderMark.clear();
     fCarriageReturn.clear();
     for (; fArgument < fArguments.size(); ++fArgument, fLine = 0) {
       if (fArguments[fArgument] != "-") {
@@ -44,7 +44,9 @@ class TextSource {
   }
 
   /// \return the text with the byte order mark and the carriage return of its line.
-  std::string Restore(const std::string& inText) const { return fMark + inText + fCarriageReturn; }
+  std::string Restore(const std::string& inText) const {
+    return fByteOrderMark + inText + fCarriageReturn;
+  }
 
  private:
   bool ReadLine(std::string& outLine) {
@@ -53,12 +55,13 @@ class TextSource {
     if (std::cin.rdbuf()->in_avail() <= 0) std::cout.flush();
     if (!std::getline(std::cin, outLine)) {
       if (!std::cin.bad()) return false;
-      throw InputError("cannot read standard input: " + std::generic_category().message(errno));
+      throw UserError("cannot read standard input: " + std::generic_category().message(errno));
     }
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    if (++fLine == 1 && outLine.starts_with(kByteOrderMark)) fMark = kByteOrderMark;
+    if (++fLine == 1 && outLine.starts_with(kByteOrderMark)) fByteOrderMark = kByteOrderMark;
     if (outLine.ends_with('\r')) fCarriageReturn = '\r';
-    outLine = outLine.substr(fMark.size(), outLine.size() - fMark.size() - fCarriageReturn.size());
+    outLine = outLine.substr(fByteOrderMark.size(),
+                             outLine.size() - fByteOrderMark.size() - fCarriageReturn.size());
     return true;
   }
 
@@ -66,7 +69,7 @@ class TextSource {
   std::size_t fNumber = 0;
   std::size_t fArgument = 0;
   std::size_t fLine = 0;
-  std::string fMark;
+  std::string fByteOrderMark;
   std::string fCarriageReturn;
 };
 
@@ -98,13 +101,14 @@ Result ConvertLine(const Settings& inSettings, const Timeline& inFrom, const Tim
     if (inSettings.field > 0 && inSettings.delimiter == ';' && isNumber &&
         HasDropFrameLabels(inSettings.fromFormat.format)) {
       conversion.notes.push_back(
-          {kNoteKind_Delimiter, Quote(row.GetField()) + " is a number of its own, because ';' also "
-                                                        "separates the fields of unquoted labels"});
+          {kNoteKind_Delimiter, Quote(row.GetField()) +
+                                    " was converted alone; with the "
+                                    "delimiter ';', labels that contain ';' need quotes"});
     }
     const bool toSamples = inSettings.toFormat.format == utility::kTimecodeFormat_Samples;
     const std::string text = toSamples ? std::to_string(conversion.position) : conversion.text;
     return {conversion, row.ReplaceField(text)};
-  } catch (const InputError& error) {
+  } catch (const UserError& error) {
     return {.output = inSettings.field > 0 ? inLine : "", .error = error.what()};
   }
 }
@@ -150,7 +154,7 @@ struct ListedFormat {
         shown = '"' + conversion.text + '"';
         return;
       }
-    } catch (const InputError&) {
+    } catch (const UserError&) {
       reason = "out of range";
     }
     json["text"] = nullptr;
@@ -172,8 +176,8 @@ Timeline Settings::GetTimeline(const FormatChoice& inChoice) const {
   const auto eitherRate =
       fromFormat.framesPerSecond ? fromFormat.framesPerSecond : toFormat.framesPerSecond;
   if (framesPerSecond && named && *framesPerSecond != *named) {
-    throw InputError("the format's name selects " + std::to_string(*named) +
-                     " frames per second, but --fps selects " + std::to_string(*framesPerSecond));
+    throw UserError("the format's name selects " + std::to_string(*named) +
+                    " frames per second, but --fps selects " + std::to_string(*framesPerSecond));
   }
   if (eitherRate) chosen.framesPerSecond = *eitherRate;
   chosen.framesPerSecond = named.value_or(framesPerSecond.value_or(chosen.framesPerSecond));

@@ -22,12 +22,12 @@ FormatChoice FindFormat(const std::string& inName) {
     if (rate.name == name) return {rate.format, rate.framesPerSecond};
   }
   if (const RateName* const nearest = FindNearestRate(name); nearest != nullptr)
-    throw InputError("unknown format " + Quote(inName) + "; did you mean '" +
-                     std::string(nearest->name) + "'?");
+    throw UserError("unknown format " + Quote(inName) + "; did you mean '" +
+                    std::string(nearest->name) + "'?");
   std::vector<std::string> names;
   names.reserve(kDisplayFormats.size());
   for (const DisplayFormat& format : kDisplayFormats) names.emplace_back(format.name);
-  throw InputError("unknown format " + Quote(inName) + SuggestWord(name, names, "mezzo formats"));
+  throw UserError("unknown format " + Quote(inName) + SuggestWord(name, names, "mezzo formats"));
 }
 
 const RateName* FindNearestRate(const std::string& inText) {
@@ -78,8 +78,8 @@ std::string ExplainUnavailable(const Timeline& inTimeline, TimecodeFormat inForm
 void RequireAvailable(const Timeline& inTimeline, TimecodeFormat inFormat) {
   const std::string reason = ExplainUnavailable(inTimeline, inFormat);
   if (reason.empty()) return;
-  throw InputError("format '" + GetName(inFormat) + "': " + reason +
-                   (HasDropFrameLabels(inFormat) ? "; only 30 and 60 have drop-frame labels" : ""));
+  throw UserError("format '" + GetName(inFormat) + "': " + reason +
+                  (HasDropFrameLabels(inFormat) ? "; only 30 and 60 have drop-frame labels" : ""));
 }
 
 }  // namespace mezzo::tool

@@ -82,7 +82,7 @@ struct FormatChoice {
 };
 
 /// Finds a format by its name, its number or a rate name, in any letter case.
-/// \exception InputError when there is none; it suggests a name with similar spelling.
+/// \exception UserError when there is none; it suggests a name with similar spelling.
 FormatChoice FindFormat(const std::string& inName);
 
 /// Finds the rate name that a text such as "23.97", "24fps" or "30df" stands for.
@@ -102,7 +102,7 @@ double GetFrameRate(std::int32_t inNominalRate, utility::TimecodeFormat inFormat
 /// \return a few words; empty when it can be used.
 std::string ExplainUnavailable(const Timeline& inTimeline, utility::TimecodeFormat inFormat);
 
-/// \exception InputError when the format cannot be used; the message says why.
+/// \exception UserError when the format cannot be used; the message says why.
 void RequireAvailable(const Timeline& inTimeline, utility::TimecodeFormat inFormat);
 
 }  // namespace mezzo::tool

@@ -17,7 +17,7 @@ enum ExitStatus : int {
 };
 
 /// The user's input cannot be used, or a file cannot be read or written; the text says why.
-class InputError : public std::runtime_error {
+class UserError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
@@ -26,9 +26,9 @@ class InputError : public std::runtime_error {
 /// escaped, and the text is cut after 80 characters.
 std::string Quote(std::string_view inText);
 
-/// Ends a message about an unknown word. Suggests a known word in which it begins the word or a
-/// part after a hyphen, or a word of similar spelling, or else the command that lists all known
-/// words.
+/// Returns the end of a message about an unknown word: it suggests a known word that starts with
+/// it, has it after a hyphen, or is spelled similarly. Failing that, it names the command that
+/// lists the known words.
 std::string SuggestWord(const std::string& inUnknown, const std::vector<std::string>& inKnown,
                         const std::string& inListingCommand);
 

@@ -44,7 +44,7 @@ void PrintRow(const Handler& inHandler) {
 
 int ShowNote(const Settings& inSettings) {
   if (inSettings.frequency.has_value() == inSettings.noteIndex.has_value())
-    throw InputError("give either a frequency or --index");
+    throw UserError("give either a frequency or --index");
   int octave = inSettings.octave;
   const int index = inSettings.frequency ? utility::GetNoteFromFrequency(
                                                static_cast<float>(*inSettings.frequency), &octave)
@@ -89,9 +89,9 @@ int FindHandler(const Settings& inSettings) {
     }
     return kExitStatus_Success;
   }
-  throw InputError("no native media handler has the name or identifier " +
-                   Quote(inSettings.argument) +
-                   SuggestWord(inSettings.argument, names, "mezzo handlers"));
+  throw UserError("no native media handler has the name or identifier " +
+                  Quote(inSettings.argument) +
+                  SuggestWord(inSettings.argument, names, "mezzo handlers"));
 }
 
 }  // namespace mezzo::tool

@@ -72,8 +72,8 @@ void WriteFile(const std::string& inName, const std::string& inContent) {
   file << inContent;
   file.close();
   if (!file) {
-    throw InputError("cannot write " + Quote(inName) + ": " +
-                     std::generic_category().message(errno));
+    throw UserError("cannot write " + Quote(inName) + ": " +
+                    std::generic_category().message(errno));
   }
 }
 
@@ -81,7 +81,7 @@ void WriteFile(const std::string& inName, const std::string& inContent) {
 
 int DrawRuler(const Settings& inSettings) {
   if (inSettings.isJSON && !inSettings.pictureFile.empty())
-    throw InputError("give either --json or --svg");
+    throw UserError("give either --json or --svg");
   const utility::TimecodeFormat format = inSettings.toFormat.format;
   const Timeline timeline = inSettings.GetTimeline(inSettings.toFormat);
   const RulerScale scale(timeline, format, inSettings.rulerFrom, inSettings.rulerTo);

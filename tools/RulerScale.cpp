@@ -15,7 +15,7 @@ constexpr std::int64_t kFarthestHours = 250;
 // 32-bit counts hold 550 hours of frames at 1000 per second, and 2e9 whole units of other formats.
 constexpr double kSearchedHours = 550.0;
 constexpr double kSearchedUnits = 2e9;
-// Longer than any ruler in any unit.
+// Longer than any ruler with usual ticks and tempos.
 constexpr std::int64_t kLongestStep = 1'000'000'000'000'000;
 
 /// Multiples of the powers of a base, such as 1, 2, 5, 10, 20, 50 and so on.
@@ -63,8 +63,8 @@ RulerScale::RulerScale(const Timeline& inTimeline, utility::TimecodeFormat inFor
       fFrom(ParseBound(inFrom)),
       fTo(ParseBound(inTo)) {
   if (fFrom >= fTo) {
-    throw InputError("empty interval: from sample " + std::to_string(fFrom) + " to " +
-                     std::to_string(fTo));
+    throw UserError("empty interval: from sample " + std::to_string(fFrom) + " to " +
+                    std::to_string(fTo));
   }
 }
 
@@ -72,7 +72,8 @@ std::vector<std::int64_t> RulerScale::GetSteps() const {
   const std::vector<std::int64_t> decimals = GetRoundNumbers({1, 2, 5}, 10);
   std::vector<std::int64_t> steps;
   std::int64_t unit = 1;
-  // Within a field, the steps are its decimal divisors, its half, the half of that, and so on.
+  // Within a field, the steps are the divisors of its radix that are 1, 2 or 5 times a power of
+  // ten, and its half, quarter and so on.
   for (auto field = fNotation.fields.rbegin(); field->radix > 0; ++field) {
     for (std::int64_t step = 1; step < field->radix; ++step) {
       if (field->radix % step != 0) continue;
@@ -163,8 +164,8 @@ std::int64_t RulerScale::ParseBound(const std::string& inText) {
   fNotes.insert(fNotes.end(), end.notes.begin(), end.notes.end());
   const std::int64_t farthest = kFarthestHours * 3600 * fTimeline.sampleRate;
   if (end.position < -farthest || end.position > farthest) {
-    throw InputError(Quote(inText) + " is more than " + std::to_string(kFarthestHours) +
-                     " hours from sample 0");
+    throw UserError(Quote(inText) + " is more than " + std::to_string(kFarthestHours) +
+                    " hours from sample 0");
   }
   return end.position;
 }

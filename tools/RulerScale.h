@@ -1,10 +1,9 @@
 /// \file
 /// The scale of a time ruler: the positions and labels of its ticks.
 ///
-/// Each tick stands at the position that the library parses from a round value of the format. Each
-/// label is the text that the library writes for the position of its tick. The frames on both sides
-/// of a gap in drop-frame labels have ticks, too. A ruler therefore shows both directions of the
-/// library.
+/// Each tick stands at the position that a round value of the format is parsed as, and its label is
+/// the text of that position. A ruler therefore shows both how texts are parsed and how positions
+/// are formatted. The frames on both sides of a gap in drop-frame labels have ticks, too.
 #pragma once
 
 #include "Conversion.h"
@@ -25,8 +24,8 @@ enum Alignment {
 
 struct Tick {
   std::int64_t position;
-  std::string label;  ///< the library's text for the position
-  bool readsBack;     ///< the library parses the label as this position
+  std::string label;  ///< the position's text
+  bool readsBack;     ///< the label is parsed as this position
   Alignment alignment = kAlignment_Centre;
 };
 
@@ -35,7 +34,7 @@ class RulerScale {
  public:
   /// \param inFrom the beginning, a text in the format or "@" and a sample count.
   /// \param inTo the end, likewise.
-  /// \exception InputError for any other text, a distant position, and an empty interval.
+  /// \exception UserError for any other text, a distant position, and an empty interval.
   RulerScale(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
              const std::string& inFrom, const std::string& inTo);
 

@@ -19,10 +19,10 @@ TableRow::TableRow(const std::string& inLine, std::size_t inField, char inDelimi
     for (end = begin; end < inLine.size() && (isQuoted || inLine[end] != inDelimiter); ++end) {
       if (hasQuotes && inLine[end] == '"') isQuoted = !isQuoted;
     }
-    if (isQuoted) throw InputError("no closing quote in " + Quote(inLine));
+    if (isQuoted) throw UserError("no closing quote in " + Quote(inLine));
     if (field == inField) break;
     if (end == inLine.size())
-      throw InputError("no field " + std::to_string(inField) + " in " + Quote(inLine));
+      throw UserError("no field " + std::to_string(inField) + " in " + Quote(inLine));
   }
   fBefore = inLine.substr(0, begin);
   fField = boost::trim_copy(inLine.substr(begin, end - begin));

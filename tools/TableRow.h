@@ -12,7 +12,7 @@ namespace mezzo::tool {
 class TableRow {
  public:
   /// \param inField the field, counted from 1; 0 for the whole line.
-  /// \exception InputError when the line has fewer fields or a quote is not closed.
+  /// \exception UserError when the line has fewer fields or a quote is not closed.
   TableRow(const std::string& inLine, std::size_t inField, char inDelimiter);
 
   /// \return the field's text without quotes and the blanks around it.

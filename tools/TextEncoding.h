@@ -13,14 +13,14 @@
 
 namespace mezzo::tool {
 
-/// \exception InputError when the text is not valid UTF-8.
+/// \exception UserError when the text is not valid UTF-8.
 inline plinth::UTF16String DecodeUTF8(std::string_view inText) {
   try {
     const std::u16string text = boost::locale::conv::utf_to_utf<char16_t>(
         inText.data(), inText.data() + inText.size(), boost::locale::conv::stop);
     return {text.begin(), text.end()};
   } catch (const boost::locale::conv::conversion_error&) {
-    throw InputError("not valid UTF-8");
+    throw UserError("not valid UTF-8");
   }
 }
 

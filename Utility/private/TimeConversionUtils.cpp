@@ -49,7 +49,7 @@ struct FrameRate {
   Int32 seconds;
 };
 
-/// All fields but the sample count are written as 32-bit numbers; larger values wrap.
+/// All fields but the sample count are written as 32-bit numbers. Fields counted in integers wrap.
 std::int32_t Narrow(Int64 inField) {
   return Int32(inField).GetValue();
 }
@@ -573,9 +573,9 @@ constexpr char kSignature[] =
     "bool mezzo::utility::ConvertTimecodeToSamples(std::int64_t &, const plinth::UTF16String &, "
     "mezzo::utility::TimecodeFormat, std::int32_t, std::int32_t, mezzo::utility::BeatInfo *, bool)";
 
-/// Reads up to three fields, each of which counts 60 of the next, whatever their unit: "1:30" is 90
-/// seconds, beats or milliseconds. Returns the sum in units of the last field. The parser puts that
-/// field into its frames, and the fields before it into seconds and minutes.
+/// Reads up to three fields. One unit of a field is 60 of the next: "1:30" is 90 seconds,
+/// milliseconds or beats. Returns the sum in units of the last field. The parser puts that field
+/// into its frames, and the fields before it into seconds and minutes.
 double ReadSexagesimal(const UTF16String& inString) {
   const ParsedTimeCode parsed = ParseTimeCodeString(inString);
   MEZZO_ASSERT_WITH_TEXT(parsed.hours == 0, "hours==0",

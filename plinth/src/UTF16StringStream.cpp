@@ -22,7 +22,7 @@ char* WriteGeneral(char* outFirst, [[maybe_unused]] char* inLast, double inNumbe
 #ifdef __cpp_lib_to_chars
   return std::to_chars(outFirst, inLast, inNumber, std::chars_format::general, kPrecision).ptr;
 #else
-  // Older versions of libc++ cannot format floating point. The macro is defined from version 20 on.
+  // Some versions of libc++ lack the function, and others have it without the macro.
   char text[32];
   const int length = std::snprintf(text, sizeof text, "%.*g", kPrecision, inNumber);
   const std::string_view number(text, static_cast<std::size_t>(length));

@@ -18,7 +18,7 @@
 namespace mezzo::debug {
 namespace {
 
-void SetBothRateFlags() {
+void ProvokeReport() {
   plinth::UTF16String text;
   utility::ConvertSamplesToTimecode(text, 1, 1, 1, true, true, false, false, false, false, false);
 }
@@ -28,9 +28,9 @@ TEST(Assertion, BreaksIntoADebuggerWhenAsked) {
   if (child == 0) {
     if (ptrace(PT_TRACE_ME, 0, nullptr, 0) != 0) _exit(2);
     test::RecordedReports reports;
-    SetBothRateFlags();  // no break is requested
+    ProvokeReport();  // no break is requested
     reports.sRequestsBreak = true;
-    SetBothRateFlags();
+    ProvokeReport();
     _exit(0);
   }
   int status = 0;
@@ -45,9 +45,9 @@ TEST(Assertion, BreaksIntoADebuggerWhenAsked) {
 TEST(Assertion, NamesItsSiteAndSilencesNoOther) {
   test::RecordedReports reports;
   reports.sSilences = reports.sRequestsBreak = true;  // no debugger is attached: nothing is raised
-  SetBothRateFlags();
+  ProvokeReport();
   reports.sSilences = false;
-  SetBothRateFlags();
+  ProvokeReport();
   std::uint32_t label[4]{};
   utility::DropFrameToHMSF(0, 59, label[0], label[1], label[2], label[3]);
   const auto taken = reports.Take();

@@ -34,16 +34,16 @@ grep -q "libMezzo.so.1 => $root/usr/" "$scratch/libraries"
 # would reject.
 mkdir -p "$scratch/desk/host" && cd "$scratch/desk"
 awk '/^```/ { file = $2; next } file { print >file }' "$source/README.md"
-(cd "$root/usr/include/mezzo" && printf '#include <%s>\n' */*.h) >>ruler.cpp
-echo 'int Whole(double inNumber) { return inNumber; }' >>ruler.cpp
+(cd "$root/usr/include/mezzo" && printf '#include <%s>\n' */*.h) >>label.cpp
+echo 'int Whole(double inNumber) { return inNumber; }' >>label.cpp
 cmake -G Ninja -B build -DCMAKE_CXX_COMPILER="$4" -DCMAKE_PREFIX_PATH="$root/usr" >>"$scratch/log"
 cmake --build build >>"$scratch/log"
 PKG_CONFIG_PATH=$(dirname "$(find "$root" -name mezzo.pc)")
 export PKG_CONFIG_PATH
 read -ra flags < <(pkg-config --cflags --libs mezzo)
-"$4" -std=c++20 ruler.cpp -o ruler "${flags[@]}" \
+"$4" -std=c++20 label.cpp -o label "${flags[@]}" \
   "-Wl,-rpath,$(pkg-config --variable=libdir mezzo)"
-diff <(build/ruler) <(./ruler)
+diff <(build/label) <(./label)
 
 in_root --purge "${packages[@]}"
 diff <(echo "$before") <(files)

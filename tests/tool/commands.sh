@@ -134,7 +134,7 @@ expect 0 $'\xef\xbb\xbfa\tb\r\na\t48000\r' '' parse smpte --field 2 --delimiter 
   <<<$'\xef\xbb\xbfa\tb\r\na\t1:00\r'
 expect 1 $'5"\t48000\n"a\t1:00' "*line 2: no closing quote in '*" parse smpte --field 2 --delimiter tab \
   <<<$'5"\t1:00\n"a\t1:00'
-expect 0 'a;1602;00' "*line 1: note: '01' is a number of its own, *" parse 29.97df --field 2 --delimiter ';' \
+expect 0 'a;1602;00' "*line 1: note: '01' was converted alone; *" parse 29.97df --field 2 --delimiter ';' \
   <<<'a;01;00'
 expect 0 '"00;00;00;00";"00;00;00;29"' '' convert 25 29.97df --field 2 --delimiter ';' \
   <<<'"00;00;00;00";1:00'

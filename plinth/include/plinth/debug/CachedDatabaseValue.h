@@ -20,13 +20,13 @@ class CachedDatabaseValue {
  public:
   /// \param inKey the entry's key.
   /// \param inDefault the value for a key without an entry, and before the first read.
-  /// \param inReadWhenMissing true: a removed entry gives the default; false: it leaves the value
+  /// \param inResetWhenRemoved true: a removed entry gives the default; false: it leaves the value
   ///     unchanged.
-  CachedDatabaseValue(ByteString inKey, T inDefault, bool inReadWhenMissing)
+  CachedDatabaseValue(ByteString inKey, T inDefault, bool inResetWhenRemoved)
       : fKey(std::move(inKey)),
         fDefault(inDefault),
         fValue(inDefault),
-        fReadWhenMissing(inReadWhenMissing) {}
+        fResetWhenRemoved(inResetWhenRemoved) {}
 
   /// Returns the value, read again if the database has changed since the last read.
   /// \exception std::bad_alloc if memory runs out on a call that reads the database.
@@ -37,7 +37,7 @@ class CachedDatabaseValue {
     // the older value may be stored last; it stays until the next change.
     if (fGeneration.load(std::memory_order_acquire) == generation)
       return fValue.load(std::memory_order_acquire);
-    const bool reads = fReadWhenMissing || database.HasEntry(fKey);
+    const bool reads = fResetWhenRemoved || database.HasEntry(fKey);
     const T value = reads ? database.GetEntryAs<T>(fKey, fDefault) : fValue.load();
     fValue.exchange(value, std::memory_order_acq_rel);
     fGeneration.store(generation, std::memory_order_release);
@@ -52,7 +52,7 @@ class CachedDatabaseValue {
   std::atomic<std::uint32_t> fGeneration{kNeverRead};
   T fDefault;
   std::atomic<T> fValue;
-  bool fReadWhenMissing;
+  bool fResetWhenRemoved;
 };
 
 }  // namespace plinth::debug
