@@ -1,5 +1,5 @@
 /// \file
-/// UTF-16 string: the type of every text outside the debug database.
+/// UTF-16 string: the host's string type.
 #pragma once
 
 #include <plinth/allocator/STLAllocator.h>
