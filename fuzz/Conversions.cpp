@@ -148,15 +148,15 @@ void CheckParsedTimecode(const RecordedCall& inCall) {
 /// The relative error of a double-precision result.
 constexpr long double kRelativeError = 4e-15L;
 
-struct Meter {
+struct MusicalTime {
   const RecordedCall& call;
   long double rate = call.GetDouble(1);
   std::int64_t ticks = call.GetInt(2);
   long double tempo = call.GetDouble(3);
   std::int64_t beatsPerBar = call.GetInt(4), unit = call.GetInt(5);
   long double offsetMs = call.GetDouble(6);
-  std::int64_t first =
-      call.GetFlag(7) ? 0 : 1;  // the number of the first bar, and of the first beat in a bar
+  /// The number of the first bar, and of the first beat in a bar.
+  std::int64_t first = call.GetFlag(7) ? 0 : 1;
 
   bool IsUsual() const {
     return rate >= 1 && rate <= 1e7L && tempo >= 0.1L && tempo <= 1e4L && beatsPerBar >= 1 &&
@@ -179,37 +179,37 @@ struct Meter {
 };
 
 void CheckParsedMusicalTime(const RecordedCall& inCall) {
-  const Meter meter{inCall};
-  const long double beats = meter.CountBeats(inCall.GetText(0));
-  const long double position = beats * meter.GetSamplesPerBeat();
+  const MusicalTime time{inCall};
+  const long double beats = time.CountBeats(inCall.GetText(0));
+  const long double position = beats * time.GetSamplesPerBeat();
   // Whole beats are counted in 32 bits.
-  if (!meter.IsUsual() || !(std::fabs(beats) < 1e9L) || !(std::fabs(position) < 1e17L)) return;
-  inCall.RequireNear(std::stoll(inCall.result), position + meter.GetOffset(),
-                     0.500001L + 0.5L * meter.first + kRelativeError * std::fabs(position));
+  if (!time.IsUsual() || !(std::fabs(beats) < 1e9L) || !(std::fabs(position) < 1e17L)) return;
+  inCall.RequireNear(std::stoll(inCall.result), position + time.GetOffset(),
+                     0.500001L + 0.5L * time.first + kRelativeError * std::fabs(position));
 }
 
 void CheckFormattedMusicalTime(const RecordedCall& inCall) {
-  const Meter meter{inCall};
-  const long double samplesPerBeat = meter.GetSamplesPerBeat(),
-                    position = inCall.GetDouble(0) - meter.GetOffset();
-  if (inCall.GetInt(8) < 3 || !meter.IsUsual() || !(std::fabs(position / samplesPerBeat) < 1e9L))
+  const MusicalTime time{inCall};
+  const long double samplesPerBeat = time.GetSamplesPerBeat(),
+                    position = inCall.GetDouble(0) - time.GetOffset();
+  if (inCall.GetInt(8) < 3 || !time.IsUsual() || !(std::fabs(position / samplesPerBeat) < 1e9L))
     return;
 
   const std::string& text = inCall.result;
   const auto numberAfter = [&](std::size_t inIndex) {
     return ParseLeadingInteger(text.substr(inIndex + 1));
   };
-  const bool isDecimal = meter.ticks == -1;
-  const std::int64_t beatOfBar = numberAfter(text.find(':')) - meter.first;
-  inCall.Require(beatOfBar >= 0 && beatOfBar < meter.beatsPerBar &&
-                     numberAfter(text.find('.')) < (isDecimal ? 1000 : meter.ticks),
+  const bool isDecimal = time.ticks == -1;
+  const std::int64_t beatOfBar = numberAfter(text.find(':')) - time.first;
+  inCall.Require(beatOfBar >= 0 && beatOfBar < time.beatsPerBar &&
+                     numberAfter(text.find('.')) < (isDecimal ? 1000 : time.ticks),
                  "a beat of the bar and a part of the beat");
   // With ticks, the text is rounded to thousandths of a tick. Without, half a thousandth of a beat
   // is subtracted, and the rest is truncated to thousandths.
-  const long double thousandth = samplesPerBeat / std::abs(meter.ticks) / 1000;
+  const long double thousandth = samplesPerBeat / std::abs(time.ticks) / 1000;
   const std::int64_t thousandths = isDecimal ? 1 : numberAfter(text.rfind('.'));
-  inCall.RequireNear(meter.CountBeats(text) * samplesPerBeat + thousandth * thousandths, position,
-                     thousandth * 0.500001L + 0.5L * meter.first +
+  inCall.RequireNear(time.CountBeats(text) * samplesPerBeat + thousandth * thousandths, position,
+                     thousandth * 0.500001L + 0.5L * time.first +
                          kRelativeError * std::max(std::fabs(position), samplesPerBeat));
 }
 
@@ -219,7 +219,7 @@ void Check(test::DrawnArguments inArguments) {
       {"ConvertTimecodeToSamples-rate", &CheckParsedTimecode},
       {"ConvertBarsAndBeatsToSamples", &CheckParsedMusicalTime},
       {"ConvertSamplesToBarsAndBeats", &CheckFormattedMusicalTime}};
-  const test::RecordedReports reports;  // instead of lines on standard error
+  const test::ReportRecorder reports;  // instead of lines on standard error
   const auto& call =
       test::GetExportedCalls()[inArguments.DrawBelow(test::GetExportedCalls().size())];
   inArguments.oldText.assign(inArguments.DrawBelow(32), u'?');

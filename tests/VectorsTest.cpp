@@ -50,7 +50,7 @@ class TestVectors : public testing::TestWithParam<ExportedCall> {};
 TEST_P(TestVectors, GivesTheIndependentResults) {
   const std::string& name = GetParam().name;
   const bool isConversion = name.starts_with("Convert");
-  RecordedReports reports;
+  ReportRecorder reports;
   int calls = 0;
   for (const char* folder : {"/", "/hand/"}) {
     std::ifstream file(MEZZO_TEST_DATA + (folder + name) + ".tsv");

@@ -23,7 +23,7 @@ namespace {
 // ------------------------------------------------------------------------------------- Help texts
 
 constexpr char kToolDescription[] =
-    R"(Convert, name and draw positions on an audio timeline.
+    R"(Convert positions on an audio timeline, draw time rulers and name notes.
 
 A position is a signed sample count. Texts in other formats may begin with a
 minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
@@ -42,8 +42,8 @@ constexpr char kToolFooter[] = R"(Exit status:
   0  Success. 'show' succeeds even if some formats have no text.
   1  'parse', 'format' or 'convert' could not convert an input. Its line is
      empty, or unchanged with --field; all other inputs were converted.
-  2  The arguments cannot be used, including the positions given to 'show' and
-     'ruler', or a file cannot be read or written.
+  2  An argument cannot be used, which may be a position for 'show' or 'ruler',
+     or a file cannot be read or written.
 
 Notes:
   A note on standard error says where a text is misleading, or how --lenient

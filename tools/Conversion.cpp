@@ -64,8 +64,8 @@ struct TypedText {
   std::vector<TypedNumber> numbers;
 };
 
-/// Splits a text into its numbers.
-/// \exception UserError for any other part of the text.
+/// Splits a text into its numbers, with their separators and unit words.
+/// \exception UserError for anything else in the text.
 TypedText SplitText(std::string_view inText) {
   RequireDigit(inText);
   std::string_view rest = inText;
@@ -140,7 +140,8 @@ void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat
 }
 
 /// \exception UserError for a unit word that does not fit the number's field.
-void RequireUnits(const TypedText& inTyped, const Notation& inNotation, const std::string& inText) {
+void RequireMatchingUnits(const TypedText& inTyped, const Notation& inNotation,
+                          const std::string& inText) {
   for (const TypedNumber& number : inTyped.numbers) {
     const Unit unit = inNotation.fields[number.field].unit;
     if (!number.word.empty() && FindUnit(number.word) != unit)
@@ -211,7 +212,7 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
     notes.push_back({inKind, Quote(inParsed.text) + inMessage});
   };
   const auto& numbers = inTyped.numbers;
-  const bool isLabel = GetName(inFormat).starts_with("smpte");
+  const bool isTimecode = GetName(inFormat).starts_with("smpte");
   const bool hasPoint = numbers.back().separator == '.';
   const bool hasSemicolon =
       std::any_of(numbers.begin(), numbers.end(),
@@ -219,7 +220,7 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
   if (hasSemicolon && !HasDropFrameLabels(inFormat)) {
     add(kNoteKind_Semicolon, " has a ';', but " + GetName(inFormat) + " has no drop-frame labels");
   }
-  if (isLabel && hasPoint && numbers.size() <= 4)
+  if (isTimecode && hasPoint && numbers.size() <= 4)
     add(kNoteKind_Fraction,
         " has fewer than four fields; the digits after the '.' are a fraction of a frame");
   if (inNotation.HasBars() && hasPoint && numbers.size() <= 2)
@@ -233,12 +234,12 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
         return !inNumber.isFraction &&
                inNumber.GetValue() >= inNotation.fields[inNumber.field].radix;
       });
-  if (!overflows && !isLabel && !inNotation.HasTicks()) return notes;
+  if (!overflows && !isTimecode && !inNotation.HasTicks()) return notes;
   // Rounding may put the position one sample before the beginning of its label.
   if (!HasValues(inTimeline, inFormat, inParsed.position, inTyped) &&
       !HasValues(inTimeline, inFormat, inParsed.position + 1, inTyped)) {
     add(kNoteKind_NoSuchLabel,
-        (isLabel && !hasPoint ? " is not a label; it stands for " : " stands for ") +
+        (isTimecode && !hasPoint ? " is not a label; it stands for " : " stands for ") +
             Quote(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inParsed.position))));
   }
   return notes;
@@ -324,7 +325,7 @@ std::int64_t ParseText(const Timeline& inTimeline, TimecodeFormat inFormat,
                              inTimeline.framesPerSecond, &beats, inTimeline.isDuration);
   }
   const bool isNegative = *std::find_if_not(inText.begin(), inText.end(), &IsBlank) == '-';
-  return isNegative && !GetNotation(inTimeline, inFormat).keepsSign ? -position : position;
+  return isNegative && !GetNotation(inTimeline, inFormat).libraryParsesSign ? -position : position;
 }
 
 Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
@@ -333,7 +334,7 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
   const Notation notation = GetNotation(inTimeline, inFormat);
   TypedText typed = SplitText(inText);
   AssignFields(typed, notation, inFormat, inText);
-  RequireUnits(typed, notation, inText);
+  RequireMatchingUnits(typed, notation, inText);
   RequireRange(typed, notation, inText);
   const std::int64_t position = ParseText(inTimeline, inFormat, JoinNumbers(typed));
   constexpr std::int64_t kFarthest = std::numeric_limits<std::int64_t>::max();

@@ -44,7 +44,7 @@ struct Field {
 struct Notation {
   boost::container::static_vector<Field, 4> fields;  ///< from left to right
   double samplesInUnit;                              ///< samples per unit of the last field
-  bool keepsSign = false;                            ///< the library itself parses a minus sign
+  bool libraryParsesSign = false;                    ///< the tool need not negate the position
 
   /// In bars and beats, the last fields may be omitted; in every other notation, the leading ones.
   bool HasBars() const { return fields.front().unit == kUnit_Bars; }

@@ -9,7 +9,8 @@
 
 namespace mezzo::tool {
 
-/// Breaks a text at its blanks into lines of at most a width. A longer word has its own line.
+/// Breaks a text at its blanks into lines no wider than `inColumns`. A word that is wider gets a
+/// line of its own.
 std::vector<std::string> WrapWords(const std::string& inText, int inColumns);
 
 /// \return the note that explains marked labels; empty when no label is marked.

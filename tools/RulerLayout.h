@@ -39,7 +39,7 @@ std::string GetDrawnLabel(const Tick& inTick);
 /// It labels the finest step whose labels all have room. If that step has fewer than two labels, it
 /// labels a finer one where there is room. It draws the finest step that divides the labelled one
 /// and keeps the ticks apart. Labels beside a gap take precedence over all others.
-/// \return the ticks in rising order, one for each position.
+/// \return the ticks in ascending order, one for each position.
 std::vector<PlacedTick> LayOut(const RulerScale& inScale, const Grid& inGrid);
 
 }  // namespace mezzo::tool

@@ -38,7 +38,7 @@ std::int64_t GetModulo(std::int64_t inValue, std::int64_t inDivisor) {
 
 /// The text of a count of the last field's units.
 std::string FormatUnits(const Notation& inNotation, std::int64_t inUnits) {
-  const bool isMirrored = inUnits < 0 && !inNotation.keepsSign;
+  const bool isMirrored = inUnits < 0 && !inNotation.libraryParsesSign;
   std::int64_t units = isMirrored ? -inUnits : inUnits;
   std::string text;
   auto field = inNotation.fields.rbegin();

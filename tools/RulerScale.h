@@ -44,7 +44,7 @@ class RulerScale {
   /// \return the notes on the texts of both ends.
   const std::vector<ConversionNote>& GetNotes() const { return fNotes; }
 
-  /// \return the round distances between ticks, in units of the last field, rising.
+  /// \return the round distances between ticks, in units of the last field, in ascending order.
   std::vector<std::int64_t> GetSteps() const;
 
   /// \return where a position lies in the interval: 0 at its beginning, 1 at its end.
@@ -53,7 +53,7 @@ class RulerScale {
   /// \return the length of a step as a part of the interval; approximate for drop-frame labels.
   double Measure(std::int64_t inStep) const;
 
-  /// \return all ticks at multiples of a step, rising.
+  /// \return all ticks at multiples of a step, in ascending order.
   std::vector<Tick> GetTicks(std::int64_t inStep) const;
 
   /// \return the ticks on both sides of each gap in drop-frame labels, if steps are shorter than

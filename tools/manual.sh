@@ -12,6 +12,6 @@ page() { # PAGE HEADLINE COMMAND...
 }
 
 mkdir -p "$directory"
-page mezzo 'convert, name and draw positions on an audio timeline' "$tool"
+page mezzo 'convert positions on an audio timeline, draw rulers and name notes' "$tool"
 "$tool" --help | sed -n '/^Commands:/,/^$/s/^  \([a-z]*\) *\(.*\)/\1 \2/p' |
   while read -r command headline; do page "mezzo-$command" "${headline,}" "$tool $command"; done

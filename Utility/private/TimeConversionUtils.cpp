@@ -49,7 +49,7 @@ struct FrameRate {
   Int32 seconds;
 };
 
-/// All fields but the sample count are written as 32-bit numbers. Fields counted in integers wrap.
+/// Keeps the low 32 bits of a field that was counted in integers.
 std::int32_t Narrow(Int64 inField) {
   return Int32(inField).GetValue();
 }
@@ -353,8 +353,8 @@ void WriteSampleCount(UTF16String& outString, std::int64_t inSamples) {
   text.Put(inSamples).AssignTo(outString);
 }
 
-/// Writes milliseconds in tenths (0.5 added, truncated toward zero), in general notation ("%g")
-/// with six significant digits.
+/// Writes milliseconds to a tenth (tenths plus 0.5, truncated toward zero), in general notation
+/// ("%g") with six significant digits.
 void WriteMilliseconds(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate) {
   const double lifted = static_cast<double>(inSamples) * 10000.0 / inSampleRate + 0.5;
   const double tenths = lifted - GetFraction(lifted);

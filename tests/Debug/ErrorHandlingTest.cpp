@@ -27,7 +27,7 @@ TEST(Assertion, BreaksIntoADebuggerWhenAsked) {
   const pid_t child = fork();
   if (child == 0) {
     if (ptrace(PT_TRACE_ME, 0, nullptr, 0) != 0) _exit(2);
-    test::RecordedReports reports;
+    test::ReportRecorder reports;
     ProvokeReport();  // no break is requested
     reports.sRequestsBreak = true;
     ProvokeReport();
@@ -43,7 +43,7 @@ TEST(Assertion, BreaksIntoADebuggerWhenAsked) {
 }
 
 TEST(Assertion, NamesItsSiteAndSilencesNoOther) {
-  test::RecordedReports reports;
+  test::ReportRecorder reports;
   reports.sSilences = reports.sRequestsBreak = true;  // no debugger is attached: nothing is raised
   ProvokeReport();
   reports.sSilences = false;

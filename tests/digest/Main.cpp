@@ -17,22 +17,22 @@ namespace {
 
 using namespace mezzo::test;
 
-/// \param inPrint prints the calls instead of their digest.
-void PrintDigest(const ExportedCall& inCall, bool inPrint) {
+/// \param inPrintCalls print the calls instead of their digest.
+void PrintDigestOrCalls(const ExportedCall& inCall, bool inPrintCalls) {
   constexpr std::uint64_t kCalls = 1 << 17;
-  RecordedReports reports;
+  ReportRecorder reports;
   std::uint64_t hash = kHashOfNoLines;
   for (std::uint64_t seed = 0; seed < kCalls; ++seed) {
     Fields trace;
     DrawnArguments arguments(seed);
-    if (inPrint) arguments.trace = &trace;
+    if (inPrintCalls) arguments.trace = &trace;
     std::string line = Join(inCall.Run(std::move(arguments)));
     for (const auto& [condition, message, file, number, function, flag] : reports.Take())
       line += '\t' + condition + '|' + message.substr(0, message.find('\n')) + '|' + function;
-    if (inPrint) std::printf("%s\t=>\t%s\n", Join(trace).c_str(), line.c_str());
+    if (inPrintCalls) std::printf("%s\t=>\t%s\n", Join(trace).c_str(), line.c_str());
     Hash(hash, line);
   }
-  if (!inPrint) std::printf("%-40s %016" PRIx64 "\n", inCall.name.c_str(), hash);
+  if (!inPrintCalls) std::printf("%-40s %016" PRIx64 "\n", inCall.name.c_str(), hash);
 }
 
 }  // namespace
@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
     if (std::localeconv()->decimal_point[0] != ',') return 1;
   }
   for (const ExportedCall& call : GetExportedCalls()) {
-    if (!prints || call.name == argv[2]) PrintDigest(call, prints);
+    if (!prints || call.name == argv[2]) PrintDigestOrCalls(call, prints);
   }
   return 0;
 }

@@ -42,7 +42,7 @@ TEST(NumericCast, ReportsWhatDoesNotFit) {
       std::regex_replace(testing::internal::GetCapturedStderr(), line, ":LINE:"),
       "utility/Cast.h:LINE: assertion failed: false: bad numeric conversion: positive overflow "
       "from long (4294967296) to int in T plinth::utility::NumericCast(F) [T = int, F = long]\n");
-  mezzo::test::RecordedReports reports;
+  mezzo::test::ReportRecorder reports;
   reports.sSilences = true;
   for (int times = 0; times < 2; ++times) NumericCast<int, long>(kBeyond);
   EXPECT_EQ(reports.Take().size(), 1u) << "the site is silenced";

@@ -159,10 +159,12 @@ struct Draw {
     bool flag = false;
     (*this)(flag);
     if constexpr (std::is_same_v<Pointee, int>) {
-      if (!flag) outValue = 0;
+      const bool isNull = flag;
+      if (!isNull) outValue = 0;
     } else {
+      const bool isPresent = flag;
       (*this)(outValue.emplace());
-      if (!flag) outValue.reset();
+      if (!isPresent) outValue.reset();
     }
   }
   template <class Number>

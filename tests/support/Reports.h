@@ -17,14 +17,14 @@ struct Report {
 };
 
 /// Records reports while it exists. Only one may exist at a time, and only one thread may report.
-class RecordedReports {
+class ReportRecorder {
  public:
-  RecordedReports() {
+  ReportRecorder() {
     Take();
     sSilences = sRequestsBreak = false;
     plinth::debug::SetAssertDialogHandler(&Record);
   }
-  ~RecordedReports() { plinth::debug::SetAssertDialogHandler(nullptr); }
+  ~ReportRecorder() { plinth::debug::SetAssertDialogHandler(nullptr); }
 
   /// Gives the reports so far and starts anew.
   std::vector<Report> Take() { return std::exchange(sReports, {}); }

@@ -82,7 +82,7 @@ expect 0 $'48000\n3200' "*argument 2: note: '01:00:00:00 Scene 2' is parsed leni
   parse smpte --lenient 1:00 '01:00:00:00 Scene 2'
 expect 0 103079520000000 '' parse decimal 596525:00:00
 
-# Notes: one of each kind in a run
+# Notes: a run prints the first of each kind
 expect 0 $'2882880\n2882880' "mezzo: argument 1: note: '00;01;00;00' is not a label; it stands for '00;01;00;02'
 mezzo: note: 1 more; --json shows all notes" \
   parse 4 '00;01;00;00' '00;01;00;01'
