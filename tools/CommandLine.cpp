@@ -27,10 +27,10 @@ constexpr char kToolDescription[] =
 
 A position is a signed sample count. Texts in other formats may begin with a
 minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
-and end in a decimal fraction, of which the first nine digits are used. In bars
-and beats the last fields may be omitted instead, and "." precedes the ticks.
-Unit words may follow the numbers: "1 h 2 min 3 s" in clock time,
-"3 bars 2 beats".
+and end in a decimal fraction, of which the first nine digits are used; in
+timecode at least four within a day at 48 kHz. In bars and beats the last fields
+may be omitted instead, and "." precedes the ticks. Unit words may follow the
+numbers: "1 h 2 min 3 s" in clock time, "3 bars 2 beats".
 
 A FORMAT is a name or number that 'mezzo formats' lists, in any letter case, or
 the name of a frame rate, which selects the nominal rate, too:
@@ -71,7 +71,7 @@ constexpr char kParseFooter[] = R"(JSON:
   [{"item", "samples", "text", "notes"}, ...]
   "item" is the number of the input, "text" the parsed text. "notes" is present
   only if there are notes. An input that cannot be converted has the form
-  {"item", "text", "error"}.
+  {"item", "text", "error"}, where "text" is the whole line even with --field.
 
 Examples:
   mezzo parse smpte 01:02:03:04
@@ -94,8 +94,8 @@ Exactness:
   give the frame or beat before. Sample counts are exact.
 
 Rates:
-  If only one of the formats is the name of a frame rate, both formats use that
-  rate. --fps, if given, must agree with the name.
+  If only one of the formats is the name of a frame rate, both formats use its
+  nominal rate. --fps, if given, must agree with the name.
 
 Examples:
   mezzo convert 29.97df bars-beats "01;00;02;00" --tempo 90
@@ -314,7 +314,10 @@ void AddRulerOptions(CLI::App& ioCommand, Settings& outSettings) {
   ioCommand
       .add_option("--svg", outSettings.pictureFile,
                   "Write an SVG file, 8 pixels per column; '-' for standard output")
-      ->check([](const std::string& inText) { return inText.empty() ? "must not be empty" : ""; })
+      ->check([](const std::string& inText) {
+        const bool isName = !inText.empty() && !inText.starts_with("--");
+        return isName ? "" : "must be the name of a file, not " + Quote(inText);
+      })
       ->type_name("FILE");
   AddTimelineOptions(ioCommand, outSettings);
 }
@@ -398,9 +401,11 @@ std::string ExplainError(const CLI::App& inApp, const CLI::ParseError& inError) 
   }
   for (const std::string& argument : inApp.remaining()) {
     if (argument == "--") continue;
-    if (!argument.starts_with('-'))
+    const bool isOption = std::regex_search(argument, std::regex("^--?[a-zA-Z]"));
+    const bool takesTexts = inApp.get_option_no_throw("--field") != nullptr;
+    if (!argument.starts_with('-') || (!isOption && !takesTexts))
       return "unexpected argument " + Quote(argument) + "; see '" + inApp.get_name() + " --help'";
-    if (!argument.starts_with("--"))
+    if (!isOption)
       return "unknown option " + Quote(argument) + "; put '--' before texts that begin with '-'";
     std::vector<std::string> names;
     for (const CLI::Option* option : inApp.get_options()) {
@@ -472,8 +477,8 @@ int RunCommand(std::vector<std::string> inArguments) {
 [[noreturn]] bool RefuseReport(bool&, const char* inCondition, const unsigned char* inMessage,
                                const char*, int, const char*, bool) {
   const std::string message = reinterpret_cast<const char*>(inMessage);
-  throw UserError("library report: '" + std::string(inCondition) + "' does not hold. " +
-                  message.substr(0, message.find('\n')));
+  throw UserError("library report: " +
+                  (message.empty() ? inCondition : message.substr(0, message.find('\n'))));
 }
 
 }  // namespace

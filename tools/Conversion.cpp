@@ -107,8 +107,6 @@ TypedText SplitText(std::string_view inText) {
 /// \exception UserError for numbers that the library would ignore.
 void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat inFormat,
                   const std::string& inText) {
-  // The denominator of a longer fraction saturates in the library.
-  constexpr std::size_t kMaxFractionDigits = 9;
   auto& numbers = ioTyped.numbers;
   const std::size_t last = inNotation.fields.size() - 1;
   const bool hasTicks = inNotation.HasTicks();
@@ -130,11 +128,7 @@ void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat
       number.separator = '.';
     }
     number.isFraction = number.separator == '.' && !hasTicks;
-    if (number.isFraction) {
-      number.digits = number.digits.substr(0, kMaxFractionDigits);
-    } else if (index > 0) {
-      ++field;
-    }
+    if (!number.isFraction && index > 0) ++field;
     number.field = number.separator == '.' && hasTicks ? last : field;
   }
 }
@@ -158,9 +152,11 @@ std::vector<std::int64_t> GetValues(const TypedText& inTyped, const Notation& in
   return values;
 }
 
+/// \return the typed count of frames, or of whole units of another format.
 /// \exception UserError for numbers that overflow: the library parses each number, and counts
 /// frames and beats, in 32 bits.
-void RequireRange(const TypedText& inTyped, const Notation& inNotation, const std::string& inText) {
+double CountUnits(const TypedText& inTyped, const Notation& inNotation, TimecodeFormat inFormat,
+                  const std::string& inText) {
   const std::vector<std::int64_t> values = GetValues(inTyped, inNotation);
   double greatest = 0.0;
   double total = 0.0;
@@ -173,9 +169,28 @@ void RequireRange(const TypedText& inTyped, const Notation& inNotation, const st
   // Room for two more bars: the library parses a negative bar as a distance from bar 1, and writes
   // a position before bar 1 as beats after the start of an earlier bar.
   if (inNotation.HasBars()) total += 2.0 * static_cast<double>(inNotation.fields[1].radix);
-  const bool isCount = inNotation.HasBars() || inNotation.fields.back().unit == kUnit_Frames;
+  // One label in a thousand is dropped; within ten minutes, this count is less than a second off.
+  if (HasDropFrameLabels(inFormat))
+    total = 0.999 * total + static_cast<double>(inNotation.fields.back().radix);
+  const bool isCount = inNotation.HasBars() || inNotation.HasFrames();
   if (std::max(greatest, isCount ? total : 0.0) > std::numeric_limits<std::int32_t>::max())
     RefuseOutOfRange(inText);
+  return total;
+}
+
+/// Cuts a fraction to the digits that the library parses exactly: nine, or as many as it computes
+/// in integers for a fraction of a frame.
+void CutFraction(std::string_view& ioDigits, const Timeline& inTimeline, TimecodeFormat inFormat,
+                 double inUnits) {
+  constexpr std::size_t kMostDigits = 9;
+  constexpr double kLargestProduct = 7.0 * (1LL << 60);
+  ioDigits = ioDigits.substr(0, kMostDigits);
+  if (!GetNotation(inTimeline, inFormat).HasFrames()) return;
+  const double factor = IsPulledDown(inFormat) ? 1001.0 : 1.0;
+  double product = factor * inTimeline.sampleRate * (inUnits + 2.0);
+  std::size_t count = 0;
+  while (count < ioDigits.size() && (product *= 10.0) < kLargestProduct) ++count;
+  ioDigits = ioDigits.substr(0, std::max<std::size_t>(count, 1));
 }
 
 /// \return the text with the separators that the library expects.
@@ -226,14 +241,14 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
   if (inNotation.HasBars() && hasPoint && numbers.size() <= 2)
     add(kNoteKind_Fraction,
         " has no beat number; the digits after the '.' are a part of the first beat");
-  // A leading field may exceed its radix: "90:00" is an hour and a half. Bars and beats with a
-  // decimal fraction do not read back.
+  // A leading field may exceed its radix: "90:00" is an hour and a half.
   const bool overflows =
       !inNotation.HasBars() &&
       std::any_of(numbers.begin() + 1, numbers.end(), [&inNotation](const TypedNumber& inNumber) {
         return !inNumber.isFraction &&
                inNumber.GetValue() >= inNotation.fields[inNumber.field].radix;
       });
+  // Bars and beats with a decimal fraction do not read back, so they are not compared.
   if (!overflows && !isTimecode && !inNotation.HasTicks()) return notes;
   // Rounding may put the position one sample before the beginning of its label.
   if (!HasValues(inTimeline, inFormat, inParsed.position, inTyped) &&
@@ -293,7 +308,8 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   constexpr double kFrameLimit = 2147483648.0;  // the library counts frames in 32 bits
   // Rounding moves a position by less than two units. Clock time from ten hours on has only
   // hundredths of a second, and milliseconds only six digits; both stay within a hundredth.
-  if (distance > std::max(2.0 * unit, inTimeline.sampleRate * 0.01) + 1.0 ||
+  if (distance >
+          std::max(2.0 * unit, inTimeline.sampleRate * 0.01) + 1.0 + 1e-15 * std::fabs(position) ||
       (IsFrameCount(inFormat) && std::fabs(position) >= kFrameLimit * unit)) {
     throw UserError("position " + std::to_string(ioConversion.position) + " is out of range for " +
                     GetName(inFormat));
@@ -335,7 +351,9 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
   TypedText typed = SplitText(inText);
   AssignFields(typed, notation, inFormat, inText);
   RequireMatchingUnits(typed, notation, inText);
-  RequireRange(typed, notation, inText);
+  const double units = CountUnits(typed, notation, inFormat, inText);
+  if (TypedNumber& last = typed.numbers.back(); last.isFraction)
+    CutFraction(last.digits, inTimeline, inFormat, units);
   const std::int64_t position = ParseText(inTimeline, inFormat, JoinNumbers(typed));
   constexpr std::int64_t kFarthest = std::numeric_limits<std::int64_t>::max();
   if (position == kFarthest || position <= -kFarthest) RefuseOutOfRange(inText);

@@ -25,6 +25,7 @@ enum NoteKind {
   kNoteKind_Exponent,
   kNoteKind_Inexact,
   kNoteKind_Delimiter,
+  kNoteKind_Rate,
 };
 
 struct ConversionNote {

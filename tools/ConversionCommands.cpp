@@ -3,6 +3,7 @@
 #include "Conversion.h"
 #include "JSONOutput.h"
 #include "Messages.h"
+#include "Notation.h"
 #include "TableRow.h"
 
 #include <cerrno>
@@ -80,6 +81,17 @@ Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const
   Conversion conversion = inSettings.isLenient ? ParseLeniently(inFrom, from, inText)
                                                : ParseChecked(inFrom, from, inText);
   if (to != utility::kTimecodeFormat_Samples) FormatChecked(inTo, to, conversion);
+  const bool isRateInferred = inSettings.fromFormat.framesPerSecond.has_value() !=
+                              inSettings.toFormat.framesPerSecond.has_value();
+  const bool isPulledDown = IsPulledDown(from);
+  if (isRateInferred && isPulledDown != IsPulledDown(to) && GetNotation(inFrom, from).HasFrames() &&
+      GetNotation(inTo, to).HasFrames()) {
+    const std::string rate = std::to_string(inTo.framesPerSecond);
+    conversion.notes.push_back({kNoteKind_Rate, GetName(isPulledDown ? from : to) + " has " + rate +
+                                                    " x 1000/1001 frames per second, but " +
+                                                    GetName(isPulledDown ? to : from) + " has " +
+                                                    rate});
+  }
   return conversion;
 }
 
@@ -98,12 +110,16 @@ Result ConvertLine(const Settings& inSettings, const Timeline& inFrom, const Tim
     const TableRow row(inLine, inSettings.field, inSettings.delimiter);
     Conversion conversion = ConvertText(inSettings, inFrom, inTo, row.GetField());
     const bool isNumber = row.GetField().find_first_not_of("0123456789") == std::string::npos;
-    if (inSettings.field > 0 && inSettings.delimiter == ';' && isNumber &&
-        HasDropFrameLabels(inSettings.fromFormat.format)) {
+    const bool isSeparator =
+        inSettings.delimiter == ':' ||
+        (inSettings.delimiter == ';' && HasDropFrameLabels(inSettings.fromFormat.format));
+    if (inSettings.field > 0 && isSeparator && isNumber) {
+      const std::string delimiter = Quote(std::string(1, inSettings.delimiter));
       conversion.notes.push_back(
           {kNoteKind_Delimiter, Quote(row.GetField()) +
-                                    " was converted alone; with the "
-                                    "delimiter ';', labels that contain ';' need quotes"});
+                                    " was converted alone; texts that contain "
+                                    "the delimiter " +
+                                    delimiter + " need quotes"});
     }
     const bool toSamples = inSettings.toFormat.format == utility::kTimecodeFormat_Samples;
     const std::string text = toSamples ? std::to_string(conversion.position) : conversion.text;

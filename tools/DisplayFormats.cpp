@@ -60,12 +60,14 @@ bool IsFrameCount(TimecodeFormat inFormat) {
   return inFormat == kTimecodeFormat_Frames || inFormat == kTimecodeFormat_PulldownFrames;
 }
 
+bool IsPulledDown(TimecodeFormat inFormat) {
+  return HasDropFrameLabels(inFormat) || inFormat == kTimecodeFormat_SMPTEPulldown ||
+         inFormat == kTimecodeFormat_SMPTEPulldown2 || inFormat == kTimecodeFormat_SMPTEPulldown3 ||
+         inFormat == kTimecodeFormat_PulldownFrames;
+}
+
 double GetFrameRate(std::int32_t inNominalRate, TimecodeFormat inFormat) {
-  const bool isPulledDown =
-      HasDropFrameLabels(inFormat) || inFormat == kTimecodeFormat_SMPTEPulldown ||
-      inFormat == kTimecodeFormat_SMPTEPulldown2 || inFormat == kTimecodeFormat_SMPTEPulldown3 ||
-      inFormat == kTimecodeFormat_PulldownFrames;
-  return inNominalRate / (isPulledDown ? 1.001 : 1.0);
+  return inNominalRate / (IsPulledDown(inFormat) ? 1.001 : 1.0);
 }
 
 std::string ExplainUnavailable(const Timeline& inTimeline, TimecodeFormat inFormat) {

@@ -95,6 +95,9 @@ bool HasDropFrameLabels(utility::TimecodeFormat inFormat);
 
 bool IsFrameCount(utility::TimecodeFormat inFormat);
 
+/// \return whether frames run at 1000/1001 of the nominal rate.
+bool IsPulledDown(utility::TimecodeFormat inFormat);
+
 /// \return frames per second of real time.
 double GetFrameRate(std::int32_t inNominalRate, utility::TimecodeFormat inFormat);
 

@@ -49,6 +49,7 @@ struct Notation {
   /// In bars and beats, the last fields may be omitted; in every other notation, the leading ones.
   bool HasBars() const { return fields.front().unit == kUnit_Bars; }
   bool HasTicks() const { return fields.back().unit == kUnit_Ticks; }
+  bool HasFrames() const { return fields.back().unit == kUnit_Frames; }
 };
 
 Notation GetNotation(const Timeline& inTimeline, utility::TimecodeFormat inFormat);

@@ -27,7 +27,7 @@ int GetTerminalColumns() {
   return std::clamp(int{size.ws_col}, kNarrowestRuler, kWidestRuler);
 }
 
-bool IsTerminalUTF8() {
+bool IsLocaleUTF8() {
   locale_t const locale = newlocale(LC_CTYPE_MASK, "", locale_t{});
   if (locale == locale_t{}) return false;
   const bool isUTF8 = std::string_view(nl_langinfo_l(CODESET, locale)) == "UTF-8";
@@ -45,7 +45,7 @@ std::string GetCaption(const Timeline& inTimeline, utility::TimecodeFormat inFor
     caption << ", " << inTimeline.beats.iBeatsPerBar << "/" << inTimeline.beats.iBeatUnit;
   if (notation.HasBars() || inFormat == utility::kTimecodeFormat_Beats)
     caption << ", " << inTimeline.beats.dTempo << " quarter notes per minute";
-  if (notation.fields.back().unit == kUnit_Frames) {
+  if (notation.HasFrames()) {
     caption.precision(kDigitsOfRate);
     caption << ", " << GetFrameRate(inTimeline.framesPerSecond, inFormat) << " fps";
   }
@@ -91,7 +91,7 @@ int DrawRuler(const Settings& inSettings) {
   if (inSettings.isJSON) {
     std::cout << FormatJSON(MakeJSON(format, scale, LayOut(scale, GetTextGrid(columns)))) << '\n';
   } else if (inSettings.pictureFile.empty()) {
-    std::cout << DrawAsText(scale, caption, columns, !IsTerminalUTF8());
+    std::cout << DrawAsText(scale, caption, columns, !IsLocaleUTF8());
   } else if (inSettings.pictureFile == "-") {
     std::cout << DrawAsSVG(scale, caption, columns);
   } else {

@@ -1,7 +1,6 @@
 'use strict';
-// Positions and their texts come from the tool: the page runs its commands. The page itself only
-// adds. Keys and buttons add frames or beats to a count, which the tool then parses. Dragging the
-// ruler adds samples to the position.
+// The page converts nothing itself: it runs the commands of the tool. Keys and buttons add frames or
+// beats to a count, which the tool then parses. Dragging the ruler adds samples to the position.
 
 const find = selector => document.querySelector(selector);
 const fields = find('form').elements;

@@ -23,8 +23,8 @@ namespace mezzo::debug {
 }  // namespace mezzo::debug
 
 /// Reports at this site if `holds` is false. `conditionText` is the condition's text in the report.
-/// `function` is the signature of the exported function that contains the site, a literal because
-/// compilers spell signatures differently.
+/// `function` is the signature of the exported function for which the site reports, a literal
+/// because compilers spell signatures differently.
 #define MEZZO_ASSERT_WITH_TEXT(holds, conditionText, message, function)                      \
   do {                                                                                       \
     if (!(holds)) [[unlikely]] {                                                             \

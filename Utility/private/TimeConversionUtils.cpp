@@ -353,8 +353,8 @@ void WriteSampleCount(UTF16String& outString, std::int64_t inSamples) {
   text.Put(inSamples).AssignTo(outString);
 }
 
-/// Writes milliseconds to a tenth (tenths plus 0.5, truncated toward zero), in general notation
-/// ("%g") with six significant digits.
+/// Writes milliseconds: half a tenth is added, and the sum is truncated toward zero to tenths, in
+/// general notation ("%g") with six significant digits.
 void WriteMilliseconds(UTF16String& outString, std::int64_t inSamples, std::int32_t inSampleRate) {
   const double lifted = static_cast<double>(inSamples) * 10000.0 / inSampleRate + 0.5;
   const double tenths = lifted - GetFraction(lifted);
@@ -437,8 +437,8 @@ struct ParsedTimeCode {
   int fractionDenominator = 1;
 };
 
-/// Ten to the power of the code units from a fraction's first digit to the end of the text,
-/// saturated.
+/// Ten to the power of the number of code units from a fraction's first digit to the end of the
+/// text, saturated.
 int GetFractionDenominator(int inUnitCount) {
   static constexpr std::array<int, 10> kPowersOfTen{
       1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};

@@ -326,7 +326,7 @@ std::vector<ExportedCall> MakeTable() {
   using namespace utility;
   const TypicalValues none, fields{{0, 1, 2, 3, 4, 5, 6}}, states{{-1, 0, 1, 2, 3, 4, 5, 6}},
       rates{{0, 1, 8000, 11025, 44100, 47952, 48000, 48000, 88200, 96000, 192000}},
-      exactRates{{44100.0, 48000.0, 88288.2, 192000.0}}, tempos{{60.0, 120.0, 125.5}},
+      doubleRates{{44100.0, 48000.0, 88288.2, 192000.0}}, tempos{{60.0, 120.0, 125.5}},
       frameRates{{0, 10, 24, 25, 30, 30, 30, 50, 60, 60, 100, 120, 1000}},
       formats{{0, 1, 2, 3, 4, 5, 5, 6, 6, 7, 8, 9, 10, 11, 11, 12, 13, 14, -1, 15, 16, -2}},
       frequencies{{13.75, 27.5, 55.0, 261.63, 440.0, 452.8929, 860.0, 14080.0, 28160.0}},
@@ -353,7 +353,7 @@ std::vector<ExportedCall> MakeTable() {
       Describe("ConvertSamplesToDecimalTimecode", ConvertSamplesToDecimalTimecode,
                {none, none, rates}),
       Describe("ConvertSamplesToBarsAndBeats", ConvertSamplesToBarsAndBeats,
-               {none, none, exactRates, none, none, {{-1, 0, 1, 2, 2, 3, 3, 4}}}),
+               {none, none, doubleRates, none, none, {{-1, 0, 1, 2, 2, 3, 3, 4}}}),
       Describe("ConvertSamplesToBeats", ConvertSamplesToBeats, {none, none, rates, tempos}),
       // The overload with flags; the other one has the format before the rate.
       Describe("ConvertTimecodeToSamples-rate",
@@ -364,7 +364,8 @@ std::vector<ExportedCall> MakeTable() {
                Overload<std::int64_t&, const UTF16String&, TimecodeFormat, std::int32_t>(
                    ConvertTimecodeToSamples),
                {none, clock, formats, rates, frameRates}),
-      Describe("ConvertBarsAndBeatsToSamples", ConvertBarsAndBeatsToSamples, {musical, exactRates}),
+      Describe("ConvertBarsAndBeatsToSamples", ConvertBarsAndBeatsToSamples,
+               {musical, doubleRates}),
       Describe("DropFrameToHMSF", DropFrameToHMSF, {none, {{30, 60}}, {{0}}, {{0}}, {{0}}, {{0}}}),
       Describe("GetNoteString", GetNoteString, {none, notes, {{-1, 0, 1, 4, 8, 9, 10}}}),
       Describe("GetNoteFromFrequency", GetNoteFromFrequency, {frequencies}),

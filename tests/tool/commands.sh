@@ -38,6 +38,8 @@ expect 0 1920 '' parse 2 1 --fps 30 --fps 25
 expect 0 '1351:3.957' '' convert 29.97df bars-beats '01;00;02;00' --tempo 90
 expect 0 '00:00:00:24' '' convert 48 25 00:00:00:47
 expect 0 86400 '' convert 24 frames 01:00:00:00
+expect 0 17999 '*smpte-drop has 30 x 1000/1001 frames per second, but frames has 30' convert 29.97df frames '00;10;00;00'
+expect 0 $'350350\n3544905364' '' parse 23.976 00:00:07:07.000000000 20:29:38:10.00000
 expect 0 $'60000\n12000' '' parse beats 2.5000000000 0.49999999999999
 expect 0 $'36000\n72000' '' parse bars-beats --ticks -1 1:2.5000000000 1:4
 expect 1 $'7\n\n\n\n-8' '*argument 2: *position*argument 3: *position*argument 4: *64 bits*' \
@@ -77,6 +79,7 @@ done
 expect 0 $'420000\n96000\n-1440000' '' parse bars-beats '5 bar 2 beat 480 ticks' 2 -14:1 --tempo 120 --meter 4/4
 expect 0 $'172801600\n96000' '' parse smpte '1 hr 0 min 0 s 1 f' '2 sec 0'
 expect 1 '' '*out of range*' format frames --rate 1000 --fps 1000 -- -2147483649
+expect 0 3436988563008 '' parse 29.97df '19890;00;00;00'
 expect 1 2147483647 '*2: *out of range*' format pulldown-frames 3439409810636 3439409810637
 expect 0 $'48000\n3200' "*argument 2: note: '01:00:00:00 Scene 2' is parsed leniently, as sample 3200" \
   parse smpte --lenient 1:00 '01:00:00:00 Scene 2'
@@ -102,7 +105,7 @@ expect 0 $'-0.9\n1\n100000' "*1: note: '-0.9' is the text of sample -48, but par
 expect 0 $'0:4.999\n1:1.000' "*'0:4.999' is the text of sample 0, but parses as sample -24" \
   format bars-beats --ticks -1 0 12
 expect 0 '   0:00.015' "*'   0:00.015' is the text of sample 1, but parses *" format decimal --rate 100 1
-expect 1 '' '*1: library report: *just hours, minutes, seconds.' parse decimal --lenient 1:00:00:00
+expect 1 '' '*1: library report: These * just hours, minutes, seconds.' parse decimal --lenient 1:00:00:00
 
 # Every text reads back as the position of its frame or unit, also before sample 0.
 for format in $("$mezzo" formats | sed -En 's/^ ?[0-9]+  ([^ ]+) .*/\1/p; s/^([0-9.]+(df)?) .*/\1/p'); do
@@ -134,7 +137,7 @@ expect 0 $'\xef\xbb\xbfa\tb\r\na\t48000\r' '' parse smpte --field 2 --delimiter 
   <<<$'\xef\xbb\xbfa\tb\r\na\t1:00\r'
 expect 1 $'5"\t48000\n"a\t1:00' "*line 2: no closing quote in '*" parse smpte --field 2 --delimiter tab \
   <<<$'5"\t1:00\n"a\t1:00'
-expect 0 'a;1602;00' "*line 1: note: '01' was converted alone; *" parse 29.97df --field 2 --delimiter ';' \
+expect 0 'a;1602;00' "*line 1: note: '01' was converted alone; texts that contain the delimiter ';' need *" parse 29.97df --field 2 --delimiter ';' \
   <<<'a;01;00'
 expect 0 '"00;00;00;00";"00;00;00;29"' '' convert 25 29.97df --field 2 --delimiter ';' \
   <<<'"00;00;00;00";1:00'
@@ -186,6 +189,8 @@ refuse "unknown command 'shwo'; did you mean 'show'?" shwo 5
 refuse "no command before '--rate'*" --rate 48000 show 5
 refuse "unknown option '--fron'; did you mean '--from'?" ruler --fron 0 --to 5
 refuse "unknown option '-.5'; put '--' *" parse smpte -.5
+refuse "unexpected argument '-1:00'; see *" ruler -1:00
+refuse "unknown option '-r'; did you mean '--rate'?" parse smpte -r 44100 1
 refuse "unexpected argument '7'; see 'mezzo show --help'" show 5 7 8
 refuse '--fps needs a value' show 5 --fps
 refuse '--lenient takes no value' show 5 --lenient=3
@@ -210,6 +215,7 @@ refuse "'' is not a position*" ruler --from 0 --to @
 refuse "*more than 250 hours*" ruler --from 0 --to 999:0:0:0
 refuse 'empty interval: *' ruler --from 5 --to 5
 refuse '--width: *' ruler --from 0 --to 5 --width 2001
+refuse "--svg: must be the name of a file, not '--json'" ruler --from 0 --to 5 --svg --json
 refuse '*cannot write*' ruler --from 0 --to 5 --svg /dev/full
 refuse 'give either *' ruler --from 0 --to 5 --svg x --json
 [[ -e /dev/full ]] && { "$mezzo" formats >/dev/full 2>&1; [[ $? == 2 ]] || fail 'full device'; }

@@ -8,10 +8,18 @@ function __mezzo_of
     set -l words (commandline -opc)
     contains -- "$words[2]" $argv
 end
-# Whether the number of arguments after the command matches. Options are left out; their values are
-# counted.
+# Whether the command is followed by one of these numbers of arguments, without options and their
+# values.
 function __mezzo_arguments
-    count (string match -v -- '-*' (commandline -opc)[3..]) | string match -q $argv
+    set -l count 0
+    set -l previous ''
+    for word in (commandline -opc)[3..]
+        string match -q -- '-*' $word
+        or contains -- $previous --rate --fps --tempo --meter --ticks --offset-ms --field --delimiter
+        or set count (math $count + 1)
+        set previous $word
+    end
+    contains $count $argv
 end
 complete -c mezzo -f
 complete -c mezzo -n __fish_use_subcommand -a show -d 'Show a position in every format'
@@ -28,7 +36,7 @@ complete -c mezzo -n __fish_use_subcommand -l help-all -d 'Print the help of eve
 complete -c mezzo -n __fish_use_subcommand -l version -d 'Print the version'
 complete -c mezzo -n 'not __fish_use_subcommand' -l json -d 'Write JSON'
 complete -c mezzo -n '__mezzo_of parse format; and __mezzo_arguments 0' -a "$formats"
-complete -c mezzo -n '__mezzo_of convert; and __mezzo_arguments "[01]"' -a "$formats"
+complete -c mezzo -n '__mezzo_of convert; and __mezzo_arguments 0 1' -a "$formats"
 complete -c mezzo -n '__mezzo_of show' -l from -x -a "$formats" -d 'Format of the position'
 complete -c mezzo -n '__mezzo_of show parse convert' -l lenient -d 'Parse as the library does'
 complete -c mezzo -n '__mezzo_of parse format convert' -l field -x -d 'Convert only this field of each line'
