@@ -33,7 +33,7 @@ void FireSignal(benchmark::State& ioState) {
   }
   for (auto _ : ioState) NotifyAppActivated(true);
 }
-BENCHMARK(FireSignal)->Name("firing, by slots")->Arg(0)->Arg(1)->Arg(8);
+BENCHMARK(FireSignal)->Name("activation signal, by number of slots")->Arg(0)->Arg(1)->Arg(8);
 
 }  // namespace
 }  // namespace mezzo::utility

@@ -27,10 +27,10 @@ constexpr char kToolDescription[] =
 
 A position is a signed sample count. Texts in other formats may begin with a
 minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
-and end in a decimal fraction, of which the first nine digits are used; in
-timecode at least four within a day at 48 kHz. In bars and beats the last fields
-may be omitted instead, and "." precedes the ticks. Unit words may follow the
-numbers: "1 h 2 min 3 s" in clock time, "3 bars 2 beats".
+and end in a decimal fraction. Its first nine digits are used; for a fraction of
+a frame fewer, but at least four within a day at 48 kHz. In bars and beats the
+last fields may be omitted instead, and "." precedes the ticks. Unit words may
+follow the numbers: "1 h 2 min 3 s" in clock time, "3 bars 2 beats".
 
 A FORMAT is a name or number that 'mezzo formats' lists, in any letter case, or
 the name of a frame rate, which selects the nominal rate, too:
@@ -42,8 +42,8 @@ constexpr char kToolFooter[] = R"(Exit status:
   0  Success. 'show' succeeds even if some formats have no text.
   1  'parse', 'format' or 'convert' could not convert an input. Its line is
      empty, or unchanged with --field; all other inputs were converted.
-  2  An argument cannot be used, which may be a position for 'show' or 'ruler',
-     or a file cannot be read or written.
+  2  An argument (for 'show' and 'ruler' also a position) cannot be used, or a
+     file cannot be read or written.
 
 Notes:
   A note on standard error says where a text is misleading, or how --lenient
@@ -86,12 +86,12 @@ Examples:
   seq 0 12000 96000 | mezzo format bars-beats)";
 
 constexpr char kConvertFooter[] = R"(JSON:
-  The same as for parse, but "text" is the text in the second format, unless
-  that is samples.
+  The same as for parse, but "text" is the text in the second format. If that
+  is samples, it is the parsed text.
 
 Exactness:
-  A text in another format is rounded or truncated, so converting it back may
-  give the frame or beat before. Sample counts are exact.
+  Sample counts are exact. Texts in all other formats are rounded or truncated,
+  so converting one back may give the frame or beat before.
 
 Rates:
   If only one of the formats is the name of a frame rate, both formats use its
@@ -425,8 +425,8 @@ std::string ExplainUnknownCommand(const std::string& inName) {
   return "unknown command " + Quote(inName) + SuggestWord(inName, names, "mezzo --help");
 }
 
-/// Each command has a parser of its own, because CLI11 leaves a subcommand at "--" when all its
-/// arguments have values.
+/// Each command is parsed by an app of its own: at "--", CLI11 returns from a subcommand to its
+/// parent if all positional arguments have values. Subcommands appear only in the help of the tool.
 int RunCommand(std::vector<std::string> inArguments) {
   Settings settings;
   const std::string name = inArguments.empty() ? "" : inArguments.front();
@@ -474,8 +474,8 @@ int RunCommand(std::vector<std::string> inArguments) {
 // -------------------------------------------------------------------------------- Library reports
 
 /// A report means that the input is out of the library's domain.
-[[noreturn]] bool RefuseReport(bool&, const char* inCondition, const unsigned char* inMessage,
-                               const char*, int, const char*, bool) {
+[[noreturn]] bool ThrowReport(bool&, const char* inCondition, const unsigned char* inMessage,
+                              const char*, int, const char*, bool) {
   const std::string message = reinterpret_cast<const char*>(inMessage);
   throw UserError("library report: " +
                   (message.empty() ? inCondition : message.substr(0, message.find('\n'))));
@@ -484,7 +484,7 @@ int RunCommand(std::vector<std::string> inArguments) {
 }  // namespace
 
 int Run(const std::vector<std::string>& inArguments) {
-  plinth::debug::SetAssertDialogHandler(&RefuseReport);
+  plinth::debug::SetAssertDialogHandler(&ThrowReport);
   try {
     const int status = RunCommand(inArguments);
     if (!std::cout.flush())

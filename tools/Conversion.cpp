@@ -152,7 +152,7 @@ std::vector<std::int64_t> GetValues(const TypedText& inTyped, const Notation& in
   return values;
 }
 
-/// \return the typed count of frames, or of whole units of another format.
+/// \return the typed number of frames; in a format without frames, of the last whole field's units.
 /// \exception UserError for numbers that overflow: the library parses each number, and counts
 /// frames and beats, in 32 bits.
 double CountUnits(const TypedText& inTyped, const Notation& inNotation, TimecodeFormat inFormat,
@@ -169,7 +169,8 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation, Timecode
   // Room for two more bars: the library parses a negative bar as a distance from bar 1, and writes
   // a position before bar 1 as beats after the start of an earlier bar.
   if (inNotation.HasBars()) total += 2.0 * static_cast<double>(inNotation.fields[1].radix);
-  // One label in a thousand is dropped; within ten minutes, this count is less than a second off.
+  // Every ten minutes, exactly one label in a thousand is dropped. In between, 0.999 × total is
+  // less than a second off.
   if (HasDropFrameLabels(inFormat))
     total = 0.999 * total + static_cast<double>(inNotation.fields.back().radix);
   const bool isCount = inNotation.HasBars() || inNotation.HasFrames();
@@ -241,7 +242,7 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
   if (inNotation.HasBars() && hasPoint && numbers.size() <= 2)
     add(kNoteKind_Fraction,
         " has no beat number; the digits after the '.' are a part of the first beat");
-  // A leading field may exceed its radix: "90:00" is an hour and a half.
+  // The first number may exceed its radix: in clock time, "90:00" is an hour and a half.
   const bool overflows =
       !inNotation.HasBars() &&
       std::any_of(numbers.begin() + 1, numbers.end(), [&inNotation](const TypedNumber& inNumber) {

@@ -15,9 +15,9 @@
 
 namespace mezzo::tool {
 
-/// Where a label stands in relation to its tick.
+/// The part of a label that is at its tick.
 enum Alignment {
-  kAlignment_Left = 0,  ///< its left end is at the tick
+  kAlignment_Left = 0,  ///< its left end
   kAlignment_Centre = 1,
   kAlignment_Right = 2,
 };

@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
   const bool prints = option == "--calls";
   if (argc != 1 && !prints && option != "--locale") return 2;
   if (option == "--locale") {
-    std::locale::global(std::locale(argv[2]));  // sets the C locale, too
+    std::locale::global(std::locale(argv[2]));  // sets the locale of C functions, too
     if (std::localeconv()->decimal_point[0] != ',') return 1;
   }
   for (const ExportedCall& call : GetExportedCalls()) {

@@ -8,8 +8,8 @@ function __mezzo_of
     set -l words (commandline -opc)
     contains -- "$words[2]" $argv
 end
-# Whether the command is followed by one of these numbers of arguments, without options and their
-# values.
+# Whether the number of arguments after the command is one of those given. Options and their values
+# are not counted.
 function __mezzo_arguments
     set -l count 0
     set -l previous ''
