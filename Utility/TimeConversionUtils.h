@@ -127,9 +127,9 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// the leading ones. A number after "." is a decimal fraction of the field before it and ends
 /// parsing. At most five numbers are read, a fraction included. If all five are fields, the first
 /// is dropped, and the text after the fifth is ignored. The fraction's denominator is 10 to the
-/// power of the number of code units from its first digit to the end of the text. If no digit
-/// follows a "." and at most four numbers precede it, the last number is the fraction; for a single
-/// number, as in "1.", the denominator is then 1.
+/// power of the number of code units from its first digit to the end of the text, or 2147483647 for
+/// ten or more. If no digit follows a "." and at most four numbers precede it, the last number is
+/// the fraction; for a single number, as in "1.", the denominator is then 1.
 ///
 /// The result is the first sample at or after the start of the labelled frame, computed in exact
 /// integers. If a product would exceed 7 × 2^60, which takes extreme rates or a long fraction, the

@@ -18,7 +18,7 @@ int FindNoteByLogarithm(float inFrequency, int* outOctave) {
 
 template <int (*kFind)(float, int*)>
 void FindNote(benchmark::State& ioState) {
-  // Frequencies over the range of a piano, in random order to defeat branch prediction.
+  // Frequencies over the range of a piano, in scattered order to defeat branch prediction.
   std::array<float, 1024> frequencies;
   for (std::size_t place = 0; place < frequencies.size(); ++place)
     frequencies[place] = 27.5f * std::exp2(7.5f * static_cast<float>(place * 389 % 1024) / 1024.0f);

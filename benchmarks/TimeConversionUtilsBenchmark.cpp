@@ -1,5 +1,6 @@
-// Benchmarks of every display, writing and reading. The baselines format with `snprintf` and widen
-// the text, or narrow it and parse it with `sscanf`. SMPTE also has a baseline with `push_back`.
+// Benchmarks of writing every display, and of reading the texts. The baselines format with
+// `snprintf` and widen the text, or narrow it and parse it with `sscanf`. SMPTE also has a baseline
+// with `push_back`.
 //
 // The cost of writing may depend on the caller's string, so there are three states: "same", one
 // string with texts of nearly always the same length; "changing", one string with changing lengths

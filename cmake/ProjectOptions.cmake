@@ -1,6 +1,7 @@
 include(CheckCXXSymbolExists)
 
-# Compiler options of every target of this project, but not of its consumers.
+# Compiler options of this project's targets, but not of its consumers, nor of the contract test,
+# which hosts build.
 add_library(mezzo_project_options INTERFACE)
 target_compile_features(mezzo_project_options INTERFACE cxx_std_20)
 target_compile_options(mezzo_project_options INTERFACE

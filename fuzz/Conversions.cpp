@@ -88,7 +88,7 @@ void CheckFormattedTimecode(const RecordedCall& inCall) {
   inCall.RequireEqual(label);
 }
 
-struct ClockText {
+struct TimecodeText {
   std::vector<std::int64_t> values{0, 0, 0, 0};  // the last four are hours to frames
   std::int64_t numerator = 0, denominator = 1;
 
@@ -97,9 +97,9 @@ struct ClockText {
   }
 };
 
-ClockText Parse(std::string inRest) {
+TimecodeText Parse(std::string inRest) {
   static const char kDigits[] = "0123456789";
-  ClockText clock;
+  TimecodeText timecode;
   std::size_t length = 0;
   for (int count = 0; count < 5; ++count) {
     const std::string separators = inRest.substr(0, inRest.find_first_of(kDigits));
@@ -107,23 +107,23 @@ ClockText Parse(std::string inRest) {
     inRest.erase(0, separators.size());
     if (inRest.empty() && (!isDotted || count == 0)) break;
     std::int64_t value =
-        clock.GetFromRight(0);  // a "." at the end makes the last number the fraction
+        timecode.GetFromRight(0);  // a "." at the end makes the last number the fraction
     if (inRest.empty()) {
-      clock.values.pop_back();
+      timecode.values.pop_back();
     } else {
       if (isDotted || count > 0) length = inRest.size();
       value = ParseLeadingInteger(inRest);
       inRest.erase(0, inRest.find_first_not_of(kDigits));
     }
     if (isDotted) {
-      clock.numerator = value;
-      clock.denominator =
+      timecode.numerator = value;
+      timecode.denominator =
           ParseLeadingInteger('1' + std::string(std::min<std::size_t>(length, 10), '0'));
       break;
     }
-    clock.values.push_back(value);
+    timecode.values.push_back(value);
   }
-  return clock;
+  return timecode;
 }
 
 void CheckParsedTimecode(const RecordedCall& inCall) {
@@ -131,14 +131,15 @@ void CheckParsedTimecode(const RecordedCall& inCall) {
   const std::int64_t rate = inCall.GetInt(1), fps = inCall.GetInt(2),
                      pulldown = inCall.GetFlag(3) ? 1 : 0;
   if (text.empty()) return inCall.RequireEqual("-1");
-  const ClockText clock = Parse(text);
+  const TimecodeText timecode = Parse(text);
   if (rate < 1 || fps < 1 || fps > 2000 || inCall.GetFlag(4)) return;
-  const std::int64_t minutes = 60 * clock.GetFromRight(3) + clock.GetFromRight(2);
-  const std::int64_t frames = (60 * minutes + clock.GetFromRight(1)) * fps + clock.GetFromRight(0);
-  const std::int64_t factor = (1000 + pulldown) * rate, divisor = 1000 * clock.denominator * fps;
+  const std::int64_t minutes = 60 * timecode.GetFromRight(3) + timecode.GetFromRight(2);
+  const std::int64_t frames =
+      (60 * minutes + timecode.GetFromRight(1)) * fps + timecode.GetFromRight(0);
+  const std::int64_t factor = (1000 + pulldown) * rate, divisor = 1000 * timecode.denominator * fps;
   if (frames > kLargestInt) return;  // wraps in the library
-  const std::int64_t fractions = clock.denominator * frames + clock.numerator;
-  // Further out the library estimates in double precision.
+  const std::int64_t fractions = timecode.denominator * frames + timecode.numerator;
+  // Stays below 7 × 2^60, from where on the library estimates in double precision.
   if (static_cast<long double>(fractions) * factor >= 0x1p62L) return;
   inCall.RequireEqual(std::to_string((fractions * factor + divisor - 1) / divisor));
 }

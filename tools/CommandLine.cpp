@@ -28,7 +28,7 @@ constexpr char kToolDescription[] =
 A position is a signed sample count. Texts in other formats may begin with a
 minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
 and end in a decimal fraction. Its first nine digits are used; for a fraction of
-a frame fewer, but at least four within a day at 48 kHz. In bars and beats the
+a frame late in a day fewer, but at least four at 48 kHz. In bars and beats the
 last fields may be omitted instead, and "." precedes the ticks. Unit words may
 follow the numbers: "1 h 2 min 3 s" in clock time, "3 bars 2 beats".
 
@@ -47,8 +47,9 @@ constexpr char kToolFooter[] = R"(Exit status:
 
 Notes:
   A note on standard error says where a text is misleading, or how --lenient
-  parsed a text that is refused without it. The first note of each kind is
-  printed, and at the end the number of the others. --json shows all notes.
+  parsed a text that is refused or parsed differently without it. The first note
+  of each kind is printed, and at the end the number of the others. --json shows
+  all notes.
 
 Examples:
   mezzo show 480000
@@ -79,7 +80,8 @@ Examples:
   mezzo parse 29.97df --field 2 --header < markers.csv)";
 
 constexpr char kFormatFooter[] = R"(JSON:
-  The same as for parse; "text" is the formatted text.
+  The same as for parse; "text" is the formatted text, or the parsed
+  one if the format is samples.
 
 Examples:
   mezzo format smpte 178707200 -48000

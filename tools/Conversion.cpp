@@ -152,7 +152,8 @@ std::vector<std::int64_t> GetValues(const TypedText& inTyped, const Notation& in
   return values;
 }
 
-/// \return the typed number of frames; in a format without frames, of the last whole field's units.
+/// \return the typed number of frames, for drop-frame labels an upper bound; in a format without
+///     frames, of the last whole field's units.
 /// \exception UserError for numbers that overflow: the library parses each number, and counts
 /// frames and beats, in 32 bits.
 double CountUnits(const TypedText& inTyped, const Notation& inNotation, TimecodeFormat inFormat,
@@ -315,7 +316,8 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
     throw UserError("position " + std::to_string(ioConversion.position) + " is out of range for " +
                     GetName(inFormat));
   }
-  // Truncation is expected, except where every sample could have a text of its own.
+  // A truncated text is expected to read back as an earlier sample, unless a unit is shorter than a
+  // sample.
   const bool isRounded =
       notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;
   if (isRounded ? distance > unit / 2.0 + 0.5 : unit < 1.0 && distance > 0.0) {

@@ -11,7 +11,7 @@ namespace {
 struct LabelRow {
   std::int64_t step = 0;
   std::map<std::int64_t, PlacedTick> ticks;
-  bool isComplete = true;  ///< every tick of the step and beside a gap has a label
+  bool isComplete = true;  ///< every tick of the step, and every tick beside a gap, has a label
 };
 
 PlacedTick Place(const Tick& inTick, const RulerScale& inScale, const Grid& inGrid) {

@@ -3,7 +3,8 @@
 ///
 /// Each tick stands at the position that a round value of the format is parsed as, and its label is
 /// the text of that position. A ruler therefore shows both how texts are parsed and how positions
-/// are formatted. The frames on both sides of a gap in drop-frame labels have ticks, too.
+/// are formatted. If labels are less than a minute apart, the frames on both sides of a gap in
+/// drop-frame labels have ticks, too.
 #pragma once
 
 #include "Conversion.h"
