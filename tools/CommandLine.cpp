@@ -27,10 +27,11 @@ constexpr char kToolDescription[] =
 
 A position is a signed sample count. Texts in other formats may begin with a
 minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
-and end in a decimal fraction. Its first nine digits are used; for a fraction of
-a frame late in a day fewer, but at least four at 48 kHz. In bars and beats the
-last fields may be omitted instead, and "." precedes the ticks. Unit words may
-follow the numbers: "1 h 2 min 3 s" in clock time, "3 bars 2 beats".
+and end in a decimal fraction. Its first nine digits are used; in a
+fraction of a frame, as many of them as give an exact result, usually four or
+more. In bars and beats the last fields may be omitted instead, and "." precedes
+the ticks. Unit words may follow the numbers: "1 h 2 min 3 s" in clock time,
+"3 bars 2 beats".
 
 A FORMAT is a name or number that 'mezzo formats' lists, in any letter case, or
 the name of a frame rate, which selects the nominal rate, too:
@@ -59,7 +60,8 @@ Examples:
 
 constexpr char kShowFooter[] = R"(JSON:
   {"position", "rate", "fps", "tempo", "meter", "ticks", "offset_ms",
-   "duration", "notes", "formats": [{"number", "name", "text", "notes"}, ...]}
+  "duration", "notes", "formats": [{"number", "name", "text", "notes"}, ...]}
+
   A missing text is null, and the notes say why. "notes" is present only if
   there are notes.
 
@@ -70,6 +72,7 @@ Examples:
 
 constexpr char kParseFooter[] = R"(JSON:
   [{"item", "samples", "text", "notes"}, ...]
+
   "item" is the number of the input, "text" the parsed text. "notes" is present
   only if there are notes. An input that cannot be converted has the form
   {"item", "text", "error"}, where "text" is the whole line even with --field.
@@ -121,7 +124,7 @@ Labels and positions:
 
 JSON:
   {"format", "from", "to", "notes",
-   "ticks": [{"position", "text", "labelled", "reads_back"}, ...]}
+  "ticks": [{"position", "text", "labelled", "reads_back"}, ...]}
 
 Examples:
   mezzo ruler --format 29.97df --from "00;00;58;00" --to "00;01;02;00"
@@ -132,8 +135,8 @@ constexpr char kNoteFooter[] = R"(JSON:
   {"name", "index", "octave"}, and "frequency" if one was given.
 
 Octaves:
-  --octave and "octave" count from A. In names, octaves begin at C. Below A0
-  (27.5 Hz), names have no octave.
+  Octaves begin at A in --octave and "octave", and at C in names. Names of notes
+  below A0, 27.5 Hz, have no octave.
 
 Examples:
   mezzo note 440
@@ -316,10 +319,7 @@ void AddRulerOptions(CLI::App& ioCommand, Settings& outSettings) {
   ioCommand
       .add_option("--svg", outSettings.pictureFile,
                   "Write an SVG file, 8 pixels per column; '-' for standard output")
-      ->check([](const std::string& inText) {
-        const bool isName = !inText.empty() && !inText.starts_with("--");
-        return isName ? "" : "must be the name of a file, not " + Quote(inText);
-      })
+      ->check([](const std::string& inText) { return inText.empty() ? "must not be empty" : ""; })
       ->type_name("FILE");
   AddTimelineOptions(ioCommand, outSettings);
 }
@@ -383,31 +383,39 @@ void AddCommand(CLI::App& ioApp, const Command& inCommand, Settings& outSettings
   inCommand.addOptions(ioApp, outSettings);
 }
 
-/// \exception UserError for an option such as "--rate=", to which CLI11 would give the next
-/// argument.
-void RefuseEmptyValues(const std::vector<std::string>& inArguments) {
-  for (const std::string& argument : inArguments) {
-    if (argument == "--") return;
-    if (argument.starts_with("--") && argument.find('=') == argument.size() - 1)
-      throw UserError("no value after " + Quote(argument));
+bool IsOption(const std::string& inArgument) {
+  static const std::regex sOption("--?[a-zA-Z].*");
+  return std::regex_match(inArgument, sOption);
+}
+
+/// CLI11 takes the next argument as the value of an option that has none.
+/// \exception UserError for an option without a value.
+void RequireValues(const CLI::App& inApp, const std::vector<std::string>& inArguments) {
+  for (auto argument = inArguments.begin(); argument != inArguments.end(); ++argument) {
+    if (*argument == "--") return;
+    if (!IsOption(*argument)) continue;
+    const std::string name = argument->substr(0, argument->find('='));
+    const CLI::Option* const option = inApp.get_option_no_throw(name);
+    if (option == nullptr || option->get_items_expected_max() == 0) continue;
+    const auto next = std::next(argument);
+    const bool isLast = next == inArguments.end() || *next == "--" || IsOption(*next);
+    if (name == *argument ? isLast
+                          : argument->ends_with('=') && argument->size() == name.size() + 1)
+      throw UserError(name + " needs a value");
   }
 }
 
 /// CLI11 looks for missing options before it looks at unknown ones, which are often the cause.
 std::string ExplainError(const CLI::App& inApp, const CLI::ParseError& inError) {
   std::string message = inError.what();
-  if (inError.get_name() == "ArgumentMismatch") {
-    const std::string option = message.substr(0, message.find_first_of(": "));
-    const bool isFlag = message.ends_with("flag override");
-    return isFlag ? "--" + option + " takes no value" : option + " needs a value";
-  }
+  if (inError.get_name() == "ArgumentMismatch")
+    return "--" + message.substr(0, message.find(' ')) + " takes no value";
   for (const std::string& argument : inApp.remaining()) {
     if (argument == "--") continue;
-    const bool isOption = std::regex_search(argument, std::regex("^--?[a-zA-Z]"));
     const bool takesTexts = inApp.get_option_no_throw("--field") != nullptr;
-    if (!argument.starts_with('-') || (!isOption && !takesTexts))
+    if (!argument.starts_with('-') || (!IsOption(argument) && !takesTexts))
       return "unexpected argument " + Quote(argument) + "; see '" + inApp.get_name() + " --help'";
-    if (!isOption)
+    if (!IsOption(argument))
       return "unknown option " + Quote(argument) + "; put '--' before texts that begin with '-'";
     std::vector<std::string> names;
     for (const CLI::Option* option : inApp.get_options()) {
@@ -460,7 +468,7 @@ int RunCommand(std::vector<std::string> inArguments) {
     // Added after the commands, which would otherwise inherit this flag.
     app.set_help_all_flag("--help-all", "Print the help of every command and exit");
   }
-  RefuseEmptyValues(inArguments);
+  RequireValues(app, inArguments);
   try {
     std::reverse(inArguments.begin(), inArguments.end());
     app.parse(inArguments);

@@ -317,14 +317,18 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
                     GetName(inFormat));
   }
   // A truncated text is expected to read back as an earlier sample, unless a unit is shorter than a
-  // sample.
+  // sample. A rounded text is expected to be the nearest one.
   const bool isRounded =
       notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;
-  if (isRounded ? distance > unit / 2.0 + 0.5 : unit < 1.0 && distance > 0.0) {
+  const double error = inFormat == kTimecodeFormat_Milliseconds
+                           ? std::fabs(std::stod(text) * 10.0 * unit - position)
+                           : distance - 0.5;
+  if (isRounded ? error > 0.500001 * unit : unit < 1.0 && distance > 0.0) {
+    const std::string result =
+        distance == 0.0 ? "not the nearest one" : "parses as sample " + std::to_string(parsed);
     ioConversion.notes.push_back({kNoteKind_Inexact, Quote(text) + " is the text of sample " +
                                                          std::to_string(ioConversion.position) +
-                                                         ", but parses as sample " +
-                                                         std::to_string(parsed)});
+                                                         ", but " + result});
   }
 }
 

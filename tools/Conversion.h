@@ -26,6 +26,7 @@ enum NoteKind {
   kNoteKind_Inexact,
   kNoteKind_Delimiter,
   kNoteKind_Rate,
+  kNoteKind_NoTicks,
 };
 
 struct ConversionNote {

@@ -110,9 +110,10 @@ Result ConvertLine(const Settings& inSettings, const Timeline& inFrom, const Tim
     const TableRow row(inLine, inSettings.field, inSettings.delimiter);
     Conversion conversion = ConvertText(inSettings, inFrom, inTo, row.GetField());
     const bool isNumber = row.GetField().find_first_not_of("0123456789") == std::string::npos;
-    const bool isSeparator =
-        inSettings.delimiter == ':' ||
-        (inSettings.delimiter == ';' && HasDropFrameLabels(inSettings.fromFormat.format));
+    const utility::TimecodeFormat from = inSettings.fromFormat.format;
+    const bool isSeparator = inSettings.delimiter == ':'
+                                 ? GetNotation(inFrom, from).fields.size() > 2
+                                 : inSettings.delimiter == ';' && HasDropFrameLabels(from);
     if (inSettings.field > 0 && isSeparator && isNumber) {
       const std::string delimiter = Quote(std::string(1, inSettings.delimiter));
       conversion.notes.push_back(

@@ -54,9 +54,9 @@ std::string GetCaption(const Timeline& inTimeline, utility::TimecodeFormat inFor
 }
 
 JSON MakeJSON(utility::TimecodeFormat inFormat, const RulerScale& inScale,
-              const std::vector<PlacedTick>& inTicks) {
+              const std::vector<PlacedTick>& inTicks, const std::vector<ConversionNote>& inNotes) {
   JSON ruler{{"format", GetName(inFormat)}, {"from", inScale.GetFrom()}, {"to", inScale.GetTo()}};
-  AddNotes(ruler, inScale.GetNotes());
+  AddNotes(ruler, inNotes);
   ruler["ticks"] = JSON::array();
   for (const PlacedTick& placed : inTicks) {
     ruler["ticks"].push_back({{"position", placed.tick.position},
@@ -85,11 +85,14 @@ int DrawRuler(const Settings& inSettings) {
   const utility::TimecodeFormat format = inSettings.toFormat.format;
   const Timeline timeline = inSettings.GetTimeline(inSettings.toFormat);
   const RulerScale scale(timeline, format, inSettings.rulerFrom, inSettings.rulerTo);
-  NotePrinter().Print(scale.GetNotes());
   const std::string caption = GetCaption(timeline, format, scale);
   const int columns = inSettings.width.value_or(GetTerminalColumns());
+  const std::vector<PlacedTick> ticks = LayOut(scale, GetTextGrid(columns));
+  std::vector<ConversionNote> notes = scale.GetNotes();
+  if (ticks.empty()) notes.push_back({kNoteKind_NoTicks, "no label begins on this ruler"});
+  NotePrinter().Print(notes);
   if (inSettings.isJSON) {
-    std::cout << FormatJSON(MakeJSON(format, scale, LayOut(scale, GetTextGrid(columns)))) << '\n';
+    std::cout << FormatJSON(MakeJSON(format, scale, ticks, notes)) << '\n';
   } else if (inSettings.pictureFile.empty()) {
     std::cout << DrawAsText(scale, caption, columns, !IsLocaleUTF8());
   } else if (inSettings.pictureFile == "-") {

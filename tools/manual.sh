@@ -6,9 +6,9 @@ tool=$1 directory=$2 include=$(dirname "$0")/mezzo.h2m
 page() { # PAGE HEADLINE COMMAND...
   help2man --no-info --include="$include" --version-string="$("$tool" --version)" \
     --name="$2" "${*:3}" |
-    # Each example is a line of its own, and the page has its command's name.
+    # Each example is a line of its own, no word is hyphenated, and the page has its command's name.
     sed -E "/^\.SH EXAMPLES/,/^\.SH/s/^mezzo |^seq /.br\n&/; s/^mezzo \\\\- /$1 \\\\- /;
-      s/^\.TH [^ ]+/.TH ${1^^}/" | gzip -9n >"$directory/$1.1.gz"
+      s/^\.TH [^ ]+(.*)/.TH ${1^^}\1\n.nh/" | gzip -9n >"$directory/$1.1.gz"
 }
 
 mkdir -p "$directory"

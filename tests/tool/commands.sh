@@ -102,6 +102,7 @@ expect 0 19220 '*has fewer than four fields; the digits after the * fraction of 
 expect 0 $'3.6e+06\n3.6e+06' '*exponent *, which cannot be parsed*1 more*' format milliseconds 172800000 172800000
 expect 0 $'-0.9\n1\n100000' "*1: note: '-0.9' is the text of sample -48, but parses as sample -43*1 more*" \
   format milliseconds -- -48 48 4800019
+expect 0 -0.9 '*the text of sample -1, but not the nearest one' format milliseconds --rate 1000 -- -1
 expect 0 $'0:4.999\n1:1.000' "*'0:4.999' is the text of sample 0, but parses as sample -24" \
   format bars-beats --ticks -1 0 12
 expect 0 '   0:00.015' "*'   0:00.015' is the text of sample 1, but parses *" format decimal --rate 100 1
@@ -141,6 +142,7 @@ expect 0 'a;1602;00' "*line 1: note: '01' was converted alone; texts that contai
   <<<'a;01;00'
 expect 0 '"00;00;00;00";"00;00;00;29"' '' convert 25 29.97df --field 2 --delimiter ';' \
   <<<'"00;00;00;00";1:00'
+expect 0 'a:"6:1.000"' '' format bars-beats --field 2 --delimiter : <<<a:480000
 
 # Every format
 expect 0 ' 0  decimal          "   0:10.000"
@@ -195,7 +197,7 @@ refuse "unexpected argument '7'; see 'mezzo show --help'" show 5 7 8
 refuse '--fps needs a value' show 5 --fps
 refuse '--lenient takes no value' show 5 --lenient=3
 refuse "no command before '--version=false'*" --version=false show 5
-refuse "no value after '--rate='" format smpte --rate= 48000 96000
+refuse '--rate needs a value' format smpte --rate= 48000 96000
 refuse '*no conversion' format reserved 5
 refuse '*30 and 60 have drop-frame labels' format smpte-drop 5 --fps 25
 refuse '*30 frames per second, but --fps selects 25' format 29.97df 5 --fps 25
@@ -215,7 +217,7 @@ refuse "'' is not a position*" ruler --from 0 --to @
 refuse "*more than 250 hours*" ruler --from 0 --to 999:0:0:0
 refuse 'empty interval: *' ruler --from 5 --to 5
 refuse '--width: *' ruler --from 0 --to 5 --width 2001
-refuse "--svg: must be the name of a file, not '--json'" ruler --from 0 --to 5 --svg --json
+refuse '--svg needs a value' ruler --from 0 --to 5 --svg --json
 refuse '*cannot write*' ruler --from 0 --to 5 --svg /dev/full
 refuse 'give either *' ruler --from 0 --to 5 --svg x --json
 [[ -e /dev/full ]] && { "$mezzo" formats >/dev/full 2>&1; [[ $? == 2 ]] || fail 'full device'; }
@@ -241,6 +243,7 @@ done <<'END'
 999900            1e+06*     1.0001e+06*|--width 40 --from 999900 --to 1000100 --format milliseconds
  0      50    100    150    200    250   300|--width 44 --from -5 --to 300 --format samples
 END
+contain "$("$mezzo" ruler --from @10 --to @20 2>&1)" 'note: no label begins on this ruler'
 contain "$("$mezzo" ruler --format 6 --from 1:1 --to 1:7 --meter 6/8 --tempo 90 2>&1)" \
   "note: '1:7' stands for '2:1.000'" 'bars-beats, 48000 Hz, 6/8, 90 quarter notes per minute, samples 0 to 96000'
 ascii=$(LC_ALL=C "$mezzo" ruler --from 0 --to 1:00)

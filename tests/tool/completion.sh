@@ -31,6 +31,7 @@ expect '--fps' mezzo show 5 --json --fp
 expect '' mezzo show --rate ''
 expect 'RuvoMP2 RuvoMP3' mezzo handler RuvoMP
 expect "$2/mezzo.fish" mezzo ruler --svg "$2/mezzo.f"
+expect "$2/mezzo.fish" mezzo parse 25 '<' "$2/mezzo.f"
 
 # Each script contains every command, option, format and handler.
 mapfile -t names < <(

@@ -5,6 +5,7 @@ _mezzo() {
   local command='' before=0 word last='' words=''
   local valued='@(--rate|--fps|--tempo|--meter|--ticks|--offset-ms|--field|--delimiter|=)'
   ((COMP_CWORD > 1)) && command=${COMP_WORDS[1]}
+  [[ $previous == = ]] && previous=${COMP_WORDS[COMP_CWORD - 2]}
   # The number of arguments before this one, without options and their values: parse and format take
   # a format first, convert takes two.
   for word in "${COMP_WORDS[@]:2:COMP_CWORD-2}"; do
@@ -19,8 +20,9 @@ _mezzo() {
   local table='--json --field --delimiter --header --help'
   case "$command $previous" in
     'show --from' | 'ruler --format') words=$formats ;;
-    'ruler --svg')
+    'ruler --svg' | *' <' | *' >' | *' >>')
       mapfile -t COMPREPLY < <(compgen -f -- "$current")
+      compopt -o filenames 2>/dev/null
       return
       ;;
     *' --rate' | *' --fps' | *' --tempo' | *' --meter' | *' --ticks' | *' --offset-ms' | \
@@ -47,4 +49,4 @@ _mezzo() {
   mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
 }
 
-complete -o filenames -F _mezzo mezzo
+complete -F _mezzo mezzo
