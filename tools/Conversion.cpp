@@ -185,7 +185,7 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation, Timecode
 void CutFraction(std::string_view& ioDigits, const Timeline& inTimeline, TimecodeFormat inFormat,
                  double inUnits) {
   constexpr std::size_t kMostDigits = 9;
-  constexpr double kLargestProduct = 7.0 * (1LL << 60);
+  constexpr double kLargestProduct = 0x7p60;
   ioDigits = ioDigits.substr(0, kMostDigits);
   if (!GetNotation(inTimeline, inFormat).HasFrames()) return;
   const double factor = IsPulledDown(inFormat) ? 1001.0 : 1.0;
