@@ -134,8 +134,8 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// The result is the first sample at or after the start of the labelled frame, computed in exact
 /// integers. If a product would exceed 7 × 2^60, which takes extreme rates or a long fraction, the
 /// result is computed in double precision and approximate. Writing the result at the same rates
-/// gives an existing label back, if a frame lasts at least one sample and both the frame count and
-/// the frame rate × 3600 fit in 32 bits.
+/// gives the label back, unless it is a dropped one, if a frame lasts at least one sample and both
+/// the frame count and the frame rate × 3600 fit in 32 bits.
 ///
 /// \param[out] outSamples receives the position in samples; -1 for an empty text; 0 for a text
 ///     without digits; 0, with a report, for a frame rate of 0.

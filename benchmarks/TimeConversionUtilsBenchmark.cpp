@@ -313,7 +313,7 @@ const ReadingRow sReadings[] = {
     {"bars-beats", &Write<kTimecodeFormat_BarsAndBeats>, &Read<kTimecodeFormat_BarsAndBeats>,
      &ScanBarsAndBeats},
     {"beats", &Write<kTimecodeFormat_Beats>, &Read<kTimecodeFormat_Beats>, &ScanNumber<kRate / 2>},
-    // From 1000 seconds on, milliseconds have an exponent, which people do not type.
+    // Within 100 seconds: from 1000 seconds on, milliseconds have an exponent, which nobody types.
     {"milliseconds",
      [](UTF16String& outText, std::int64_t inSamples) {
        Write<kTimecodeFormat_Milliseconds>(outText, inSamples % (100 * kRate));

@@ -1,6 +1,6 @@
 // Calls every exported function with arbitrary arguments; none may crash. Compares timecode, and
-// bars and beats, with references: labels from 64-bit divisions, texts parsed step by step,
-// positions in extended precision.
+// bars and beats, with references: labels from 64-bit divisions, texts parsed by a separate, simple
+// parser, positions in extended precision.
 
 #include "../tests/support/ExportedCalls.h"
 #include "../tests/support/Reports.h"
@@ -139,7 +139,7 @@ void CheckParsedTimecode(const RecordedCall& inCall) {
   const std::int64_t factor = (1000 + pulldown) * rate, divisor = 1000 * timecode.denominator * fps;
   if (frames > kLargestInt) return;  // wraps in the library
   const std::int64_t fractions = timecode.denominator * frames + timecode.numerator;
-  // Stays below 7 × 2^60, from where on the library estimates in double precision.
+  // From 7 × 2^60 on, the library computes in double precision.
   if (static_cast<long double>(fractions) * factor >= 0x1p62L) return;
   inCall.RequireEqual(std::to_string((fractions * factor + divisor - 1) / divisor));
 }

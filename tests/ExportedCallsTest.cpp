@@ -68,7 +68,7 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
   }
   EXPECT_TRUE(everFails || everyResult.begin()->back() != '"') << "no text outgrew its string";
   EXPECT_TRUE(!returnsFalse || everyResult.size() == utility::kNativePluginIndex_DocketNative + 2U)
-      << "one result for each handler, and one for every other text";
+      << "one result for each handler, and a single one for all other texts";
 }
 
 INSTANTIATE_TEST_SUITE_P(, OutOfMemory, testing::ValuesIn(GetExportedCalls()));

@@ -27,11 +27,11 @@ constexpr char kToolDescription[] =
 
 A position is a signed sample count. Texts in other formats may begin with a
 minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
-and end in a decimal fraction. Its first nine digits are used; in a
-fraction of a frame, as many of them as give an exact result, usually four or
-more. In bars and beats the last fields may be omitted instead, and "." precedes
-the ticks. Unit words may follow the numbers: "1 h 2 min 3 s" in clock time,
-"3 bars 2 beats".
+and end in a decimal fraction. In bars and beats the last fields may be omitted
+instead, and "." precedes the ticks. Unit words may follow the numbers:
+"1 h 2 min 3 s" in clock time, "3 bars 2 beats". Of a fraction, the first nine
+digits are used. Of a fraction of a frame, as many of them are used as the
+library parses exactly, usually four or more.
 
 A FORMAT is a name or number that 'mezzo formats' lists, in any letter case, or
 the name of a frame rate, which selects the nominal rate, too:
@@ -116,8 +116,8 @@ constexpr char kRulerFooter[] = R"(Beginning and end:
   A text in the ruler's format, or @ and a sample count, such as @-48000.
 
 Labels and positions:
-  Each tick stands at the position that a round value of the format is parsed as.
-  Its label is the text of that position.
+  The position of each tick is that of a round value, such as 00:00:05:00. Its
+  label is the text of that position.
   If labels are less than a minute apart, the frames on both sides of a gap in
   drop-frame labels have ticks, too. An asterisk marks a label that reads back as
   another position.

@@ -152,8 +152,8 @@ std::vector<std::int64_t> GetValues(const TypedText& inTyped, const Notation& in
   return values;
 }
 
-/// \return the typed number of frames, for drop-frame labels an upper bound; in a format without
-///     frames, of the last whole field's units.
+/// \return the typed value in frames, or in beats for bars and beats; an upper bound for bars and
+///     for drop-frame labels.
 /// \exception UserError for numbers that overflow: the library parses each number, and counts
 /// frames and beats, in 32 bits.
 double CountUnits(const TypedText& inTyped, const Notation& inNotation, TimecodeFormat inFormat,
@@ -170,8 +170,8 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation, Timecode
   // Room for two more bars: the library parses a negative bar as a distance from bar 1, and writes
   // a position before bar 1 as beats after the start of an earlier bar.
   if (inNotation.HasBars()) total += 2.0 * static_cast<double>(inNotation.fields[1].radix);
-  // Every ten minutes, exactly one label in a thousand is dropped. In between, 0.999 × total is
-  // less than a second off.
+  // Each block of ten minutes drops exactly one label in a thousand. Within a block, 0.999 × total
+  // is less than a second off.
   if (HasDropFrameLabels(inFormat))
     total = 0.999 * total + static_cast<double>(inNotation.fields.back().radix);
   const bool isCount = inNotation.HasBars() || inNotation.HasFrames();
@@ -180,8 +180,8 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation, Timecode
   return total;
 }
 
-/// Cuts a fraction to the digits that the library parses exactly: nine, or as many as it computes
-/// in integers for a fraction of a frame.
+/// Cuts a fraction to the digits that the library parses exactly: at most nine, and in a fraction
+/// of a frame only as many as it computes in integers.
 void CutFraction(std::string_view& ioDigits, const Timeline& inTimeline, TimecodeFormat inFormat,
                  double inUnits) {
   constexpr std::size_t kMostDigits = 9;
@@ -229,7 +229,7 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
     notes.push_back({inKind, Quote(inParsed.text) + inMessage});
   };
   const auto& numbers = inTyped.numbers;
-  const bool isTimecode = GetName(inFormat).starts_with("smpte");
+  const bool isFullTimecode = GetName(inFormat).starts_with("smpte");
   const bool hasPoint = numbers.back().separator == '.';
   const bool hasSemicolon =
       std::any_of(numbers.begin(), numbers.end(),
@@ -237,7 +237,7 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
   if (hasSemicolon && !HasDropFrameLabels(inFormat)) {
     add(kNoteKind_Semicolon, " has a ';', but " + GetName(inFormat) + " has no drop-frame labels");
   }
-  if (isTimecode && hasPoint && numbers.size() <= 4)
+  if (isFullTimecode && hasPoint && numbers.size() <= 4)
     add(kNoteKind_Fraction,
         " has fewer than four fields; the digits after the '.' are a fraction of a frame");
   if (inNotation.HasBars() && hasPoint && numbers.size() <= 2)
@@ -251,12 +251,12 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
                inNumber.GetValue() >= inNotation.fields[inNumber.field].radix;
       });
   // Bars and beats with a decimal fraction do not read back, so they are not compared.
-  if (!overflows && !isTimecode && !inNotation.HasTicks()) return notes;
+  if (!overflows && !isFullTimecode && !inNotation.HasTicks()) return notes;
   // Rounding may put the position one sample before the beginning of its label.
   if (!HasValues(inTimeline, inFormat, inParsed.position, inTyped) &&
       !HasValues(inTimeline, inFormat, inParsed.position + 1, inTyped)) {
     add(kNoteKind_NoSuchLabel,
-        (isTimecode && !hasPoint ? " is not a label; it stands for " : " stands for ") +
+        (isFullTimecode && !hasPoint ? " is not a label; it stands for " : " stands for ") +
             Quote(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inParsed.position))));
   }
   return notes;

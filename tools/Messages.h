@@ -26,9 +26,9 @@ class UserError : public std::runtime_error {
 /// escaped, and the text is cut after 80 characters.
 std::string Quote(std::string_view inText);
 
-/// Returns the end of a message about an unknown word: it suggests a known word that starts with
-/// it, has it after a hyphen, or is spelled similarly. Failing that, it names the command that
-/// lists the known words.
+/// \return the end of a message about an unknown word: a suggestion of a known word that begins
+/// with the unknown one, has it after a hyphen, or is spelled similarly; failing that, the command
+/// that lists the known words.
 std::string SuggestWord(const std::string& inUnknown, const std::vector<std::string>& inKnown,
                         const std::string& inListingCommand);
 

@@ -1,9 +1,9 @@
 /// \file
 /// The scale of a time ruler: the positions and labels of its ticks.
 ///
-/// Each tick stands at the position that a round value of the format is parsed as, and its label is
-/// the text of that position. A ruler therefore shows both how texts are parsed and how positions
-/// are formatted. If labels are less than a minute apart, the frames on both sides of a gap in
+/// The position of each tick is parsed from a round value, such as 00:00:05:00. Its label is the
+/// text of that position. A ruler therefore shows both how texts are parsed and how positions are
+/// formatted. If labels are less than a minute apart, the frames on both sides of a gap in
 /// drop-frame labels have ticks, too.
 #pragma once
 

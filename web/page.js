@@ -130,11 +130,11 @@ function step(unit, by) {
   const text = findShown(counted)?.text;
   if (!text) return;
   const [, bar, count, ticks] = /^(.*:)?(-?\d+)(.*)$/.exec(text);
-  const counts = by * (unit === 'second' ? answer.fps : 1);
-  move(counted, `${bar ?? ''}${Number(count) + counts}${ticks}`);
+  const increment = by * (unit === 'second' ? answer.fps : 1);
+  move(counted, `${bar ?? ''}${Number(count) + increment}${ticks}`);
 }
 
-function zoom(factor) {
+function scaleSpan(factor) {
   fields.span.value *= factor;
   update();
 }
@@ -180,14 +180,14 @@ function listen() {
     if (button) copy(button.querySelector('samp').textContent);
   });
   on(find('#steps'), 'click', ({target: {name, value}}) => {
-    if (name === 'zoom') zoom(2 ** -value);
+    if (name === 'zoom') scaleSpan(2 ** -value);
     else if (name) step(name, Number(value));
   });
   const directions = {ArrowUp: 1, ArrowDown: -1, ArrowRight: 1, ArrowLeft: -1};
   on(find('main'), 'keydown', event => {
     const isOnRuler = event.target === ruler;
     const isHorizontal = /Left|Right/.test(event.key);
-    if (isOnRuler && /^[-+]$/.test(event.key)) zoom(event.key === '+' ? 0.5 : 2);
+    if (isOnRuler && /^[-+]$/.test(event.key)) scaleSpan(event.key === '+' ? 0.5 : 2);
     if (!directions[event.key] || !(isOnRuler || event.target === fields.text && !isHorizontal)) return;
     event.preventDefault();
     step(event.shiftKey ? 'second' : event.altKey ? 'beat' : 'frame', directions[event.key]);
@@ -206,7 +206,7 @@ function listen() {
   on(ruler, 'wheel', event => {
     if (!event.ctrlKey && document.activeElement !== ruler) return;  // the page scrolls
     event.preventDefault();
-    zoom(2 ** (Math.sign(event.deltaY) / 4));
+    scaleSpan(2 ** (Math.sign(event.deltaY) / 4));
   }, {passive: false});
   on(window, 'hashchange', followAddress);
   on(window, 'resize', update);

@@ -40,8 +40,8 @@ void Watch(const char* inName, bool inRegistered) noexcept {
     std::fputs("signal is built; ", stderr);
   const auto getSignal = reinterpret_cast<decltype(&utility::GetAppActivatedSignal)>(
       dlsym(library, "_ZN5mezzo7utility21GetAppActivatedSignalEv"));
-  const auto tellsItsEnd = [](int*) { std::fputs("signal is gone; ", stderr); };
-  getSignal().connect([token = std::shared_ptr<int>(nullptr, tellsItsEnd)](bool) {});
+  const auto printEnd = [](int*) { std::fputs("signal is gone; ", stderr); };
+  getSignal().connect([token = std::shared_ptr<int>(nullptr, printEnd)](bool) {});
   std::exit(0);
 }
 
