@@ -115,7 +115,7 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// \param inBeatInfo tempo and meter, for beats and for bars and beats; may be null otherwise.
 /// \param inIsDuration for bars and beats: the value is a length, counted from 0 without offset.
 /// \return true, also for formats that write nothing. False if `inBeatInfo` is missing (reported,
-///     text unchanged) or the format's converter fails.
+///     text unchanged) or the function that writes this format returns false.
 MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::int64_t inSamples,
                                            std::int32_t inSampleRate, TimecodeFormat inFormat,
                                            std::int32_t inTimecodeFPS, const BeatInfo* inBeatInfo,

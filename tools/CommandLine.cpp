@@ -29,9 +29,9 @@ A position is a signed sample count. Texts in other formats may begin with a
 minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
 and end in a decimal fraction. In bars and beats the last fields may be omitted
 instead, and "." precedes the ticks. Unit words may follow the numbers:
-"1 h 2 min 3 s" in clock time, "3 bars 2 beats". Of a fraction, the first nine
-digits are used. Of a fraction of a frame, as many of them are used as the
-library parses exactly, usually four or more.
+"1 h 2 min 3 s" in clock time, "3 bars 2 beats". Only the first nine digits of a
+fraction are used. For a fraction of a frame, only the digits that the library
+can parse exactly are used, usually four or more.
 
 A FORMAT is a name or number that 'mezzo formats' lists, in any letter case, or
 the name of a frame rate, which selects the nominal rate, too:

@@ -225,7 +225,7 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
                                          const Timeline& inTimeline, TimecodeFormat inFormat,
                                          const Conversion& inParsed) {
   std::vector<ConversionNote> notes;
-  const auto add = [&](NoteKind inKind, const std::string& inMessage) {
+  const auto add = [&](ConversionNoteKind inKind, const std::string& inMessage) {
     notes.push_back({inKind, Quote(inParsed.text) + inMessage});
   };
   const auto& numbers = inTyped.numbers;
@@ -235,13 +235,14 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
       std::any_of(numbers.begin(), numbers.end(),
                   [](const TypedNumber& inNumber) { return inNumber.separator == ';'; });
   if (hasSemicolon && !HasDropFrameLabels(inFormat)) {
-    add(kNoteKind_Semicolon, " has a ';', but " + GetName(inFormat) + " has no drop-frame labels");
+    add(kConversionNoteKind_Semicolon,
+        " has a ';', but " + GetName(inFormat) + " has no drop-frame labels");
   }
   if (isFullTimecode && hasPoint && numbers.size() <= 4)
-    add(kNoteKind_Fraction,
+    add(kConversionNoteKind_Fraction,
         " has fewer than four fields; the digits after the '.' are a fraction of a frame");
   if (inNotation.HasBars() && hasPoint && numbers.size() <= 2)
-    add(kNoteKind_Fraction,
+    add(kConversionNoteKind_Fraction,
         " has no beat number; the digits after the '.' are a part of the first beat");
   // The first number may exceed its radix: in clock time, "90:00" is an hour and a half.
   const bool overflows =
@@ -255,7 +256,7 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
   // Rounding may put the position one sample before the beginning of its label.
   if (!HasValues(inTimeline, inFormat, inParsed.position, inTyped) &&
       !HasValues(inTimeline, inFormat, inParsed.position + 1, inTyped)) {
-    add(kNoteKind_NoSuchLabel,
+    add(kConversionNoteKind_NoSuchLabel,
         (isFullTimecode && !hasPoint ? " is not a label; it stands for " : " stands for ") +
             Quote(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inParsed.position))));
   }
@@ -296,7 +297,7 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   ioConversion.text = text;
   if (inFormat == kTimecodeFormat_Samples) return;
   if (inFormat == kTimecodeFormat_Milliseconds && text.find('e') != std::string::npos) {
-    ioConversion.notes.push_back({kNoteKind_Exponent,
+    ioConversion.notes.push_back({kConversionNoteKind_Exponent,
                                   "milliseconds have six significant digits, and an exponent from "
                                   "1000 seconds on, which cannot be parsed: " +
                                       Quote(text)});
@@ -326,9 +327,9 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   if (isRounded ? error > 0.500001 * unit : unit < 1.0 && distance > 0.0) {
     const std::string result =
         distance == 0.0 ? "not the nearest one" : "parses as sample " + std::to_string(parsed);
-    ioConversion.notes.push_back({kNoteKind_Inexact, Quote(text) + " is the text of sample " +
-                                                         std::to_string(ioConversion.position) +
-                                                         ", but " + result});
+    ioConversion.notes.push_back({kConversionNoteKind_Inexact,
+                                  Quote(text) + " is the text of sample " +
+                                      std::to_string(ioConversion.position) + ", but " + result});
   }
 }
 
@@ -380,7 +381,7 @@ Conversion ParseLeniently(const Timeline& inTimeline, TimecodeFormat inFormat,
   }
   return {position,
           inText,
-          {{kNoteKind_Lenient,
+          {{kConversionNoteKind_Lenient,
             Quote(inText) + " is parsed leniently, as sample " + std::to_string(position)}}};
 }
 

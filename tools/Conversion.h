@@ -17,20 +17,20 @@
 
 namespace mezzo::tool {
 
-enum NoteKind {
-  kNoteKind_Lenient,
-  kNoteKind_Semicolon,
-  kNoteKind_Fraction,
-  kNoteKind_NoSuchLabel,
-  kNoteKind_Exponent,
-  kNoteKind_Inexact,
-  kNoteKind_Delimiter,
-  kNoteKind_Rate,
-  kNoteKind_NoTicks,
+enum ConversionNoteKind {
+  kConversionNoteKind_Lenient,
+  kConversionNoteKind_Semicolon,
+  kConversionNoteKind_Fraction,
+  kConversionNoteKind_NoSuchLabel,
+  kConversionNoteKind_Exponent,
+  kConversionNoteKind_Inexact,
+  kConversionNoteKind_Delimiter,
+  kConversionNoteKind_Rate,
+  kConversionNoteKind_EmptyRuler,
 };
 
 struct ConversionNote {
-  NoteKind kind;
+  ConversionNoteKind kind;
   std::string text;
 };
 
@@ -52,7 +52,7 @@ class NotePrinter {
   void Print(const std::vector<ConversionNote>& inNotes, const std::string& inPlace = "");
 
  private:
-  std::set<NoteKind> fPrinted;
+  std::set<ConversionNoteKind> fPrinted;
   std::size_t fOmitted = 0;
 };
 

@@ -87,10 +87,10 @@ Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const
   if (isRateInferred && isPulledDown != IsPulledDown(to) && GetNotation(inFrom, from).HasFrames() &&
       GetNotation(inTo, to).HasFrames()) {
     const std::string rate = std::to_string(inTo.framesPerSecond);
-    conversion.notes.push_back({kNoteKind_Rate, GetName(isPulledDown ? from : to) + " has " + rate +
-                                                    " x 1000/1001 frames per second, but " +
-                                                    GetName(isPulledDown ? to : from) + " has " +
-                                                    rate});
+    conversion.notes.push_back(
+        {kConversionNoteKind_Rate, GetName(isPulledDown ? from : to) + " has " + rate +
+                                       " x 1000/1001 frames per second, but " +
+                                       GetName(isPulledDown ? to : from) + " has " + rate});
   }
   return conversion;
 }
@@ -117,10 +117,10 @@ Result ConvertLine(const Settings& inSettings, const Timeline& inFrom, const Tim
     if (inSettings.field > 0 && isSeparator && isNumber) {
       const std::string delimiter = Quote(std::string(1, inSettings.delimiter));
       conversion.notes.push_back(
-          {kNoteKind_Delimiter, Quote(row.GetField()) +
-                                    " was converted alone; texts that contain "
-                                    "the delimiter " +
-                                    delimiter + " need quotes"});
+          {kConversionNoteKind_Delimiter, Quote(row.GetField()) +
+                                              " was converted alone; texts that contain "
+                                              "the delimiter " +
+                                              delimiter + " need quotes"});
     }
     const bool toSamples = inSettings.toFormat.format == utility::kTimecodeFormat_Samples;
     const std::string text = toSamples ? std::to_string(conversion.position) : conversion.text;

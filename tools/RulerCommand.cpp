@@ -89,7 +89,8 @@ int DrawRuler(const Settings& inSettings) {
   const int columns = inSettings.width.value_or(GetTerminalColumns());
   const std::vector<PlacedTick> ticks = LayOut(scale, GetTextGrid(columns));
   std::vector<ConversionNote> notes = scale.GetNotes();
-  if (ticks.empty()) notes.push_back({kNoteKind_NoTicks, "no label begins on this ruler"});
+  if (ticks.empty())
+    notes.push_back({kConversionNoteKind_EmptyRuler, "no label begins on this ruler"});
   NotePrinter().Print(notes);
   if (inSettings.isJSON) {
     std::cout << FormatJSON(MakeJSON(format, scale, ticks, notes)) << '\n';

@@ -27,7 +27,7 @@ constexpr const char kLetterG[] = "$$$/mezzo/MusicalNotes/G=G";
 
 /// The localisation keys of a note's letters. A black key lies between two letters.
 struct NoteLetters {
-  const char* below;
+  const char* below;  ///< a natural note's own letter
   const char* above;  ///< null for a natural note
 };
 

@@ -52,6 +52,6 @@ complete -c mezzo -n '__mezzo_of ruler' -l to -x -d 'End'
 complete -c mezzo -n '__mezzo_of ruler' -l width -x -d 'Width in columns'
 complete -c mezzo -n '__mezzo_of ruler' -l svg -r -F -d 'Draw an SVG picture'
 complete -c mezzo -n '__mezzo_of note' -l index -x -d 'Semitones above A'
-complete -c mezzo -n '__mezzo_of note' -l octave -x -d 'Octave of the A'
+complete -c mezzo -n '__mezzo_of note' -l octave -x -d 'Octave of the A that --index counts from'
 complete -c mezzo -n '__mezzo_of note' -l flat -d 'Name black keys only by their flats'
 complete -c mezzo -n '__mezzo_of handler' -a "$handlers"
