@@ -131,11 +131,11 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// ten or more. If no digit follows a "." and at most four numbers precede it, the last number is
 /// the fraction; for a single number, as in "1.", the denominator is then 1.
 ///
-/// The result is the first sample at or after the start of the labelled frame, computed in exact
-/// integers. If a product would exceed 7 × 2^60, which takes extreme rates or a long fraction, the
-/// result is computed in double precision and approximate. Writing the result at the same rates
-/// gives the label back, unless it is a dropped one, if a frame lasts at least one sample and both
-/// the frame count and the frame rate × 3600 fit in 32 bits.
+/// The result is the first sample at or after the start of the labelled frame, computed as a
+/// quotient of integers. If the dividend exceeds 7 × 2^60, which takes extreme rates or a long
+/// fraction, the result is computed in double precision and is only approximate. Writing the result
+/// at the same rates gives every label back that is not dropped. This holds if a frame lasts at
+/// least one sample, and if the frame count and the frame rate × 3600 fit in 32 bits.
 ///
 /// \param[out] outSamples receives the position in samples; -1 for an empty text; 0 for a text
 ///     without digits; 0, with a report, for a frame rate of 0.

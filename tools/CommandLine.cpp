@@ -43,8 +43,8 @@ constexpr char kToolFooter[] = R"(Exit status:
   0  Success. 'show' succeeds even if some formats have no text.
   1  'parse', 'format' or 'convert' could not convert an input. Its line is
      empty, or unchanged with --field; all other inputs were converted.
-  2  An argument (for 'show' and 'ruler' also a position) cannot be used, or a
-     file cannot be read or written.
+  2  An argument cannot be used (for 'show' and 'ruler' this includes the
+     positions), or a file cannot be read or written.
 
 Notes:
   A note on standard error says where a text is misleading, or how --lenient
@@ -74,7 +74,7 @@ constexpr char kParseFooter[] = R"(JSON:
   [{"item", "samples", "text", "notes"}, ...]
 
   "item" is the number of the input, "text" the parsed text. "notes" is present
-  only if there are notes. An input that cannot be converted has the form
+  only if there are notes. The entry of an input that cannot be converted is
   {"item", "text", "error"}, where "text" is the whole line even with --field.
 
 Examples:
@@ -398,8 +398,8 @@ void RequireValues(const CLI::App& inApp, const std::vector<std::string>& inArgu
     const CLI::Option* const option = inApp.get_option_no_throw(name);
     if (option == nullptr || option->get_items_expected_max() == 0) continue;
     const auto next = std::next(argument);
-    const bool isLast = next == inArguments.end() || *next == "--" || IsOption(*next);
-    if (name == *argument ? isLast
+    const bool lacksNextValue = next == inArguments.end() || *next == "--" || IsOption(*next);
+    if (name == *argument ? lacksNextValue
                           : argument->ends_with('=') && argument->size() == name.size() + 1)
       throw UserError(name + " needs a value");
   }

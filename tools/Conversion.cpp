@@ -152,8 +152,8 @@ std::vector<std::int64_t> GetValues(const TypedText& inTyped, const Notation& in
   return values;
 }
 
-/// \return the typed value in frames, or in beats for bars and beats; an upper bound for bars and
-///     for drop-frame labels.
+/// \return the typed value without its fraction: in frames, seconds, milliseconds or beats. For
+///     bars and for drop-frame labels it is an upper bound.
 /// \exception UserError for numbers that overflow: the library parses each number, and counts
 /// frames and beats, in 32 bits.
 double CountUnits(const TypedText& inTyped, const Notation& inNotation, TimecodeFormat inFormat,

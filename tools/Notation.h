@@ -46,7 +46,8 @@ struct Notation {
   double samplesInUnit;                              ///< samples per unit of the last field
   bool libraryParsesSign = false;                    ///< the tool need not negate the position
 
-  /// In bars and beats, the last fields may be omitted; in every other notation, the leading ones.
+  /// \return whether this is the notation of bars and beats. Its last fields may be omitted; in
+  /// every other notation, the leading ones.
   bool HasBars() const { return fields.front().unit == kUnit_Bars; }
   bool HasTicks() const { return fields.back().unit == kUnit_Ticks; }
   bool HasFrames() const { return fields.back().unit == kUnit_Frames; }

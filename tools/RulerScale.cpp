@@ -36,7 +36,7 @@ std::int64_t GetModulo(std::int64_t inValue, std::int64_t inDivisor) {
   return (inValue % inDivisor + inDivisor) % inDivisor;
 }
 
-/// The text of a count of the last field's units.
+/// Writes a number of units of the last field as a text in the notation.
 std::string FormatUnits(const Notation& inNotation, std::int64_t inUnits) {
   const bool isMirrored = inUnits < 0 && !inNotation.libraryParsesSign;
   std::int64_t units = isMirrored ? -inUnits : inUnits;

@@ -29,9 +29,9 @@ grep -q '^libmezzo1 .*libstdc++6' "$scratch/installed"
 diff <("$build/bin/mezzo" show 480000) <("$root/usr/bin/mezzo" show 480000)
 ldd "$root/usr/bin/mezzo" >"$scratch/libraries"
 grep -q "libMezzo.so.1 => $root/usr/" "$scratch/libraries"
-# The README's project finds the library in this root, although it was built for another prefix. It
-# includes every header. It also has an implicit conversion, which the library's own warning options
-# would reject.
+# The README's project finds the library in this root, although the library was built for another
+# prefix. The lines added below include every header and have an implicit conversion that the
+# library's own warning options would reject.
 mkdir -p "$scratch/desk/host" && cd "$scratch/desk"
 awk '/^```/ { file = $2; next } file { print >file }' "$source/README.md"
 (cd "$root/usr/include/mezzo" && printf '#include <%s>\n' */*.h) >>label.cpp

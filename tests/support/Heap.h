@@ -8,7 +8,8 @@ namespace mezzo::test::heap {
 std::uint64_t GetAllocationCount();
 /// Blocks allocated less those freed; a call that leaks nothing leaves it as it was.
 extern thread_local std::int64_t sBlocks;
-/// Allocations until one throws std::bad_alloc; while it is negative, all succeed.
+/// The number of allocations that succeed before one throws std::bad_alloc. While it is negative,
+/// all succeed.
 extern thread_local std::int64_t sUntilFailure;
 
 }  // namespace mezzo::test::heap

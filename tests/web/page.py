@@ -47,7 +47,7 @@ def tool(*words):
     done = subprocess.run([sys.argv[2], *words], capture_output=True, text=True)
     return done.stdout.strip(), done.stderr[7:].strip() if done.returncode else ""  # without the leading "mezzo: "
 
-def expected(text, taken, settings, ruler, span=200000, notes=""):
+def expected(text, taken, settings, ruler_format, span=200000, notes=""):
     words = [f"--{name.replace('_', '-')}={value}" for name, value in settings.items()]
     listed = [each["name"] for each in json.loads(tool("formats", "--json")[0])
               if each["text"] and not each["meaning"].startswith("same as")]
@@ -58,7 +58,7 @@ def expected(text, taken, settings, ruler, span=200000, notes=""):
     sample = int(rows[1]["text"])
     width = str((find("#ruler").get_property("clientWidth") - 48) // 8)
     ends = "--from", f"@{sample - span // 2}", "--to", f"@{sample + span // 2}"
-    drawn, error = tool("ruler", "--svg", "-", "--format", ruler, *words, "--width", width, *ends)
+    drawn, error = tool("ruler", "--svg", "-", "--format", ruler_format, *words, "--width", width, *ends)
     return [f"sample {sample}", notes or "; ".join(json.loads(shown).get("notes", [])), "",
             *[part for each in rows for part in (each["text"] or "", *each.get("notes", [""]))],
             *(re.findall("<(?:text|title).*?>(.*)</", drawn) or [error])]

@@ -10,7 +10,7 @@ function __mezzo_of
 end
 # Whether the number of arguments after the command is one of those given. Options and their values
 # are not counted.
-function __mezzo_arguments
+function __mezzo_argument_count_is
     set -l count 0
     set -l previous ''
     for word in (commandline -opc)[3..]
@@ -35,8 +35,8 @@ complete -c mezzo -l help -d 'Print help'
 complete -c mezzo -n __fish_use_subcommand -l help-all -d 'Print the help of every command'
 complete -c mezzo -n __fish_use_subcommand -l version -d 'Print the version'
 complete -c mezzo -n 'not __fish_use_subcommand' -l json -d 'Write JSON'
-complete -c mezzo -n '__mezzo_of parse format; and __mezzo_arguments 0' -a "$formats"
-complete -c mezzo -n '__mezzo_of convert; and __mezzo_arguments 0 1' -a "$formats"
+complete -c mezzo -n '__mezzo_of parse format; and __mezzo_argument_count_is 0' -a "$formats"
+complete -c mezzo -n '__mezzo_of convert; and __mezzo_argument_count_is 0 1' -a "$formats"
 complete -c mezzo -n '__mezzo_of show' -l from -x -a "$formats" -d 'Format of the position'
 complete -c mezzo -n '__mezzo_of show parse convert' -l lenient -d 'Parse as the library does'
 complete -c mezzo -n '__mezzo_of parse format convert' -l field -x -d 'Convert only this field of each line'
