@@ -77,6 +77,9 @@ constexpr char kParseFooter[] = R"(JSON:
   only if there are notes. The entry of an input that cannot be converted is
   {"item", "text", "error"}, where "text" is the whole line even with --field.
 
+Tables:
+  With --field, a field in double quotes may contain the delimiter and line ends.
+
 Examples:
   mezzo parse smpte 01:02:03:04
   mezzo parse bars-beats -1:4.000 2:1 --tempo 90
@@ -135,8 +138,8 @@ constexpr char kNoteFooter[] = R"(JSON:
   {"name", "index", "octave"}, and "frequency" if one was given.
 
 Octaves:
-  Octaves begin at A in --octave and "octave", and at C in names. Names of notes
-  below A0, 27.5 Hz, have no octave.
+  Octaves begin at A in --octave and "octave", and at C in names. Below 27.5 Hz,
+  names have no octave.
 
 Examples:
   mezzo note 440

@@ -167,9 +167,12 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation, Timecode
     greatest = std::max(greatest, value);
     if (field.separator != '.') total = total * static_cast<double>(field.radix) + value;
   }
-  // Room for two more bars: the library parses a negative bar as a distance from bar 1, and writes
-  // a position before bar 1 as beats after the start of an earlier bar.
-  if (inNotation.HasBars()) total += 2.0 * static_cast<double>(inNotation.fields[1].radix);
+  // Beats are counted from bar 1, or from 0 in lengths. A position before bar 1 is written as beats
+  // after the start of an earlier bar.
+  if (inNotation.HasBars()) {
+    const int moreBars = inTyped.isNegative ? 2 : -inNotation.fields.front().origin;
+    total += static_cast<double>(moreBars * inNotation.fields[1].radix);
+  }
   // Each block of ten minutes drops exactly one label in a thousand. Within a block, 0.999 × total
   // is less than a second off.
   if (HasDropFrameLabels(inFormat))
@@ -251,14 +254,20 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
         return !inNumber.isFraction &&
                inNumber.GetValue() >= inNotation.fields[inNumber.field].radix;
       });
+  const std::string label =
+      Quote(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inParsed.position)));
+  const auto follows = [](const TypedNumber& inBefore, const TypedNumber& inNumber) {
+    return inNumber.separator == ' ' && inBefore.word.empty();
+  };
+  if (std::adjacent_find(numbers.begin(), numbers.end(), follows) != numbers.end())
+    add(kConversionNoteKind_Blank, " has a blank between numbers; it stands for " + label);
   // Bars and beats with a decimal fraction do not read back, so they are not compared.
   if (!overflows && !isFullTimecode && !inNotation.HasTicks()) return notes;
   // Rounding may put the position one sample before the beginning of its label.
   if (!HasValues(inTimeline, inFormat, inParsed.position, inTyped) &&
       !HasValues(inTimeline, inFormat, inParsed.position + 1, inTyped)) {
     add(kConversionNoteKind_NoSuchLabel,
-        (isFullTimecode && !hasPoint ? " is not a label; it stands for " : " stands for ") +
-            Quote(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inParsed.position))));
+        (isFullTimecode && !hasPoint ? " is not a label; it stands for " : " stands for ") + label);
   }
   return notes;
 }

@@ -21,6 +21,7 @@ enum ConversionNoteKind {
   kConversionNoteKind_Lenient,
   kConversionNoteKind_Semicolon,
   kConversionNoteKind_Fraction,
+  kConversionNoteKind_Blank,
   kConversionNoteKind_NoSuchLabel,
   kConversionNoteKind_Exponent,
   kConversionNoteKind_Inexact,

@@ -19,7 +19,10 @@ namespace {
 /// The texts to convert: the arguments, or the lines of standard input in place of "-".
 class TextSource {
  public:
-  explicit TextSource(std::vector<std::string> inArguments) : fArguments(std::move(inArguments)) {
+  explicit TextSource(const Settings& inSettings)
+      : fArguments(inSettings.texts),
+        fHasFields(inSettings.field > 0),
+        fDelimiter(inSettings.delimiter) {
     if (fArguments.empty()) fArguments = {"-"};
   }
 
@@ -27,7 +30,7 @@ class TextSource {
     ++fNumber;
     fByteOrderMark.clear();
     fCarriageReturn.clear();
-    for (; fArgument < fArguments.size(); ++fArgument, fLine = 0) {
+    for (; fArgument < fArguments.size(); ++fArgument, fFirstLine = fLine = 0) {
       if (fArguments[fArgument] != "-") {
         outText = fArguments[fArgument++];
         return true;
@@ -41,7 +44,8 @@ class TextSource {
   std::size_t GetNumber() const { return fNumber; }
 
   std::string GetPlace() const {
-    return fLine > 0 ? "line " + std::to_string(fLine) : "argument " + std::to_string(fArgument);
+    return fFirstLine > 0 ? "line " + std::to_string(fFirstLine)
+                          : "argument " + std::to_string(fArgument);
   }
 
   /// \return the text with the byte order mark and the carriage return of its line.
@@ -58,18 +62,38 @@ class TextSource {
       if (!std::cin.bad()) return false;
       throw UserError("cannot read standard input: " + std::generic_category().message(errno));
     }
-    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    if (++fLine == 1 && outLine.starts_with(kByteOrderMark)) fByteOrderMark = kByteOrderMark;
+    fFirstLine = ++fLine;
+    if (fLine == 1) {
+      constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+      if (outLine.starts_with(kByteOrderMark)) fByteOrderMark = kByteOrderMark;
+      if (outLine.starts_with("\xFF\xFE") || outLine.starts_with("\xFE\xFF"))
+        throw UserError("standard input is UTF-16, not UTF-8");
+    }
+    if (fHasFields) ReadQuotedLines(outLine);
     if (outLine.ends_with('\r')) fCarriageReturn = '\r';
     outLine = outLine.substr(fByteOrderMark.size(),
                              outLine.size() - fByteOrderMark.size() - fCarriageReturn.size());
     return true;
   }
 
+  /// Appends the lines of a quoted field that spans lines.
+  void ReadQuotedLines(std::string& ioRow) {
+    FieldScanner scanner(fDelimiter);
+    std::size_t read = fByteOrderMark.size();
+    const auto isOpen = [&] {
+      while (read < ioRow.size()) scanner.EndsField(ioRow[read++]);
+      return scanner.IsInQuotes();
+    };
+    for (std::string line; isOpen() && std::getline(std::cin, line); ++fLine) ioRow += '\n' + line;
+  }
+
   std::vector<std::string> fArguments;
+  bool fHasFields;
+  char fDelimiter;
   std::size_t fNumber = 0;
   std::size_t fArgument = 0;
-  std::size_t fLine = 0;
+  std::size_t fLine = 0;       ///< of standard input; 0 for an argument
+  std::size_t fFirstLine = 0;  ///< of the row
   std::string fByteOrderMark;
   std::string fCarriageReturn;
 };
@@ -224,7 +248,7 @@ int Show(const Settings& inSettings) {
 int Convert(const Settings& inSettings) {
   const Timeline from = inSettings.GetTimeline(inSettings.fromFormat);
   const Timeline to = inSettings.GetTimeline(inSettings.toFormat);
-  TextSource source(inSettings.texts);
+  TextSource source(inSettings);
   NotePrinter notes;
   int status = kExitStatus_Success;
   const char* separator = "[\n";

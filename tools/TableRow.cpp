@@ -7,26 +7,39 @@
 
 namespace mezzo::tool {
 
-TableRow::TableRow(const std::string& inLine, std::size_t inField, char inDelimiter)
-    : fField(inLine), fHasFields(inField > 0), fDelimiter(inDelimiter) {
+bool FieldScanner::EndsField(char inCharacter) {
+  if (inCharacter == fDelimiter && !fIsInQuotes) {
+    fIsBlank = true;
+    fHasQuotes = false;
+    return true;
+  }
+  if (inCharacter == '"' && (fIsBlank || fHasQuotes)) {
+    fHasQuotes = true;
+    fIsInQuotes = !fIsInQuotes;
+  }
+  fIsBlank = fIsBlank && inCharacter == ' ';
+  return false;
+}
+
+TableRow::TableRow(const std::string& inRow, std::size_t inField, char inDelimiter)
+    : fField(inRow), fHasFields(inField > 0), fDelimiter(inDelimiter) {
   if (!fHasFields) return;
+  FieldScanner scanner(inDelimiter);
+  std::size_t field = 1;
   std::size_t begin = 0;
   std::size_t end = 0;
-  for (std::size_t field = 1;; ++field, begin = end + 1) {
-    bool isQuoted = false;
-    const std::size_t first = inLine.find_first_not_of(' ', begin);
-    const bool hasQuotes = first < inLine.size() && inLine[first] == '"';
-    for (end = begin; end < inLine.size() && (isQuoted || inLine[end] != inDelimiter); ++end) {
-      if (hasQuotes && inLine[end] == '"') isQuoted = !isQuoted;
-    }
-    if (isQuoted) throw UserError("no closing quote in " + Quote(inLine));
+  for (; end < inRow.size(); ++end) {
+    if (!scanner.EndsField(inRow[end])) continue;
     if (field == inField) break;
-    if (end == inLine.size())
-      throw UserError("no field " + std::to_string(inField) + " in " + Quote(inLine));
+    ++field;
+    begin = end + 1;
   }
-  fBefore = inLine.substr(0, begin);
-  fField = boost::trim_copy(inLine.substr(begin, end - begin));
-  fAfter = inLine.substr(end);
+  if (scanner.IsInQuotes()) throw UserError("no closing quote in " + Quote(inRow));
+  if (field < inField)
+    throw UserError("no field " + std::to_string(inField) + " in " + Quote(inRow));
+  fBefore = inRow.substr(0, begin);
+  fField = boost::trim_copy(inRow.substr(begin, end - begin));
+  fAfter = inRow.substr(end);
   fIsQuoted = fField.size() >= 2 && fField.starts_with('"') && fField.ends_with('"');
   if (!fIsQuoted) return;
   fField = fField.substr(1, fField.size() - 2);

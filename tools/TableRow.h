@@ -4,21 +4,40 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace mezzo::tool {
 
-/// A line of a marker list or another table. A field that begins with a double quote ends with one
-/// and may contain the delimiter; a double quote in it is doubled.
+/// Finds the fields of a row. A field that begins with a double quote ends with one and may contain
+/// the delimiter and line ends; a double quote in it is doubled.
+class FieldScanner {
+ public:
+  explicit FieldScanner(char inDelimiter) : fDelimiter(inDelimiter) {}
+
+  /// Reads the next character.
+  /// \return whether it ends the field.
+  bool EndsField(char inCharacter);
+
+  bool IsInQuotes() const { return fIsInQuotes; }
+
+ private:
+  char fDelimiter;
+  bool fIsBlank = true;  ///< the field has only blanks so far
+  bool fHasQuotes = false;
+  bool fIsInQuotes = false;
+};
+
+/// A row of a marker list or another table.
 class TableRow {
  public:
-  /// \param inField the field, counted from 1; 0 for the whole line.
-  /// \exception UserError when the line has fewer fields or a quote is not closed.
-  TableRow(const std::string& inLine, std::size_t inField, char inDelimiter);
+  /// \param inField the field, counted from 1; 0 for the whole row.
+  /// \exception UserError when the row has fewer fields or a quote is not closed.
+  TableRow(const std::string& inRow, std::size_t inField, char inDelimiter);
 
   /// \return the field's text without quotes and the blanks around it.
   const std::string& GetField() const { return fField; }
 
-  /// \return the line with another text in the field, in quotes where necessary.
+  /// \return the row with another text in the field, in quotes where necessary.
   std::string ReplaceField(const std::string& inText) const;
 
  private:

@@ -67,6 +67,7 @@ bars-beats|1:2:480|unexpected ':480' in *; ticks follow a '.'
 bars-beats|1:2.3.4|*has 4 numbers*
 bars-beats|600000000|*out of range
 bars-beats|-536870911:1|*out of range
+bars-beats|536870913:1|*out of range
 frames|1:02|*has 2 numbers*
 samples|12 x|*not a position*
 milliseconds|1e3|unexpected 'e' in *
@@ -84,6 +85,7 @@ expect 1 2147483647 '*2: *out of range*' format pulldown-frames 3439409810636 34
 expect 0 $'48000\n3200' "*argument 2: note: '01:00:00:00 Scene 2' is parsed leniently, as sample 3200" \
   parse smpte --lenient 1:00 '01:00:00:00 Scene 2'
 expect 0 103079520000000 '' parse decimal 596525:00:00
+expect 0 51539607456000 '' parse bars-beats 536870912:1
 
 # Notes: a run prints the first of each kind
 expect 0 $'2882880\n2882880' "mezzo: argument 1: note: '00;01;00;00' is not a label; it stands for '00;01;00;02'
@@ -95,6 +97,7 @@ expect 0 28 '' parse bars-beats 1:1.001 --rate 44100 --tempo 97
 expect 0 $'96000\n24000' "*'1:5' stands for '2:1.000'*" parse bars-beats 1:5 1:2
 expect 0 96050 "*'2.2' has no beat number; the digits after the '.' are *" parse bars-beats 2.2
 expect 0 24000 "*'-0:1' stands for '0:1.000'*" parse bars-beats --duration -0:1
+expect 0 2880000 "*'1 000' has a blank between numbers; it stands for '1:00.000'" parse decimal '1 000'
 expect 0 57600 "*'0:36' stands for '1:06.00'" parse compact 0:36
 expect 0 $'5760000\n259200000' "*: '1:60' stands for '2:00.000'" parse decimal 1:60 90:00
 expect 0 16800 '*has fewer than four fields; *' parse 30 10.5
@@ -125,6 +128,7 @@ expect 1 $'48000\n\n\n\n\n96000' \
   parse smpte < <(printf '\xef\xbb\xbf1:00\r\n\r\na\tbc\n\xff1\n1\0\n2:00')
 expect 1 $'[\n{"item":1,"samples":48000,"text":"1:00"},\n{"item":2,"text":"x","error":"no digit in \'x\'"}\n]' \
   '*line 2: no digit*' parse smpte --json <<<$'\xef\xbb\xbf1:00\r\nx'
+expect 2 '' 'mezzo: standard input is UTF-16, not UTF-8' parse smpte < <(printf '\xff\xfe1\0')
 expect 1 '' "mezzo: argument 1: no digit in '$(printf 'x%.0s' {1..80})...'" \
   parse smpte "$(printf 'x%.0s' {1..99})"
 expect 0 $'1600\n48000\n3200' '' parse smpte 1 - 2 <<<1:00
@@ -136,6 +140,8 @@ expect 1 $'name,at\n"a, b","1:1.000",x\nc' "*line 3: no field 2 in 'c'" \
   convert smpte bars-beats --field 2 --header <<<$'name,at\n"a, b","00:00:00:00",x\nc'
 expect 0 $'\xef\xbb\xbfa\tb\r\na\t48000\r' '' parse smpte --field 2 --delimiter tab --header \
   <<<$'\xef\xbb\xbfa\tb\r\na\t1:00\r'
+expect 1 $'"a\nb, 1:00",48000,x\nc' "*line 3: no field 2*" parse smpte --field 2 \
+  <<<$'"a\nb, 1:00",1:00,x\nc'
 expect 1 $'5"\t48000\n"a\t1:00' "*line 2: no closing quote in '*" parse smpte --field 2 --delimiter tab \
   <<<$'5"\t1:00\n"a\t1:00'
 expect 0 'a;1602;00' "*line 1: note: '01' was converted alone; texts that contain the delimiter ';' need *" parse 29.97df --field 2 --delimiter ';' \
