@@ -134,8 +134,8 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// The result is the first sample at or after the start of the labelled frame, computed as a
 /// quotient of integers. If the dividend exceeds 7 × 2^60, which takes extreme rates or a long
 /// fraction, the result is computed in double precision and is only approximate. Writing the result
-/// at the same rates gives every label back that is not dropped. This holds if a frame lasts at
-/// least one sample, and if the frame count and the frame rate × 3600 fit in 32 bits.
+/// at the same rates gives back every label that is not a dropped one. This holds if a frame lasts
+/// at least one sample, and if the frame count and the frame rate × 3600 fit in 32 bits.
 ///
 /// \param[out] outSamples receives the position in samples; -1 for an empty text; 0 for a text
 ///     without digits; 0, with a report, for a frame rate of 0.
@@ -246,10 +246,10 @@ MEZZO_EXPORT void ConvertSamplesToBeats(plinth::UTF16String& outString, std::int
 /// Reads bars and beats as `ConvertSamplesToBarsAndBeats` writes them or as people type them.
 ///
 /// The text is bar, optionally ":" and beat, optionally "." and ticks (with `iTicksPerBeat` -1: the
-/// decimal fraction of the beat). The first ":" and the first "." of the text count, wherever they
-/// are. Blanks (space, tab) and a sign may precede each number except the decimal fraction. Text
-/// after a number is ignored, but the decimal fraction may have an exponent, as in ".5e-1". A
-/// missing number is 0; without ":" the beat is the first of the bar.
+/// decimal fraction of the beat). Only the first ":" and the first "." in the text are separators,
+/// wherever they are. Blanks (space, tab) and a sign may precede each number except the decimal
+/// fraction. Text after a number is ignored, but the decimal fraction may have an exponent, as in
+/// ".5e-1". A missing number is 0; without ":" the beat is the first of the bar.
 ///
 /// \param inString the text.
 /// \param inSampleRate samples per second.

@@ -326,14 +326,14 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
     throw UserError("position " + std::to_string(ioConversion.position) + " is out of range for " +
                     GetName(inFormat));
   }
-  // A truncated text is expected to read back as an earlier sample, unless a unit is shorter than a
-  // sample. A rounded text is expected to be the nearest one.
-  const bool isRounded =
+  // Texts of milliseconds, beats and decimal beats should be the nearest to the position. All
+  // others are truncated, and should read back only if their unit is shorter than a sample.
+  const bool mustBeNearest =
       notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;
   const double error = inFormat == kTimecodeFormat_Milliseconds
                            ? std::fabs(std::stod(text) * 10.0 * unit - position)
                            : distance - 0.5;
-  if (isRounded ? error > 0.500001 * unit : unit < 1.0 && distance > 0.0) {
+  if (mustBeNearest ? error > 0.500001 * unit : unit < 1.0 && distance > 0.0) {
     const std::string result =
         distance == 0.0 ? "not the nearest one" : "parses as sample " + std::to_string(parsed);
     ioConversion.notes.push_back({kConversionNoteKind_Inexact,

@@ -54,8 +54,8 @@ std::int32_t Narrow(Int64 inField) {
   return Int32(inField).GetValue();
 }
 
-/// The width of a field that counts from 0 to inDivisions - 1, at most 4: the frames of a second,
-/// the ticks of a beat.
+/// The width, at most 4 digits, of a field that counts from 0 to inDivisions - 1, such as the
+/// frames of a second or the ticks of a beat.
 int GetDivisionWidth(std::int32_t inDivisions) {
   return inDivisions <= 10 ? 1 : inDivisions <= 100 ? 2 : inDivisions <= 1000 ? 3 : 4;
 }

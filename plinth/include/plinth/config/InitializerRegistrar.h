@@ -16,7 +16,7 @@ namespace plinth::config {
 /// The contexts in which a module is initialised; bits defined by the host.
 enum EInitializerContextFlags : std::int32_t {};
 
-/// Names a module that has to be initialised first. All zero: no dependency.
+/// Names a module that has to be initialised first.
 struct DependencyNamePacket {
   const char* name;  ///< the module's name; null or empty: none
 };
