@@ -55,7 +55,7 @@ const Positions sChanging = [] {
 
 // ----------------------------------------------------------------------------------------- Writing
 
-using Display = void (*)(UTF16String&, std::int64_t);
+using Writer = void (*)(UTF16String&, std::int64_t);
 
 template <TimecodeFormat kFormat>
 void Write(UTF16String& outString, std::int64_t inSamples) {
@@ -154,9 +154,9 @@ void PushSMPTE(UTF16String& outString, std::int64_t inSamples) {
 
 struct DisplayRow {
   const char* name;
-  Display library;
-  Display snprintf;
-  Display byHand = nullptr;
+  Writer library;
+  Writer snprintf;
+  Writer byHand = nullptr;
 };
 
 const DisplayRow sDisplays[] = {
@@ -198,42 +198,41 @@ const DisplayRow sDisplays[] = {
      }},
 };
 
-void WriteIntoOneString(benchmark::State& ioState, Display inDisplay,
-                        const Positions& inPositions) {
+void WriteIntoOneString(benchmark::State& ioState, Writer inWriter, const Positions& inPositions) {
   UTF16String text;
   text.reserve(64);
   std::size_t place = 0;
   const auto before = test::heap::GetAllocationCount();
   for (auto _ : ioState) {
-    inDisplay(text, inPositions[place++ % kPositionCount]);
+    inWriter(text, inPositions[place++ % kPositionCount]);
     benchmark::DoNotOptimize(text.data());
     benchmark::ClobberMemory();
   }
   if (test::heap::GetAllocationCount() != before) ioState.SkipWithError("the conversion allocates");
 }
 
-void WriteIntoFreshStrings(benchmark::State& ioState, Display inDisplay) {
+void WriteIntoFreshStrings(benchmark::State& ioState, Writer inWriter) {
   std::size_t place = 0;
   for (auto _ : ioState) {
     UTF16String text;
-    inDisplay(text, sDay[place++ % kPositionCount]);
+    inWriter(text, sDay[place++ % kPositionCount]);
     benchmark::DoNotOptimize(text.data());
   }
 }
 
-void RegisterDisplay(const char* inName, const std::string& inVariant, Display inDisplay) {
-  if (inDisplay == nullptr) return;
+void RegisterDisplay(const char* inName, const std::string& inVariant, Writer inWriter) {
+  if (inWriter == nullptr) return;
   const auto name = [&](const char* inState) {
     return std::string(inName) + '/' + inState + inVariant;
   };
-  benchmark::RegisterBenchmark(name("same").c_str(), &WriteIntoOneString, inDisplay, sDay);
-  benchmark::RegisterBenchmark(name("changing").c_str(), &WriteIntoOneString, inDisplay, sChanging);
-  benchmark::RegisterBenchmark(name("fresh").c_str(), &WriteIntoFreshStrings, inDisplay);
+  benchmark::RegisterBenchmark(name("same").c_str(), &WriteIntoOneString, inWriter, sDay);
+  benchmark::RegisterBenchmark(name("changing").c_str(), &WriteIntoOneString, inWriter, sChanging);
+  benchmark::RegisterBenchmark(name("fresh").c_str(), &WriteIntoFreshStrings, inWriter);
 }
 
 // ----------------------------------------------------------------------------------------- Reading
 
-using Reading = std::int64_t (*)(const UTF16String&);
+using Reader = std::int64_t (*)(const UTF16String&);
 
 template <TimecodeFormat kFormat>
 std::int64_t Read(const UTF16String& inText) {
@@ -298,9 +297,9 @@ std::int64_t ScanBarsAndBeats(const UTF16String& inText) {
 
 struct ReadingRow {
   const char* name;
-  Display display;  ///< writes the texts to read
-  Reading library;
-  Reading sscanf;
+  Writer writer;  ///< writes the texts to read
+  Reader library;
+  Reader sscanf;
 };
 
 const ReadingRow sReadings[] = {
@@ -324,11 +323,11 @@ const ReadingRow sReadings[] = {
      &ScanNumber<kRate / kFps>},
 };
 
-void ReadTexts(benchmark::State& ioState, Reading inReading, Display inDisplay) {
+void ReadTexts(benchmark::State& ioState, Reader inReader, Writer inWriter) {
   std::vector<UTF16String> texts(kPositionCount);
-  for (std::size_t place = 0; place < kPositionCount; ++place) inDisplay(texts[place], sDay[place]);
+  for (std::size_t place = 0; place < kPositionCount; ++place) inWriter(texts[place], sDay[place]);
   std::size_t place = 0;
-  for (auto _ : ioState) benchmark::DoNotOptimize(inReading(texts[place++ % kPositionCount]));
+  for (auto _ : ioState) benchmark::DoNotOptimize(inReader(texts[place++ % kPositionCount]));
 }
 
 // -------------------------------------------------------------------------------------------------
@@ -341,8 +340,8 @@ void ReadTexts(benchmark::State& ioState, Reading inReading, Display inDisplay) 
   }
   for (const ReadingRow& row : sReadings) {
     const std::string name = row.name + std::string("/read");
-    benchmark::RegisterBenchmark(name.c_str(), &ReadTexts, row.library, row.display);
-    benchmark::RegisterBenchmark((name + "/sscanf").c_str(), &ReadTexts, row.sscanf, row.display);
+    benchmark::RegisterBenchmark(name.c_str(), &ReadTexts, row.library, row.writer);
+    benchmark::RegisterBenchmark((name + "/sscanf").c_str(), &ReadTexts, row.sscanf, row.writer);
   }
   // Late positions need divisions of 64 bits, which are slower.
   const Positions stretches[] = {MakePositions(0, kRate), MakePositions(100 * kHour, 101 * kHour)};

@@ -55,7 +55,8 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
                  fails = heap::sUntilFailure < 0;
                  heap::sUntilFailure = -1;
                })).c_str();
-      // First calls build tables. The signal frees a disconnected slot at the next connection.
+      // No leaks are the tables that first calls build, and a disconnected slot, which the signal
+      // frees at the next connection.
       const bool leaks = heap::sBlocks != blocks && seed >= 100 && GetParam().isPure;
       SCOPED_TRACE("seed " + std::to_string(seed) + " allocation " + std::to_string(nth));
       ASSERT_EQ(throws, fails && !returnsFalse);
@@ -68,7 +69,7 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
   }
   EXPECT_TRUE(everFails || everyResult.begin()->back() != '"') << "no text outgrew its string";
   EXPECT_TRUE(!returnsFalse || everyResult.size() == utility::kNativePluginIndex_DocketNative + 2U)
-      << "one result for each handler, and a single one for all other texts";
+      << "expected a result for each handler and one for all other texts";
 }
 
 INSTANTIATE_TEST_SUITE_P(, OutOfMemory, testing::ValuesIn(GetExportedCalls()));

@@ -274,11 +274,12 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
 
 }  // namespace
 
-NotePrinter::~NotePrinter() {
+ConversionNotePrinter::~ConversionNotePrinter() {
   if (fOmitted > 0) Complain("note: " + std::to_string(fOmitted) + " more; --json shows all notes");
 }
 
-void NotePrinter::Print(const std::vector<ConversionNote>& inNotes, const std::string& inPlace) {
+void ConversionNotePrinter::Print(const std::vector<ConversionNote>& inNotes,
+                                  const std::string& inPlace) {
   for (const ConversionNote& note : inNotes) {
     if (fPrinted.insert(note.kind).second) {
       Complain(inPlace + "note: " + note.text);
@@ -288,7 +289,7 @@ void NotePrinter::Print(const std::vector<ConversionNote>& inNotes, const std::s
   }
 }
 
-void AddNotes(JSON& ioObject, const std::vector<ConversionNote>& inNotes) {
+void AddConversionNotes(JSON& ioObject, const std::vector<ConversionNote>& inNotes) {
   for (const ConversionNote& note : inNotes) ioObject["notes"].push_back(note.text);
 }
 
@@ -335,7 +336,7 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
                            : distance - 0.5;
   if (mustBeNearest ? error > 0.500001 * unit : unit < 1.0 && distance > 0.0) {
     const std::string result =
-        distance == 0.0 ? "not the nearest one" : "parses as sample " + std::to_string(parsed);
+        distance == 0.0 ? "another one is nearer" : "parses as sample " + std::to_string(parsed);
     ioConversion.notes.push_back({kConversionNoteKind_Inexact,
                                   Quote(text) + " is the text of sample " +
                                       std::to_string(ioConversion.position) + ", but " + result});

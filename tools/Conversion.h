@@ -42,12 +42,12 @@ struct Conversion {
 };
 
 /// Prints the first note of each kind to standard error, and at the end the number of the others.
-class NotePrinter {
+class ConversionNotePrinter {
  public:
-  NotePrinter() = default;
-  NotePrinter(const NotePrinter&) = delete;
-  NotePrinter& operator=(const NotePrinter&) = delete;
-  ~NotePrinter();
+  ConversionNotePrinter() = default;
+  ConversionNotePrinter(const ConversionNotePrinter&) = delete;
+  ConversionNotePrinter& operator=(const ConversionNotePrinter&) = delete;
+  ~ConversionNotePrinter();
 
   /// \param inPlace the input that the notes are about, such as "line 3: "; may be empty.
   void Print(const std::vector<ConversionNote>& inNotes, const std::string& inPlace = "");
@@ -58,7 +58,7 @@ class NotePrinter {
 };
 
 /// Adds the member "notes", if there are any.
-void AddNotes(JSON& ioObject, const std::vector<ConversionNote>& inNotes);
+void AddConversionNotes(JSON& ioObject, const std::vector<ConversionNote>& inNotes);
 
 /// Formats a position. The library writes frame counts without a sign; here they have one.
 /// \return the text; empty when the format has no conversion.

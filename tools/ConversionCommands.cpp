@@ -160,7 +160,7 @@ JSON MakeJSON(std::size_t inNumber, const std::string& inLine, const Result& inR
   JSON entry{{"item", inNumber},
              {"samples", inResult.conversion.position},
              {"text", inResult.conversion.text}};
-  AddNotes(entry, inResult.conversion.notes);
+  AddConversionNotes(entry, inResult.conversion.notes);
   return entry;
 }
 
@@ -191,7 +191,7 @@ struct ListedFormat {
         FormatChecked(inTimeline, inFormat.format, conversion);
         json["text"] = conversion.text;
         notes = conversion.notes;
-        AddNotes(json, notes);
+        AddConversionNotes(json, notes);
         shown = '"' + conversion.text + '"';
         return;
       }
@@ -229,11 +229,11 @@ Timeline Settings::GetTimeline(const FormatChoice& inChoice) const {
 int Show(const Settings& inSettings) {
   const Timeline timeline = inSettings.GetTimeline(inSettings.fromFormat);
   const Conversion parsed = ConvertText(inSettings, timeline, timeline, inSettings.argument);
-  NotePrinter notes;
+  ConversionNotePrinter notes;
   notes.Print(parsed.notes);
   JSON result{{"position", parsed.position}};
   result.update(MakeJSON(timeline));
-  AddNotes(result, parsed.notes);
+  AddConversionNotes(result, parsed.notes);
   for (const DisplayFormat& format : kDisplayFormats) {
     const ListedFormat listed(timeline, format, parsed.position);
     result["formats"].push_back(listed.json);
@@ -249,7 +249,7 @@ int Convert(const Settings& inSettings) {
   const Timeline from = inSettings.GetTimeline(inSettings.fromFormat);
   const Timeline to = inSettings.GetTimeline(inSettings.toFormat);
   TextSource source(inSettings);
-  NotePrinter notes;
+  ConversionNotePrinter notes;
   int status = kExitStatus_Success;
   const char* separator = "[\n";
   std::string line;

@@ -56,7 +56,7 @@ std::string GetCaption(const Timeline& inTimeline, utility::TimecodeFormat inFor
 JSON MakeJSON(utility::TimecodeFormat inFormat, const RulerScale& inScale,
               const std::vector<PlacedTick>& inTicks, const std::vector<ConversionNote>& inNotes) {
   JSON ruler{{"format", GetName(inFormat)}, {"from", inScale.GetFrom()}, {"to", inScale.GetTo()}};
-  AddNotes(ruler, inNotes);
+  AddConversionNotes(ruler, inNotes);
   ruler["ticks"] = JSON::array();
   for (const PlacedTick& placed : inTicks) {
     ruler["ticks"].push_back({{"position", placed.tick.position},
@@ -91,7 +91,7 @@ int DrawRuler(const Settings& inSettings) {
   std::vector<ConversionNote> notes = scale.GetNotes();
   if (ticks.empty())
     notes.push_back({kConversionNoteKind_EmptyRuler, "no label begins on this ruler"});
-  NotePrinter().Print(notes);
+  ConversionNotePrinter().Print(notes);
   if (inSettings.isJSON) {
     std::cout << FormatJSON(MakeJSON(format, scale, ticks, notes)) << '\n';
   } else if (inSettings.pictureFile.empty()) {

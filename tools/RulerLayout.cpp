@@ -48,7 +48,7 @@ bool HasRoom(const LabelRow& inRow, const LabelBox& inBox, const Grid& inGrid) {
          });
 }
 
-/// Labels the ticks of a step, and those beside gaps, as far as they have room.
+/// Labels the ticks of a step, and those beside gaps, wherever there is room.
 LabelRow LabelTicks(const RulerScale& inScale, const Grid& inGrid, std::int64_t inStep) {
   LabelRow row;
   row.step = inStep;

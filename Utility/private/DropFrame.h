@@ -15,7 +15,8 @@ namespace mezzo::utility::dropframe {
 
 using arithmetic::Int32;
 
-/// The fields of a label. Minutes are split into ten-minute blocks, the period of the rule.
+/// The fields of a label. The rule repeats every ten minutes, so minutes are split into tens and
+/// the minute of ten.
 struct Label {
   std::int64_t hours;
   std::int64_t tensOfMinutes;

@@ -34,8 +34,8 @@ class TextCursor {
   }
 
   /// Moves to the next digit or to the end.
-  /// \return true if a "." was skipped.
-  bool SkipToDigit() {
+  /// \return true if a skipped separator was a ".".
+  bool SkipSeparators() {
     bool passesDot = false;
     for (; fUnit != fEnd && !IsDigit(*fUnit); ++fUnit) passesDot |= *fUnit == u'.';
     return passesDot;

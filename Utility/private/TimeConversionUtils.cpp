@@ -458,7 +458,7 @@ ParsedTimeCode ParseTimeCodeString(const UTF16String& inString) {
     parsed.fractionDenominator = GetFractionDenominator(unitCount);
   };
   for (int fields = 0; fields < kMaxFields; ++fields) {
-    const bool isDotted = cursor.SkipToDigit();
+    const bool isDotted = cursor.SkipSeparators();
     if (cursor.IsAtEnd()) {
       if (isDotted && fields > 0) {
         // A "." after the last number makes that number the fraction.

@@ -1,6 +1,6 @@
-# Debian's cross compiler and QEMU, for the toolchain files of other Linux processors. These set the
-# triplet and the emulator. With -DCMAKE_CXX_COMPILER=clang++, Clang uses the libraries of the cross
-# compiler.
+# Debian's cross compiler and QEMU, for Linux on other processors. The including toolchain file sets
+# the triplet and the emulator. With -DCMAKE_CXX_COMPILER=clang++, Clang uses the libraries of the
+# cross compiler.
 set(CMAKE_SYSTEM_NAME Linux)
 if(NOT CMAKE_CXX_COMPILER)
   set(CMAKE_CXX_COMPILER "${triplet}-g++")

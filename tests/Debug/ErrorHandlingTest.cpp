@@ -39,7 +39,7 @@ TEST(Assertion, BreaksIntoADebuggerWhenAsked) {
   EXPECT_TRUE(WIFSTOPPED(status) && WSTOPSIG(status) == SIGTRAP) << status;
   ptrace(PT_CONTINUE, child, nullptr, 0);
   ASSERT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "it goes on, and breaks once";
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "did not go on after one break";
 }
 
 TEST(Assertion, NamesItsSiteAndSilencesNoOther) {
@@ -80,7 +80,7 @@ TEST(DisableErrorHandling, FollowsTheDatabaseEntry) {
     EXPECT_EQ(DisableErrorHandling(), text == "true");
     const auto before = test::heap::GetAllocationCount();
     EXPECT_EQ(DisableErrorHandling(), text == "true");
-    EXPECT_EQ(test::heap::GetAllocationCount(), before) << "an unchanged database is not read";
+    EXPECT_EQ(test::heap::GetAllocationCount(), before) << "an unchanged database was read";
   }
   database.RemoveEntry(key);
   EXPECT_FALSE(DisableErrorHandling());

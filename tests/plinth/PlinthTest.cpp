@@ -45,7 +45,7 @@ TEST(NumericCast, ReportsWhatDoesNotFit) {
   mezzo::test::ReportRecorder reports;
   reports.sSilences = true;
   for (int times = 0; times < 2; ++times) NumericCast<int, long>(kBeyond);
-  EXPECT_EQ(reports.Take().size(), 1u) << "the site is silenced";
+  EXPECT_EQ(reports.Take().size(), 1u) << "a silenced site reported";
 }
 
 TEST(CachedDatabaseValue, KeepsItsValueWithoutAnEntryWhenAsked) {

@@ -116,7 +116,7 @@ UTF16String DrawnArguments::GetText(const TypicalValues& inTypical) {
       }
     }
   }
-  if (kind > 2 && kind < 7) {  // mistyped: a unit too many, too few, or another
+  if (kind > 2 && kind < 7) {  // mistyped: a unit added, removed or replaced
     const std::size_t place = DrawBelow(text.size() + 1);
     const std::size_t removed = DrawBelow(2);
     const std::size_t added = DrawBelow(2);

@@ -87,7 +87,7 @@ expect 0 $'48000\n3200' "*argument 2: note: '01:00:00:00 Scene 2' is parsed leni
 expect 0 103079520000000 '' parse decimal 596525:00:00
 expect 0 51539607456000 '' parse bars-beats 536870912:1
 
-# Notes: a run prints the first of each kind
+# Notes on conversions: a run prints the first of each kind
 expect 0 $'2882880\n2882880' "mezzo: argument 1: note: '00;01;00;00' is not a label; it stands for '00;01;00;02'
 mezzo: note: 1 more; --json shows all notes" \
   parse 4 '00;01;00;00' '00;01;00;01'
@@ -105,13 +105,13 @@ expect 0 19220 '*has fewer than four fields; the digits after the * fraction of 
 expect 0 $'3.6e+06\n3.6e+06' '*exponent *, which cannot be parsed*1 more*' format milliseconds 172800000 172800000
 expect 0 $'-0.9\n1\n100000' "*1: note: '-0.9' is the text of sample -48, but parses as sample -43*1 more*" \
   format milliseconds -- -48 48 4800019
-expect 0 -0.9 '*the text of sample -1, but not the nearest one' format milliseconds --rate 1000 -- -1
+expect 0 -0.9 '*the text of sample -1, but another one is nearer' format milliseconds --rate 1000 -- -1
 expect 0 $'0:4.999\n1:1.000' "*'0:4.999' is the text of sample 0, but parses as sample -24" \
   format bars-beats --ticks -1 0 12
 expect 0 '   0:00.015' "*'   0:00.015' is the text of sample 1, but parses *" format decimal --rate 100 1
 expect 1 '' '*1: library report: These * just hours, minutes, seconds.' parse decimal --lenient 1:00:00:00
 
-# Every text reads back as the position of its frame or unit, also before sample 0.
+# Every text but milliseconds reads back as the position of its frame or unit, also before sample 0.
 for format in $("$mezzo" formats | sed -En 's/^ ?[0-9]+  ([^ ]+) .*/\1/p; s/^([0-9.]+(df)?) .*/\1/p'); do
   [[ $format == @(reserved|milliseconds) ]] && continue
   for position in 480000 -480000 123456789 -123456789; do
@@ -170,7 +170,7 @@ contain "$("$mezzo" show --from 29.97DF '00;01;00;00' --json 2>/dev/null)" '"pos
   '"notes": [' 'is not a label' '"text": "00;01;00;02"'
 contain "$("$mezzo" show 9223372036854775807 2>&1)" 'smpte            (out of range)' 'an exponent'
 
-# Notes and handlers
+# Musical notes and handlers
 expect 0 'A4  (0 semitones above A4)' '' note 440
 expect 0 'C♯/D♭5  (4 semitones above A4)' '' note --index 4 --octave 4
 expect 0 'D♭  (4 semitones above A)' '' note --index 4 --octave -1 --flat

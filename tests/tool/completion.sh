@@ -1,4 +1,4 @@
-# Completes command lines, and finds every name in the scripts: completion.sh TOOL DIRECTORY
+# Completes command lines, and checks that the scripts contain every name: completion.sh TOOL DIRECTORY
 # shellcheck source=/dev/null
 source "$2/mezzo.bash"
 mezzo=$1 directory=$2 failures=0
