@@ -139,8 +139,8 @@ void CheckParsedTimecode(const RecordedCall& inCall) {
   const std::int64_t factor = (1000 + pulldown) * rate, divisor = 1000 * timecode.denominator * fps;
   if (frames > kLargestInt) return;  // wraps in the library
   const std::int64_t fractions = timecode.denominator * frames + timecode.numerator;
-  // 2^62 is below 7 × 2^60, from where the library computes in double precision, and keeps the sum
-  // below within 64 bits.
+  // Above 7 × 2^60 the library computes in double precision. 2^62 is less than that, and the next
+  // sum fits in 64 bits.
   if (static_cast<long double>(fractions) * factor >= 0x1p62L) return;
   inCall.RequireEqual(std::to_string((fractions * factor + divisor - 1) / divisor));
 }

@@ -30,7 +30,7 @@ bool CountReport(bool& ioDisabled, const char*, const unsigned char*, const char
 
 class OutOfMemory : public testing::TestWithParam<ExportedCall> {};
 
-/// Lets every allocation of many calls fail in turn, beginning with the first call of the process.
+/// Makes each allocation of many calls fail in turn, beginning with the first call of the process.
 TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
   plinth::debug::SetAssertDialogHandler(&CountReport);
   const bool returnsFalse = GetParam().name.starts_with("Translate");
@@ -55,8 +55,8 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
                  fails = heap::sUntilFailure < 0;
                  heap::sUntilFailure = -1;
                })).c_str();
-      // No leaks are the tables that first calls build, and a disconnected slot, which the signal
-      // frees at the next connection.
+      // Two things are not leaks: the tables that first calls build, and a disconnected slot, which
+      // the signal frees at the next connection.
       const bool leaks = heap::sBlocks != blocks && seed >= 100 && GetParam().isPure;
       SCOPED_TRACE("seed " + std::to_string(seed) + " allocation " + std::to_string(nth));
       ASSERT_EQ(throws, fails && !returnsFalse);

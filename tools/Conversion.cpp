@@ -167,8 +167,8 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation, Timecode
     greatest = std::max(greatest, value);
     if (field.separator != '.') total = total * static_cast<double>(field.radix) + value;
   }
-  // Beats are counted from bar 1, or from 0 in lengths. A position before bar 1 is written as beats
-  // after the start of an earlier bar.
+  // Bar 1 begins with beat 0, so the bar number of a position is one too many. A negative bar
+  // number is one too few, and writing starts up to one bar earlier; two bars keep the upper bound.
   if (inNotation.HasBars()) {
     const int moreBars = inTyped.isNegative ? 2 : -inNotation.fields.front().origin;
     total += static_cast<double>(moreBars * inNotation.fields[1].radix);
@@ -328,7 +328,7 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
                     GetName(inFormat));
   }
   // Texts of milliseconds, beats and decimal beats should be the nearest to the position. All
-  // others are truncated, and should read back only if their unit is shorter than a sample.
+  // others are truncated; they have to read back only if their unit is shorter than a sample.
   const bool mustBeNearest =
       notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;
   const double error = inFormat == kTimecodeFormat_Milliseconds

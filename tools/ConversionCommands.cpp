@@ -81,7 +81,7 @@ class TextSource {
     FieldScanner scanner(fDelimiter);
     std::size_t read = fByteOrderMark.size();
     const auto isOpen = [&] {
-      while (read < ioRow.size()) scanner.EndsField(ioRow[read++]);
+      while (read < ioRow.size()) scanner.ReadCharacter(ioRow[read++]);
       return scanner.IsInQuotes();
     };
     for (std::string line; isOpen() && std::getline(std::cin, line); ++fLine) ioRow += '\n' + line;

@@ -7,7 +7,7 @@
 
 namespace mezzo::tool {
 
-bool FieldScanner::EndsField(char inCharacter) {
+bool FieldScanner::ReadCharacter(char inCharacter) {
   if (inCharacter == fDelimiter && !fIsInQuotes) {
     fIsBlank = true;
     fHasQuotes = false;
@@ -29,7 +29,7 @@ TableRow::TableRow(const std::string& inRow, std::size_t inField, char inDelimit
   std::size_t begin = 0;
   std::size_t end = 0;
   for (; end < inRow.size(); ++end) {
-    if (!scanner.EndsField(inRow[end])) continue;
+    if (!scanner.ReadCharacter(inRow[end])) continue;
     if (field == inField) break;
     ++field;
     begin = end + 1;

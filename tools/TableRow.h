@@ -16,7 +16,7 @@ class FieldScanner {
 
   /// Reads the next character.
   /// \return whether it ends the field.
-  bool EndsField(char inCharacter);
+  bool ReadCharacter(char inCharacter);
 
   bool IsInQuotes() const { return fIsInQuotes; }
 
