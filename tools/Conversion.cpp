@@ -184,7 +184,7 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation, Timecode
 }
 
 /// Cuts a fraction to the digits that the library parses exactly: at most nine, and in a fraction
-/// of a frame only as many as it computes in integers.
+/// of a frame only as many as keep the computation in integers.
 void CutFraction(std::string_view& ioDigits, const Timeline& inTimeline, TimecodeFormat inFormat,
                  double inUnits) {
   constexpr std::size_t kMostDigits = 9;
@@ -327,16 +327,17 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
     throw UserError("position " + std::to_string(ioConversion.position) + " is out of range for " +
                     GetName(inFormat));
   }
-  // Texts of milliseconds, beats and decimal beats should be the nearest to the position. All
-  // others are truncated; they have to read back only if their unit is shorter than a sample.
+  // Texts in milliseconds, beats, and bars and beats with a decimal fraction should be the nearest
+  // to the position. All others are truncated; they have to read back only if their unit is shorter
+  // than a sample.
   const bool mustBeNearest =
       notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;
   const double error = inFormat == kTimecodeFormat_Milliseconds
                            ? std::fabs(std::stod(text) * 10.0 * unit - position)
                            : distance - 0.5;
   if (mustBeNearest ? error > 0.500001 * unit : unit < 1.0 && distance > 0.0) {
-    const std::string result =
-        distance == 0.0 ? "another one is nearer" : "parses as sample " + std::to_string(parsed);
+    const std::string result = distance == 0.0 ? "another text is nearer to it"
+                                               : "parses as sample " + std::to_string(parsed);
     ioConversion.notes.push_back({kConversionNoteKind_Inexact,
                                   Quote(text) + " is the text of sample " +
                                       std::to_string(ioConversion.position) + ", but " + result});

@@ -76,7 +76,7 @@ int ListHandlers(const Settings& inSettings) {
 int FindHandler(const Settings& inSettings) {
   const plinth::UTF16String text = DecodeUTF8(inSettings.argument);
   plinth::UTF16String name;
-  // This function takes identifiers only. Any other text may be a name.
+  // The library's function takes only identifiers. Any other text may be a name.
   if (!utility::TranslateToHumanReadableMediaHandler(text, name)) name = text;
   std::vector<std::string> names;
   for (const Handler& handler : GetHandlers()) {

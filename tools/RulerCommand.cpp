@@ -90,7 +90,7 @@ int DrawRuler(const Settings& inSettings) {
   const std::vector<PlacedTick> ticks = LayOut(scale, GetTextGrid(columns));
   std::vector<ConversionNote> notes = scale.GetNotes();
   if (ticks.empty())
-    notes.push_back({kConversionNoteKind_EmptyRuler, "no label begins on this ruler"});
+    notes.push_back({kConversionNoteKind_EmptyRuler, "no tick falls within this interval"});
   ConversionNotePrinter().Print(notes);
   if (inSettings.isJSON) {
     std::cout << FormatJSON(MakeJSON(format, scale, ticks, notes)) << '\n';

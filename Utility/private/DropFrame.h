@@ -15,8 +15,8 @@ namespace mezzo::utility::dropframe {
 
 using arithmetic::Int32;
 
-/// The fields of a label. The rule repeats every ten minutes, so minutes are split into tens and
-/// the minute of ten.
+/// The fields of a label. The rule repeats every ten minutes, so minutes are split into tens of
+/// minutes and the minute within the ten.
 struct Label {
   std::int64_t hours;
   std::int64_t tensOfMinutes;

@@ -523,13 +523,13 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
   const Int64 samplesPerPeriod = Int64(rate.seconds) * inSampleRate;
   const Int64 fractions = fractionsPerFrame * wholeFrames + parsed.fractionNumerator;
   const auto asDouble = [](Int64 inValue) { return static_cast<double>(inValue.GetValue()); };
-  const double estimate = std::fma(
+  const double approximateDividend = std::fma(
       asDouble(samplesPerPeriod),
       std::fma(asDouble(fractionsPerFrame), wholeFrames.GetValue(), parsed.fractionNumerator),
       asDouble(divisor - 1));
   constexpr double kLargestDividend = 8070450532247928832.0;  // 7 × 2^60
-  outSamples = estimate > kLargestDividend
-                   ? TruncateTo<std::int64_t>(estimate / asDouble(divisor))
+  outSamples = approximateDividend > kLargestDividend
+                   ? TruncateTo<std::int64_t>(approximateDividend / asDouble(divisor))
                    : ((samplesPerPeriod * fractions + (divisor - 1)) / divisor).GetValue();
   return true;
 }

@@ -20,8 +20,9 @@ constexpr std::pair<std::int64_t, std::int64_t> kIntervals[] = {
     {1, 5},
     {-30000000000, 30000000000}};
 
-/// The library truncates decimal beats, writes some negative milliseconds a tenth of a millisecond
-/// too near to zero, and writes milliseconds with exponents from 1000 seconds on.
+/// The library truncates the decimal fraction in bars and beats, writes some negative milliseconds
+/// a tenth of a millisecond too near to zero, and writes milliseconds with exponents from 1000
+/// seconds on.
 bool IsAsteriskAllowed(TimecodeFormat inFormat, const Timeline& inTimeline, const Tick& inTick) {
   if (inFormat == utility::kTimecodeFormat_BarsAndBeats) return inTimeline.beats.iTicksPerBeat < 0;
   return inFormat == utility::kTimecodeFormat_Milliseconds &&

@@ -105,7 +105,7 @@ expect 0 19220 '*has fewer than four fields; the digits after the * fraction of 
 expect 0 $'3.6e+06\n3.6e+06' '*exponent *, which cannot be parsed*1 more*' format milliseconds 172800000 172800000
 expect 0 $'-0.9\n1\n100000' "*1: note: '-0.9' is the text of sample -48, but parses as sample -43*1 more*" \
   format milliseconds -- -48 48 4800019
-expect 0 -0.9 '*the text of sample -1, but another one is nearer' format milliseconds --rate 1000 -- -1
+expect 0 -0.9 '*the text of sample -1, but another text is nearer to it' format milliseconds --rate 1000 -- -1
 expect 0 $'0:4.999\n1:1.000' "*'0:4.999' is the text of sample 0, but parses as sample -24" \
   format bars-beats --ticks -1 0 12
 expect 0 '   0:00.015' "*'   0:00.015' is the text of sample 1, but parses *" format decimal --rate 100 1
@@ -249,7 +249,7 @@ done <<'END'
 999900            1e+06*     1.0001e+06*|--width 40 --from 999900 --to 1000100 --format milliseconds
  0      50    100    150    200    250   300|--width 44 --from -5 --to 300 --format samples
 END
-contain "$("$mezzo" ruler --from @10 --to @20 2>&1)" 'note: no label begins on this ruler'
+contain "$("$mezzo" ruler --from @10 --to @20 2>&1)" 'note: no tick falls within this interval'
 contain "$("$mezzo" ruler --format 6 --from 1:1 --to 1:7 --meter 6/8 --tempo 90 2>&1)" \
   "note: '1:7' stands for '2:1.000'" 'bars-beats, 48000 Hz, 6/8, 90 quarter notes per minute, samples 0 to 96000'
 ascii=$(LC_ALL=C "$mezzo" ruler --from 0 --to 1:00)
