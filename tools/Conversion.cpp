@@ -154,18 +154,21 @@ std::vector<std::int64_t> GetValues(const TypedText& inTyped, const Notation& in
 
 /// \return the typed value without its fraction: in frames, seconds, milliseconds or beats. For
 ///     bars and for drop-frame labels it is an upper bound.
-/// \exception UserError for numbers that overflow: the library parses each number, and counts
-/// frames and beats, in 32 bits.
+/// \exception UserError for numbers that overflow: the library parses each number, writes the first
+///     field, and counts frames and beats, in 32 bits.
 double CountUnits(const TypedText& inTyped, const Notation& inNotation, TimecodeFormat inFormat,
                   const std::string& inText) {
   const std::vector<std::int64_t> values = GetValues(inTyped, inNotation);
   double greatest = 0.0;
   double total = 0.0;
+  double unitsInFirst = 1.0;
   for (std::size_t index = 0; index < values.size(); ++index) {
     const Field& field = inNotation.fields[index];
     const auto value = static_cast<double>(values[index]);
     greatest = std::max(greatest, value);
-    if (field.separator != '.') total = total * static_cast<double>(field.radix) + value;
+    if (field.separator == '.') continue;
+    total = total * static_cast<double>(field.radix) + value;
+    if (field.radix > 0) unitsInFirst *= static_cast<double>(field.radix);
   }
   // Bar 1 begins with beat 0, so the bar number of a position is one too many. A negative bar
   // number is one too few, and writing starts up to one bar earlier; two bars keep the upper bound.
@@ -178,7 +181,8 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation, Timecode
   if (HasDropFrameLabels(inFormat))
     total = 0.999 * total + static_cast<double>(inNotation.fields.back().radix);
   const bool isCount = inNotation.HasBars() || inNotation.HasFrames();
-  if (std::max(greatest, isCount ? total : 0.0) > std::numeric_limits<std::int32_t>::max())
+  const double count = isCount ? total : total / unitsInFirst;
+  if (std::max(greatest, count) > std::numeric_limits<std::int32_t>::max())
     RefuseOutOfRange(inText);
   return total;
 }
@@ -339,7 +343,8 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
     const std::string result = distance == 0.0 ? "another text is nearer to it"
                                                : "parses as sample " + std::to_string(parsed);
     ioConversion.notes.push_back({kConversionNoteKind_Inexact,
-                                  Quote(text) + " is the text of sample " +
+                                  "in " + GetName(inFormat) + ", " + Quote(text) +
+                                      " is the text of sample " +
                                       std::to_string(ioConversion.position) + ", but " + result});
   }
 }

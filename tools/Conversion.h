@@ -26,6 +26,7 @@ enum ConversionNoteKind {
   kConversionNoteKind_Exponent,
   kConversionNoteKind_Inexact,
   kConversionNoteKind_Delimiter,
+  kConversionNoteKind_Lines,
   kConversionNoteKind_Rate,
   kConversionNoteKind_EmptyRuler,
 };

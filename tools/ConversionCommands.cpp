@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <iomanip>
 #include <iostream>
+#include <iterator>
+#include <regex>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -42,6 +44,9 @@ class TextSource {
 
   /// \return the number of the text among all arguments and lines.
   std::size_t GetNumber() const { return fNumber; }
+
+  /// \return the last line of a row that spans lines, or else 0.
+  std::size_t GetLastLine() const { return fLine > fFirstLine ? fLine : 0; }
 
   std::string GetPlace() const {
     return fFirstLine > 0 ? "line " + std::to_string(fFirstLine)
@@ -119,6 +124,12 @@ Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const
   return conversion;
 }
 
+std::size_t CountNumbers(const std::string& inText) {
+  static const std::regex sNumber("[0-9]+");
+  return static_cast<std::size_t>(
+      std::distance(std::sregex_iterator(inText.begin(), inText.end(), sNumber), {}));
+}
+
 /// A converted text as it is printed, or the reason why there is none.
 struct Result {
   Conversion conversion{};
@@ -133,12 +144,12 @@ Result ConvertLine(const Settings& inSettings, const Timeline& inFrom, const Tim
   try {
     const TableRow row(inLine, inSettings.field, inSettings.delimiter);
     Conversion conversion = ConvertText(inSettings, inFrom, inTo, row.GetField());
-    const bool isNumber = row.GetField().find_first_not_of("0123456789") == std::string::npos;
     const utility::TimecodeFormat from = inSettings.fromFormat.format;
-    const bool isSeparator = inSettings.delimiter == ':'
-                                 ? GetNotation(inFrom, from).fields.size() > 2
-                                 : inSettings.delimiter == ';' && HasDropFrameLabels(from);
-    if (inSettings.field > 0 && isSeparator && isNumber) {
+    const std::size_t fieldCount = GetNotation(inFrom, from).fields.size();
+    const bool isSeparator =
+        inSettings.delimiter == ':' || (inSettings.delimiter == ';' && HasDropFrameLabels(from));
+    if (isSeparator && fieldCount > 2 && row.MayBeCut() &&
+        CountNumbers(row.GetField()) < fieldCount) {
       const std::string delimiter = Quote(std::string(1, inSettings.delimiter));
       conversion.notes.push_back(
           {kConversionNoteKind_Delimiter, Quote(row.GetField()) +
@@ -256,15 +267,30 @@ int Convert(const Settings& inSettings) {
   const auto print = [&](const std::string& inLine) {
     std::cout << (inSettings.field > 0 ? source.Restore(inLine) : inLine) << '\n';
   };
-  if (inSettings.hasHeader && source.GetNext(line) && !inSettings.isJSON) print(line);
+  const auto complain = [&](const std::string& inMessage) {
+    status = kExitStatus_SomeUnconverted;
+    Complain(source.GetPlace() + ": " + inMessage);
+  };
+  if (inSettings.hasHeader && source.GetNext(line)) {
+    try {
+      // A quote without an end would make every line a part of the header.
+      const TableRow header(line, inSettings.field > 0 ? 1 : 0, inSettings.delimiter);
+    } catch (const UserError& error) {
+      complain(error.what());
+    }
+    if (!inSettings.isJSON) print(line);
+  }
   while (source.GetNext(line)) {
-    const Result result = ConvertLine(inSettings, from, to, line);
+    Result result = ConvertLine(inSettings, from, to, line);
+    if (source.GetLastLine() > 0) {
+      result.conversion.notes.push_back(
+          {kConversionNoteKind_Lines, "the row ends in line " +
+                                          std::to_string(source.GetLastLine()) +
+                                          ", because a quoted field spans lines"});
+    }
     if (!result.conversion.notes.empty())
       notes.Print(result.conversion.notes, source.GetPlace() + ": ");
-    if (!result.error.empty()) {
-      status = kExitStatus_SomeUnconverted;
-      Complain(source.GetPlace() + ": " + result.error);
-    }
+    if (!result.error.empty()) complain(result.error);
     if (inSettings.isJSON) {
       std::cout << separator << FormatJSON(MakeJSON(source.GetNumber(), line, result), -1);
       separator = ",\n";

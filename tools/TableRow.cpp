@@ -27,12 +27,11 @@ TableRow::TableRow(const std::string& inRow, std::size_t inField, char inDelimit
   FieldScanner scanner(inDelimiter);
   std::size_t field = 1;
   std::size_t begin = 0;
-  std::size_t end = 0;
-  for (; end < inRow.size(); ++end) {
-    if (!scanner.ReadCharacter(inRow[end])) continue;
-    if (field == inField) break;
-    ++field;
-    begin = end + 1;
+  std::size_t end = inRow.size();
+  for (std::size_t place = 0; place < inRow.size(); ++place) {
+    if (!scanner.ReadCharacter(inRow[place])) continue;
+    if (field == inField) end = place;
+    if (++field == inField) begin = place + 1;
   }
   if (scanner.IsInQuotes()) throw UserError("no closing quote in " + Quote(inRow));
   if (field < inField)
@@ -44,6 +43,10 @@ TableRow::TableRow(const std::string& inRow, std::size_t inField, char inDelimit
   if (!fIsQuoted) return;
   fField = fField.substr(1, fField.size() - 2);
   boost::replace_all(fField, "\"\"", "\"");
+}
+
+bool TableRow::MayBeCut() const {
+  return !fIsQuoted && fAfter.size() > 1 && fAfter[1] >= '0' && fAfter[1] <= '9';
 }
 
 std::string TableRow::ReplaceField(const std::string& inText) const {

@@ -37,6 +37,10 @@ class TableRow {
   /// \return the field's text without quotes and the blanks around it.
   const std::string& GetField() const { return fField; }
 
+  /// \return whether the delimiter may be a part of the field's text: the next field begins with a
+  ///     digit, and the field is not in quotes.
+  bool MayBeCut() const;
+
   /// \return the row with another text in the field, in quotes where necessary.
   std::string ReplaceField(const std::string& inText) const;
 

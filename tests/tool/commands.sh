@@ -63,6 +63,7 @@ smpte|1,5|unexpected ',5' in *
 smpte|20000:00:00:00|*out of range
 smpte|99999999999|*out of range
 decimal|2147483648:00:00|*out of range
+decimal|2147483647:60:00|*out of range
 bars-beats|1:2:480|unexpected ':480' in *; ticks follow a '.'
 bars-beats|1:2.3.4|*has 4 numbers*
 bars-beats|600000000|*out of range
@@ -103,7 +104,7 @@ expect 0 $'5760000\n259200000' "*: '1:60' stands for '2:00.000'" parse decimal 1
 expect 0 16800 '*has fewer than four fields; *' parse 30 10.5
 expect 0 19220 '*has fewer than four fields; the digits after the * fraction of a frame' parse 25 00:00:10.01
 expect 0 $'3.6e+06\n3.6e+06' '*exponent *, which cannot be parsed*1 more*' format milliseconds 172800000 172800000
-expect 0 $'-0.9\n1\n100000' "*1: note: '-0.9' is the text of sample -48, but parses as sample -43*1 more*" \
+expect 0 $'-0.9\n1\n100000' "*1: note: in milliseconds, '-0.9' is the text of sample -48, but parses as sample -43*1 more*" \
   format milliseconds -- -48 48 4800019
 expect 0 -0.9 '*the text of sample -1, but another text is nearer to it' format milliseconds --rate 1000 -- -1
 expect 0 $'0:4.999\n1:1.000' "*'0:4.999' is the text of sample 0, but parses as sample -24" \
@@ -140,8 +141,11 @@ expect 1 $'name,at\n"a, b","1:1.000",x\nc' "*line 3: no field 2 in 'c'" \
   convert smpte bars-beats --field 2 --header <<<$'name,at\n"a, b","00:00:00:00",x\nc'
 expect 0 $'\xef\xbb\xbfa\tb\r\na\t48000\r' '' parse smpte --field 2 --delimiter tab --header \
   <<<$'\xef\xbb\xbfa\tb\r\na\t1:00\r'
-expect 1 $'"a\nb, 1:00",48000,x\nc' "*line 3: no field 2*" parse smpte --field 2 \
+expect 1 $'"a\nb, 1:00",48000,x\nc' "*1: note: the row ends in line 2, *line 3: no field 2*" parse smpte --field 2 \
   <<<$'"a\nb, 1:00",1:00,x\nc'
+expect 1 $'1,1:00,"x\n2,1:00' "*1: note: the row ends *1: no closing quote in *" parse smpte --field 2 \
+  <<<$'1,1:00,"x\n2,1:00'
+expect 1 $'"a\n2,1:00' '*line 1: no closing quote in *' parse smpte --field 2 --header <<<$'"a\n2,1:00'
 expect 1 $'5"\t48000\n"a\t1:00' "*line 2: no closing quote in '*" parse smpte --field 2 --delimiter tab \
   <<<$'5"\t1:00\n"a\t1:00'
 expect 0 'a;1602;00' "*line 1: note: '01' was converted alone; texts that contain the delimiter ';' need *" parse 29.97df --field 2 --delimiter ';' \
