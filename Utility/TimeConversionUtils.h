@@ -94,8 +94,9 @@ MEZZO_EXPORT bool operator!=(const BeatInfo& inLeft, const BeatInfo& inRight);
 /// \param inShowSubframes append "." and hundredths of a frame, truncated; no effect with
 ///     `inNoFrames`.
 /// \param inNoHours write hours as minutes: 62:03:02 instead of 01:02:03:02.
-/// \return true if a text was written. False if both rate flags are set (checked first; reported,
-///     text unchanged), or if the frame rate is 0 and the sample rate is not (text empty).
+/// \return true if a text was written. False if `inDropFrame` and `inPulldown` are both set
+///     (checked first; reported, text unchanged), or if the frame rate is 0 and the sample rate is
+///     not (text empty).
 MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::int64_t inSamples,
                                            std::int32_t inSampleRate, std::int32_t inTimecodeFPS,
                                            bool inDropFrame, bool inPulldown, bool inFramesOnly,

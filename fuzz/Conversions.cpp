@@ -206,8 +206,8 @@ void CheckFormattedMusicalTime(const RecordedCall& inCall) {
   inCall.Require(beatOfBar >= 0 && beatOfBar < time.beatsPerBar &&
                      numberAfter(text.find('.')) < (isDecimal ? 1000 : time.ticks),
                  "a beat of the bar and a part of the beat");
-  // With ticks, the text is rounded to thousandths of a tick. Without, half a thousandth of a beat
-  // is subtracted, and the rest is truncated to thousandths.
+  // With ticks, the text is rounded to thousandths of a tick. Without ticks, half a thousandth of a
+  // beat is subtracted, and the result is truncated to thousandths.
   const long double thousandth = samplesPerBeat / std::abs(time.ticks) / 1000;
   const std::int64_t thousandths = isDecimal ? 1 : numberAfter(text.rfind('.'));
   inCall.RequireNear(time.CountBeats(text) * samplesPerBeat + thousandth * thousandths, position,

@@ -380,7 +380,7 @@ constexpr Command kCommands[] = {
      &FindHandler},
 };
 
-void AddCommand(CLI::App& ioApp, const Command& inCommand, Settings& outSettings) {
+void SetUpCommand(CLI::App& ioApp, const Command& inCommand, Settings& outSettings) {
   ioApp.footer(inCommand.footer);
   ioApp.add_flag("--json", outSettings.isJSON, "Write JSON");
   inCommand.addOptions(ioApp, outSettings);
@@ -401,7 +401,8 @@ void RequireValues(const CLI::App& inApp, const std::vector<std::string>& inArgu
     const CLI::Option* const option = inApp.get_option_no_throw(name);
     if (option == nullptr || option->get_items_expected_max() == 0) continue;
     const auto next = std::next(argument);
-    const bool lacksNextValue = next == inArguments.end() || *next == "--" || IsOption(*next);
+    const bool lacksNextValue =
+        next == inArguments.end() || *next == "--" || (next->starts_with("--") && IsOption(*next));
     if (name == *argument ? lacksNextValue
                           : argument->ends_with('=') && argument->size() == name.size() + 1)
       throw UserError(name + " needs a value");
@@ -459,18 +460,23 @@ int RunCommand(std::vector<std::string> inArguments) {
   app.get_formatter()->column_width(26);
   if (isCommand) {
     inArguments.erase(inArguments.begin());
-    AddCommand(app, *command, settings);
+    SetUpCommand(app, *command, settings);
   } else {
     app.footer(kToolFooter);
     app.require_subcommand(1);
     app.set_version_flag("--version", "mezzo " MEZZO_TOOL_VERSION, "Print the version and exit");
     for (const Command& each : kCommands) {
-      AddCommand(*app.add_subcommand(each.name, each.description)->group("Commands"), each,
-                 settings);
+      SetUpCommand(*app.add_subcommand(each.name, each.description)->group("Commands"), each,
+                   settings);
     }
     // Added after the commands, which would otherwise inherit this flag.
     app.set_help_all_flag("--help-all", "Print the help of every command and exit");
   }
+  const auto last = std::find(inArguments.begin(), inArguments.end(), "--");
+  const bool asksForHelp = std::any_of(
+      inArguments.begin(), last,
+      [](const std::string& inArgument) { return inArgument == "--help" || inArgument == "-h"; });
+  if (isCommand && asksForHelp) return app.exit(CLI::CallForHelp());
   RequireValues(app, inArguments);
   try {
     std::reverse(inArguments.begin(), inArguments.end());

@@ -121,10 +121,10 @@ void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat
   for (std::size_t index = 0; index < numbers.size(); ++index) {
     TypedNumber& number = numbers[index];
     if (index > 0 && numbers[index - 1].separator == '.')
-      RefusePart(number.digits, inText, "; nothing follows a fraction");
+      RefusePart(number.digits, inText, "; nothing may follow a fraction");
     if (hasTicks && index == last) {
       if (number.separator == ':')
-        RefusePart(":" + std::string(number.digits), inText, "; ticks follow a '.'");
+        RefusePart(":" + std::string(number.digits), inText, "; ticks must follow a '.'");
       number.separator = '.';
     }
     number.isFraction = number.separator == '.' && !hasTicks;
@@ -170,8 +170,8 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation, Timecode
     total = total * static_cast<double>(field.radix) + value;
     if (field.radix > 0) unitsInFirst *= static_cast<double>(field.radix);
   }
-  // Bar 1 begins with beat 0, so the bar number of a position is one too many. A negative bar
-  // number is one too few, and writing starts up to one bar earlier; two bars keep the upper bound.
+  // The beats of a position are counted from the beginning of bar 1. A position before bar 1 is
+  // also counted from the beginning of an earlier bar, at most two bars further away.
   if (inNotation.HasBars()) {
     const int moreBars = inTyped.isNegative ? 2 : -inNotation.fields.front().origin;
     total += static_cast<double>(moreBars * inNotation.fields[1].radix);
@@ -271,7 +271,10 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
   if (!HasValues(inTimeline, inFormat, inParsed.position, inTyped) &&
       !HasValues(inTimeline, inFormat, inParsed.position + 1, inTyped)) {
     add(kConversionNoteKind_NoSuchLabel,
-        (isFullTimecode && !hasPoint ? " is not a label; it stands for " : " stands for ") + label);
+        (isFullTimecode && !hasPoint && inNotation.samplesInUnit >= 1.0
+             ? " is not a label; it stands for "
+             : " stands for ") +
+            label);
   }
   return notes;
 }

@@ -117,9 +117,9 @@ Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const
       GetNotation(inTo, to).HasFrames()) {
     const std::string rate = std::to_string(inTo.framesPerSecond);
     conversion.notes.push_back(
-        {kConversionNoteKind_Rate, GetName(isPulledDown ? from : to) + " has " + rate +
+        {kConversionNoteKind_Rate, Quote(GetName(isPulledDown ? from : to)) + " has " + rate +
                                        " x 1000/1001 frames per second, but " +
-                                       GetName(isPulledDown ? to : from) + " has " + rate});
+                                       Quote(GetName(isPulledDown ? to : from)) + " has " + rate});
   }
   return conversion;
 }

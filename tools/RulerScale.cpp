@@ -158,16 +158,16 @@ Tick RulerScale::MakeTick(std::int64_t inPosition) const {
 }
 
 std::int64_t RulerScale::ParseBound(const std::string& inText) {
-  const Conversion end = inText.starts_with('@')
-                             ? Conversion{ParsePosition(inText.substr(1)), inText, {}}
-                             : ParseChecked(fTimeline, fFormat, inText);
-  fNotes.insert(fNotes.end(), end.notes.begin(), end.notes.end());
+  const Conversion bound = inText.starts_with('@')
+                               ? Conversion{ParsePosition(inText.substr(1)), inText, {}}
+                               : ParseChecked(fTimeline, fFormat, inText);
+  fNotes.insert(fNotes.end(), bound.notes.begin(), bound.notes.end());
   const std::int64_t farthest = kFarthestHours * 3600 * fTimeline.sampleRate;
-  if (end.position < -farthest || end.position > farthest) {
+  if (bound.position < -farthest || bound.position > farthest) {
     throw UserError(Quote(inText) + " is more than " + std::to_string(kFarthestHours) +
                     " hours from sample 0");
   }
-  return end.position;
+  return bound.position;
 }
 
 }  // namespace mezzo::tool

@@ -54,7 +54,7 @@ std::int32_t Narrow(Int64 inField) {
   return Int32(inField).GetValue();
 }
 
-/// The width, at most 4 digits, of a field that counts from 0 to inDivisions - 1, such as the
+/// The minimum width, 1 to 4 digits, of a field that counts from 0 to inDivisions - 1, such as the
 /// frames of a second or the ticks of a beat.
 int GetDivisionWidth(std::int32_t inDivisions) {
   return inDivisions <= 10 ? 1 : inDivisions <= 100 ? 2 : inDivisions <= 1000 ? 3 : 4;
@@ -519,7 +519,8 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
     return true;
   }
 
-  // samplesPerPeriod × fractions / divisor, rounded up.
+  // `rate.frames` frames last `rate.seconds` seconds, which are samplesPerPeriod samples. The
+  // result is samplesPerPeriod × fractions / divisor, rounded up.
   const Int64 samplesPerPeriod = Int64(rate.seconds) * inSampleRate;
   const Int64 fractions = fractionsPerFrame * wholeFrames + parsed.fractionNumerator;
   const auto asDouble = [](Int64 inValue) { return static_cast<double>(inValue.GetValue()); };

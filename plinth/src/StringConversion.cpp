@@ -56,7 +56,7 @@ class Cursor {
   }
 
   /// \return true if a minus sign was skipped.
-  bool TakeIsNegative() {
+  bool TakeSign() {
     const bool negative = Skip(u'-');
     if (!negative) Skip(u'+');
     return negative;
@@ -73,7 +73,7 @@ class Cursor {
 template <class Int>
 [[gnu::always_inline]] inline bool ReadSignedInteger(Int& outNumber, Cursor& ioCursor) {
   using Magnitude = std::make_unsigned_t<Int>;
-  const bool isNegative = ioCursor.TakeIsNegative();
+  const bool isNegative = ioCursor.TakeSign();
   Magnitude magnitude = 0;
   const std::u16string_view digits = ioCursor.TakeDigits(magnitude);
   bool fits = true;
@@ -186,7 +186,7 @@ bool StringToNumber(double& outNumber, const UTF16String& inText,
                     utility::Flags<unsigned short>) noexcept {
   Cursor cursor(inText);
   cursor.SkipBlanks();
-  Significand significand(cursor.TakeIsNegative());
+  Significand significand(cursor.TakeSign());
   const bool hasWhole = significand.ReadDigits(cursor, false);
   const bool hasFraction = cursor.Skip(u'.') && significand.ReadDigits(cursor, true);
   const bool found = hasWhole || hasFraction;

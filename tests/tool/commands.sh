@@ -38,7 +38,7 @@ expect 0 1920 '' parse 2 1 --fps 30 --fps 25
 expect 0 '1351:3.957' '' convert 29.97df bars-beats '01;00;02;00' --tempo 90
 expect 0 '00:00:00:24' '' convert 48 25 00:00:00:47
 expect 0 86400 '' convert 24 frames 01:00:00:00
-expect 0 17999 '*smpte-drop has 30 x 1000/1001 frames per second, but frames has 30' convert 29.97df frames '00;10;00;00'
+expect 0 17999 "*'smpte-drop' has 30 x 1000/1001 frames per second, but 'frames' has 30" convert 29.97df frames '00;10;00;00'
 expect 0 $'350350\n3544905364' '' parse 23.976 00:00:07:07.000000000 20:29:38:10.00000
 expect 0 $'60000\n12000' '' parse beats 2.5000000000 0.49999999999999
 expect 0 $'36000\n72000' '' parse bars-beats --ticks -1 1:2.5000000000 1:4
@@ -57,14 +57,14 @@ smpte|1 h 30 min|unexpected 'h' in *; the number before it counts seconds
 smpte|1:2:|unexpected ':' in *
 smpte|1.|unexpected '.' in *
 smpte|1:.5|unexpected '.5' in *
-smpte|1.2.3|unexpected '3' in *; nothing follows a fraction
+smpte|1.2.3|unexpected '3' in *; nothing may follow a fraction
 decimal|1:02.5 min|unexpected 'min' in *; the number before it counts seconds
 smpte|1,5|unexpected ',5' in *
 smpte|20000:00:00:00|*out of range
 smpte|99999999999|*out of range
 decimal|2147483648:00:00|*out of range
 decimal|2147483647:60:00|*out of range
-bars-beats|1:2:480|unexpected ':480' in *; ticks follow a '.'
+bars-beats|1:2:480|unexpected ':480' in *; ticks must follow a '.'
 bars-beats|1:2.3.4|*has 4 numbers*
 bars-beats|600000000|*out of range
 bars-beats|-536870911:1|*out of range
@@ -94,6 +94,7 @@ mezzo: note: 1 more; --json shows all notes" \
   parse 4 '00;01;00;00' '00;01;00;01'
 expect 0 $'1600\n3200' "mezzo: argument 1: note: '0;1' has a ';', but smpte has no drop-frame labels" \
   parse smpte '0;1' 2
+expect 0 5 "*'00:00:00:05' stands for '00:00:00:06'" parse smpte 00:00:00:05 --rate 10 --fps 12
 expect 0 28 '' parse bars-beats 1:1.001 --rate 44100 --tempo 97
 expect 0 $'96000\n24000' "*'1:5' stands for '2:1.000'*" parse bars-beats 1:5 1:2
 expect 0 96050 "*'2.2' has no beat number; the digits after the '.' are *" parse bars-beats 2.2
@@ -273,6 +274,7 @@ contain "$("$mezzo" ruler --format 29.97df --from '58;00' --to '1;02;00' --width
 for command in '' show parse format convert formats ruler note handlers handler; do
   [[ $("$mezzo" ${command:+"$command"} --help) == *"Usage: mezzo $command"*Examples:* ]] || fail "help of $command"
 done
+contain "$("$mezzo" parse foo --rate 0 --help)" 'Usage: mezzo parse '
 contain "$("$mezzo" --help-all)" '--rate HZ=48000 ' '--fps N=30 ' '--tempo BPM=120 ' \
   '--meter N/N=4/4 ' '--ticks N=960 ' '--offset-ms MS=0 ' '--delimiter C=, ' \
   '--format FORMAT=smpte ' '--octave N=-1 ' '--width COLUMNS '
