@@ -258,13 +258,14 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
         return !inNumber.isFraction &&
                inNumber.GetValue() >= inNotation.fields[inNumber.field].radix;
       });
-  const std::string label =
-      Quote(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inParsed.position)));
+  const auto quoteLabel = [&] {
+    return Quote(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inParsed.position)));
+  };
   const auto follows = [](const TypedNumber& inBefore, const TypedNumber& inNumber) {
     return inNumber.separator == ' ' && inBefore.word.empty();
   };
   if (std::adjacent_find(numbers.begin(), numbers.end(), follows) != numbers.end())
-    add(kConversionNoteKind_Blank, " has a blank between numbers; it stands for " + label);
+    add(kConversionNoteKind_Blank, " has a blank between numbers; it stands for " + quoteLabel());
   // Bars and beats with a decimal fraction do not read back, so they are not compared.
   if (!overflows && !isFullTimecode && !inNotation.HasTicks()) return notes;
   // Rounding may put the position one sample before the beginning of its label.
@@ -274,7 +275,7 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
         (isFullTimecode && !hasPoint && inNotation.samplesInUnit >= 1.0
              ? " is not a label; it stands for "
              : " stands for ") +
-            label);
+            quoteLabel());
   }
   return notes;
 }
