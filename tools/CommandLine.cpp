@@ -34,7 +34,7 @@ fraction are used. For a fraction of a frame, only the digits that the library
 can parse exactly are used, usually four or more.
 
 A FORMAT is a name or number that 'mezzo formats' lists, in any letter case, or
-the name of a frame rate, which selects the nominal rate, too:
+the name of a frame rate, which selects a format and the nominal rate:
   23.976 23.98 24 25 29.97 29.97df 30 47.952 48 50 59.94 59.94df 60 100
   119.88 120
 )";

@@ -170,8 +170,8 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation, Timecode
     total = total * static_cast<double>(field.radix) + value;
     if (field.radix > 0) unitsInFirst *= static_cast<double>(field.radix);
   }
-  // The beats of a position are counted from the beginning of bar 1. A position before bar 1 is
-  // also counted from the beginning of an earlier bar, at most two bars further away.
+  // The library counts beats from the beginning of bar 1. Before bar 1 it also counts them from the
+  // beginning of an earlier bar; that count is at most two bars more than the typed bar number.
   if (inNotation.HasBars()) {
     const int moreBars = inTyped.isNegative ? 2 : -inNotation.fields.front().origin;
     total += static_cast<double>(moreBars * inNotation.fields[1].radix);

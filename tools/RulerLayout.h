@@ -38,8 +38,8 @@ std::string GetDrawnLabel(const Tick& inTick);
 ///
 /// The labels are at the multiples of the finest step at which all of them have room. If these are
 /// fewer than two, a finer step is used, and labels without room are left out. The ticks are at the
-/// multiples of the finest step that divides this one and keeps them apart. Labels beside a gap
-/// take precedence over all others.
+/// multiples of the finest step that divides the step of the labels and keeps the ticks apart.
+/// Labels beside a gap take precedence over all others.
 /// \return the ticks in ascending order, one for each position.
 std::vector<PlacedTick> LayOut(const RulerScale& inScale, const Grid& inGrid);
 

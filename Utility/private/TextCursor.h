@@ -66,7 +66,7 @@ class TextCursor {
   /// Reads the decimal fraction that starts here with ".", and its exponent if there is one,
   /// without moving; 0 if no digit follows. At most 1023 characters after the "." are read. Later
   /// digits could only decide an exact tie; a later exponent is ignored.
-  double ReadFraction() const {
+  double PeekFraction() const {
     std::array<char, 1024> number;
     number[0] = '.';
     std::size_t count = 1;

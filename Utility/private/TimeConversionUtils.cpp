@@ -71,7 +71,7 @@ void WriteZero(UTF16String& outString) {
 
 /// Counts frames where both the frames-only and the drop-frame flag are set: magnitude × fps ×
 /// 1000/1001 / sample rate, in double precision, which can differ from the integer count in the
-/// last digit. Both sides of the fraction carry the factors fps and 599.4 (20 × 29.97). They
+/// last digit. Numerator and denominator both carry the factors fps and 599.4 (20 × 29.97). They
 /// cancel, but take part in the rounding.
 std::int32_t CountFramesInDouble(Int64 inMagnitude, std::int32_t inSampleRate, double inFPS) {
   constexpr double kScale = 599.4;
@@ -550,7 +550,7 @@ std::int64_t ConvertBarsAndBeatsToSamples(const UTF16String& inString, double in
   double fraction = 0.0;
   int tick = 0;
   if (TextCursor cursor(inString); cursor.SkipTo(u'.')) {
-    if (isDecimal) fraction = cursor.ReadFraction();
+    if (isDecimal) fraction = cursor.PeekFraction();
     cursor.Skip();
     tick = cursor.ReadInteger();
   }
