@@ -170,8 +170,8 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation, Timecode
     total = total * static_cast<double>(field.radix) + value;
     if (field.radix > 0) unitsInFirst *= static_cast<double>(field.radix);
   }
-  // The library counts beats from the beginning of bar 1. Before bar 1 it also counts them from the
-  // beginning of an earlier bar; that count is at most two bars more than the typed bar number.
+  // The library counts beats from the beginning of bar 1. Before bar 1, it also counts them from
+  // the beginning of an earlier bar; that adds at most two bars.
   if (inNotation.HasBars()) {
     const int moreBars = inTyped.isNegative ? 2 : -inNotation.fields.front().origin;
     total += static_cast<double>(moreBars * inNotation.fields[1].radix);
@@ -252,7 +252,7 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
     add(kConversionNoteKind_Fraction,
         " has no beat number; the digits after the '.' are a part of the first beat");
   // The first number may exceed its radix: in clock time, "90:00" is an hour and a half.
-  const bool overflows =
+  const bool reachesRadix =
       !inNotation.HasBars() &&
       std::any_of(numbers.begin() + 1, numbers.end(), [&inNotation](const TypedNumber& inNumber) {
         return !inNumber.isFraction &&
@@ -261,13 +261,13 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
   const auto quoteLabel = [&] {
     return Quote(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inParsed.position)));
   };
-  const auto follows = [](const TypedNumber& inBefore, const TypedNumber& inNumber) {
+  const auto isAfterBareBlank = [](const TypedNumber& inBefore, const TypedNumber& inNumber) {
     return inNumber.separator == ' ' && inBefore.word.empty();
   };
-  if (std::adjacent_find(numbers.begin(), numbers.end(), follows) != numbers.end())
+  if (std::adjacent_find(numbers.begin(), numbers.end(), isAfterBareBlank) != numbers.end())
     add(kConversionNoteKind_Blank, " has a blank between numbers; it stands for " + quoteLabel());
   // Bars and beats with a decimal fraction do not read back, so they are not compared.
-  if (!overflows && !isFullTimecode && !inNotation.HasTicks()) return notes;
+  if (!reachesRadix && !isFullTimecode && !inNotation.HasTicks()) return notes;
   // Rounding may put the position one sample before the beginning of its label.
   if (!HasValues(inTimeline, inFormat, inParsed.position, inTyped) &&
       !HasValues(inTimeline, inFormat, inParsed.position + 1, inTyped)) {

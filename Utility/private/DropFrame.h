@@ -48,8 +48,8 @@ constexpr Label LabelOfFrameCount(std::int64_t inFrames, std::int64_t inMultipli
   return {blocks / 6, blocks % 6, minute, seconds, labelsInMinute - seconds * framesPerSecond};
 }
 
-/// Counts the frames in an hour of drop-frame labels. Rates at which this is not a multiple of 6
-/// are reported.
+/// Counts the frames in an hour of drop-frame labels. `ConvertTimecodeToSamples` reports rates at
+/// which this is not a multiple of 6.
 constexpr Int32 CountFramesPerHour(Int32 inTimecodeFPS) {
   return inTimecodeFPS * 3600 - inTimecodeFPS * 108 / 30;
 }
