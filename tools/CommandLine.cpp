@@ -242,9 +242,10 @@ void AddTimelineOptions(CLI::App& ioCommand, Settings& outSettings) {
 }
 
 void AddLenient(CLI::App& ioCommand, Settings& outSettings) {
-  ioCommand.add_flag(
-      "--lenient", outSettings.isLenient,
-      "Parse as leniently as the library, but require a digit and accept a leading minus sign");
+  ioCommand.add_flag("--lenient", outSettings.isLenient,
+                     "Parse as leniently as the library, but require a digit, accept a leading "
+                     "minus sign, and refuse "
+                     "text that the library reports");
 }
 
 void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inName) {

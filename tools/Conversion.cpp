@@ -271,11 +271,11 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
   // Rounding may put the position one sample before the beginning of its label.
   if (!HasValues(inTimeline, inFormat, inParsed.position, inTyped) &&
       !HasValues(inTimeline, inFormat, inParsed.position + 1, inTyped)) {
-    add(kConversionNoteKind_NoSuchLabel,
-        (isFullTimecode && !hasPoint && inNotation.samplesInUnit >= 1.0
-             ? " is not a label; it stands for "
-             : " stands for ") +
-            quoteLabel());
+    const bool isNoLabel = isFullTimecode && inNotation.samplesInUnit >= 1.0;
+    const char* const meaning = isFullTimecode && hasPoint ? " lies in "
+                                : isNoLabel                ? " is not a label; it stands for "
+                                                           : " stands for ";
+    add(kConversionNoteKind_NoSuchLabel, meaning + quoteLabel());
   }
   return notes;
 }

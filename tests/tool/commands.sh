@@ -92,6 +92,7 @@ expect 0 51539607456000 '' parse bars-beats 536870912:1
 expect 0 $'2882880\n2882880' "mezzo: argument 1: note: '00;01;00;00' is not a label; it stands for '00;01;00;02'
 mezzo: note: 1 more; --json shows all notes" \
   parse 4 '00;01;00;00' '00;01;00;01'
+expect 0 2883681 "*'00;01;00;00.5' lies in '00;01;00;02'" parse 4 '00;01;00;00.5'
 expect 0 $'1600\n3200' "mezzo: argument 1: note: '0;1' has a ';', but smpte has no drop-frame labels" \
   parse smpte '0;1' 2
 expect 0 5 "*'00:00:00:05' stands for '00:00:00:06'" parse smpte 00:00:00:05 --rate 10 --fps 12
