@@ -157,7 +157,8 @@ struct MusicalTime {
   long double tempo = call.GetDouble(3);
   std::int64_t beatsPerBar = call.GetInt(4), unit = call.GetInt(5);
   long double offsetMs = call.GetDouble(6);
-  /// The number of the first bar, and of the first beat in a bar.
+  /// 1 for a position, 0 for a length: the number of the first bar and of the first beat in a bar.
+  /// A length ignores the offset.
   std::int64_t first = call.GetFlag(7) ? 0 : 1;
 
   bool IsUsual() const {

@@ -392,7 +392,7 @@ bool IsOption(const std::string& inArgument) {
   return std::regex_match(inArgument, sOption);
 }
 
-/// CLI11 takes the next argument as the value of an option that has none.
+/// If an option's value is missing, CLI11 takes the next argument as the value.
 /// \exception UserError for an option without a value.
 void RequireValues(const CLI::App& inApp, const std::vector<std::string>& inArguments) {
   for (auto argument = inArguments.begin(); argument != inArguments.end(); ++argument) {

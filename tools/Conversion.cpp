@@ -173,8 +173,8 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation, Timecode
   // The library counts beats from the beginning of bar 1. Before bar 1, it also counts them from
   // the beginning of an earlier bar; that adds at most two bars.
   if (inNotation.HasBars()) {
-    const int moreBars = inTyped.isNegative ? 2 : -inNotation.fields.front().origin;
-    total += static_cast<double>(moreBars * inNotation.fields[1].radix);
+    const int barCorrection = inTyped.isNegative ? 2 : -inNotation.fields.front().origin;
+    total += static_cast<double>(barCorrection * inNotation.fields[1].radix);
   }
   // Each block of ten minutes drops exactly one label in a thousand. Within a block, 0.999 × total
   // is less than a second off.
@@ -266,7 +266,8 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
   };
   if (std::adjacent_find(numbers.begin(), numbers.end(), isAfterBareBlank) != numbers.end())
     add(kConversionNoteKind_Blank, " has a blank between numbers; it stands for " + quoteLabel());
-  // Bars and beats with a decimal fraction do not read back, so they are not compared.
+  // Only full timecode, ticks, and numbers that reach their radix are compared. Bars and beats with
+  // a decimal fraction do not read back.
   if (!reachesRadix && !isFullTimecode && !inNotation.HasTicks()) return notes;
   // Rounding may put the position one sample before the beginning of its label.
   if (!HasValues(inTimeline, inFormat, inParsed.position, inTyped) &&

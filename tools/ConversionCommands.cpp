@@ -148,7 +148,7 @@ Result ConvertLine(const Settings& inSettings, const Timeline& inFrom, const Tim
     const std::size_t fieldCount = GetNotation(inFrom, from).fields.size();
     const bool isSeparator =
         inSettings.delimiter == ':' || (inSettings.delimiter == ';' && HasDropFrameLabels(from));
-    if (isSeparator && fieldCount > 2 && row.MayBeCut() &&
+    if (isSeparator && fieldCount > 2 && row.MayHaveBeenSplit() &&
         CountNumbers(row.GetField()) < fieldCount) {
       const std::string delimiter = Quote(std::string(1, inSettings.delimiter));
       conversion.notes.push_back(

@@ -19,8 +19,8 @@ std::string GetFootnote(const std::vector<PlacedTick>& inTicks);
 /// The grid of a ruler that is drawn as text.
 Grid GetTextGrid(int inColumns);
 
-/// Draws the ruler as text, in UTF-8 or ASCII. No line is wider than the ruler, because its words
-/// are shorter.
+/// Draws the ruler as text, in UTF-8 or ASCII. No line is wider than the ruler: every word of the
+/// caption and the footnote is shorter than the narrowest ruler.
 /// \param inCaption words that say what the ruler shows.
 std::string DrawAsText(const RulerScale& inScale, const std::string& inCaption, int inColumns,
                        bool inIsASCII);

@@ -6,7 +6,7 @@
 namespace mezzo::tool {
 namespace {
 
-// Pixels; the characters of the fonts are narrower.
+// Pixels. The characters of the fonts are narrower than kCharacter.
 constexpr int kCharacter = 8;
 constexpr int kTickDistance = 6;
 constexpr int kLabelDistance = 12;

@@ -45,7 +45,7 @@ TableRow::TableRow(const std::string& inRow, std::size_t inField, char inDelimit
   boost::replace_all(fField, "\"\"", "\"");
 }
 
-bool TableRow::MayBeCut() const {
+bool TableRow::MayHaveBeenSplit() const {
   return !fIsQuoted && fAfter.size() > 1 && fAfter[1] >= '0' && fAfter[1] <= '9';
 }
 

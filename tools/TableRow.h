@@ -39,7 +39,7 @@ class TableRow {
 
   /// \return whether the delimiter may be a part of the field's text: the next field begins with a
   ///     digit, and the field is not in quotes.
-  bool MayBeCut() const;
+  bool MayHaveBeenSplit() const;
 
   /// \return the row with another text in the field, in quotes where necessary.
   std::string ReplaceField(const std::string& inText) const;

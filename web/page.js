@@ -14,7 +14,7 @@ const shapes = [
   [/^[^:]*:\d(\.\d*)?\s*$/, ['bars-beats']],
   [/./, ['decimal', 'smpte', 'bars-beats', 'beats', 'milliseconds']],
 ];
-const rates = new Map();  // from names such as 29.97df to {format, fps}
+const rateNames = new Map();  // from names such as 29.97df to {format, fps}
 let output, errors;  // lines of a command
 let module;
 let answer;  // what the tool shows, and the format that was taken; undefined after an error
@@ -29,7 +29,7 @@ function run(...words) {
 }
 
 function options(format) {
-  return settings.filter(name => fields[name].value && !(name === 'fps' && rates.has(format)))
+  return settings.filter(name => fields[name].value && !(name === 'fps' && rateNames.has(format)))
       .flatMap(name => ['--' + name.replace('_', '-'), fields[name].value]);
 }
 
@@ -65,7 +65,7 @@ function update() {
   const result = fields.moved_to.value ? readMoved() : readTyped();
   answer = result.error ? undefined : result;
   find('#error').textContent = result.error ?? '';
-  if (rates.has(answer?.taken)) fields.fps.value = answer.fps;
+  if (rateNames.has(answer?.taken)) fields.fps.value = answer.fps;
   showAnswer();
   drawRuler();
   const address = '#' + new URLSearchParams(new FormData(find('form')));
@@ -73,13 +73,13 @@ function update() {
   update.timer = setTimeout(() => history.replaceState(null, '', address), 200);
 }
 
-const formatNamed = name => rates.get(name)?.format ?? name;
+const formatNamed = name => rateNames.get(name)?.format ?? name;
 const findShown = name => answer?.formats.find(format => format.name === name);
 
 function showAnswer() {
   const format = formatNamed(answer?.taken);
-  const names = [...rates.keys()].filter(
-      name => rates.get(name).format === format && rates.get(name).fps === answer.fps);
+  const names = [...rateNames.keys()].filter(
+      name => rateNames.get(name).format === format && rateNames.get(name).fps === answer.fps);
   find('#answer').textContent =
       answer ? `Read as ${[format, ...names].join(', ')}: sample ${findShown('samples').text}` : '';
   find('#notes').textContent = answer?.notes?.join('; ') ?? '';
@@ -146,11 +146,11 @@ function copy(text) {
 
 function fillPage() {
   const listed = run('formats').text.matchAll(/^([\d.]+d?f?) +(\S+) +--fps (\d+)$/gm);
-  for (const [, name, format, fps] of listed) rates.set(name, {format, fps: Number(fps)});
+  for (const [, name, format, fps] of listed) rateNames.set(name, {format, fps: Number(fps)});
   const formats = JSON.parse(run('formats', '--json').text)
       .filter(({text, meaning}) => text && !meaning.startsWith('same as'));
   fields.format.innerHTML += `<optgroup label="Frame rates">${
-    [...rates].map(([name, {format}]) => `<option value="${name}">${name} – ${format}`).join('')
+    [...rateNames].map(([name, {format}]) => `<option value="${name}">${name} – ${format}`).join('')
   }</optgroup><optgroup label="Formats">${
     formats.map(({name, meaning}) => `<option value="${name}">${name} – ${meaning}`).join('')}`;
   find('#displays').innerHTML = formats.map(({name, meaning}) =>

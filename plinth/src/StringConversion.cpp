@@ -90,13 +90,13 @@ template <class Int>
   return !digits.empty() && fits;
 }
 
-/// The significant digits of a number and its exponent of ten.
+/// A decimal number: its sign, significant digits and exponent of ten.
 ///
 /// Doubles and the midpoints between them have at most 768 significant digits. Any further digits
 /// matter only if one of them is not zero, so a fixed-size buffer suffices for every text.
-class Significand {
+class DecimalNumber {
  public:
-  explicit Significand(bool inNegative) {
+  explicit DecimalNumber(bool inNegative) {
     if (inNegative) *fEnd++ = '-';
     fDigits = fEnd;
   }
@@ -186,12 +186,12 @@ bool StringToNumber(double& outNumber, const UTF16String& inText,
                     utility::Flags<unsigned short>) noexcept {
   Cursor cursor(inText);
   cursor.SkipBlanks();
-  Significand significand(cursor.TakeSign());
-  const bool hasWhole = significand.ReadDigits(cursor, false);
-  const bool hasFraction = cursor.Skip(u'.') && significand.ReadDigits(cursor, true);
+  DecimalNumber number(cursor.TakeSign());
+  const bool hasWhole = number.ReadDigits(cursor, false);
+  const bool hasFraction = cursor.Skip(u'.') && number.ReadDigits(cursor, true);
   const bool found = hasWhole || hasFraction;
-  if (found) significand.AddExponent(ReadExponent(cursor));
-  outNumber = found ? significand.ToDouble() : 0.0;
+  if (found) number.AddExponent(ReadExponent(cursor));
+  outNumber = found ? number.ToDouble() : 0.0;
   return found && std::isfinite(outNumber);
 }
 
