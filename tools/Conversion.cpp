@@ -251,6 +251,13 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
   if (inNotation.HasBars() && hasPoint && numbers.size() <= 2)
     add(kConversionNoteKind_Fraction,
         " has no beat number; the digits after the '.' are a part of the first beat");
+  // The library writes ticks in the width of the largest one, or in four digits.
+  const std::size_t width = std::to_string(inNotation.fields.back().radix - 1).size();
+  if (inNotation.HasTicks() && numbers.size() == 3 && numbers.back().word.empty() &&
+      numbers.back().digits.size() < std::min<std::size_t>(width, 4)) {
+    add(kConversionNoteKind_Fraction, " has " + std::string(numbers.back().digits) +
+                                          " ticks; they are not a fraction of the beat");
+  }
   // The first number may exceed its radix: in clock time, "90:00" is an hour and a half.
   const bool reachesRadix =
       !inNotation.HasBars() &&

@@ -110,10 +110,10 @@ Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const
   Conversion conversion = inSettings.isLenient ? ParseLeniently(inFrom, from, inText)
                                                : ParseChecked(inFrom, from, inText);
   if (to != utility::kTimecodeFormat_Samples) FormatChecked(inTo, to, conversion);
-  const bool isRateInferred = inSettings.fromFormat.framesPerSecond.has_value() !=
-                              inSettings.toFormat.framesPerSecond.has_value();
+  const bool areBothNamed = inSettings.fromFormat.framesPerSecond.has_value() &&
+                            inSettings.toFormat.framesPerSecond.has_value();
   const bool isPulledDown = IsPulledDown(from);
-  if (isRateInferred && isPulledDown != IsPulledDown(to) && GetNotation(inFrom, from).HasFrames() &&
+  if (!areBothNamed && isPulledDown != IsPulledDown(to) && GetNotation(inFrom, from).HasFrames() &&
       GetNotation(inTo, to).HasFrames()) {
     const std::string rate = std::to_string(inTo.framesPerSecond);
     conversion.notes.push_back(

@@ -98,6 +98,8 @@ expect 0 $'1600\n3200' "mezzo: argument 1: note: '0;1' has a ';', but smpte has 
 expect 0 5 "*'00:00:00:05' stands for '00:00:00:06'" parse smpte 00:00:00:05 --rate 10 --fps 12
 expect 0 28 '' parse bars-beats 1:1.001 --rate 44100 --tempo 97
 expect 0 $'96000\n24000' "*'1:5' stands for '2:1.000'*" parse bars-beats 1:5 1:2
+expect 0 24125 "*'1:2.5' has 5 ticks; they are not a fraction of the beat" parse bars-beats 1:2.5
+expect 0 00:59:59:29 "*'smpte-drop' has 30 x *" convert smpte-drop smpte '01;00;00;00'
 expect 0 96050 "*'2.2' has no beat number; the digits after the '.' are *" parse bars-beats 2.2
 expect 0 24000 "*'-0:1' stands for '0:1.000'*" parse bars-beats --duration -0:1
 expect 0 2880000 "*'1 000' has a blank between numbers; it stands for '1:00.000'" parse decimal '1 000'
