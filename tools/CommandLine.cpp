@@ -86,8 +86,8 @@ Examples:
   mezzo parse 29.97df --field 2 --header < markers.csv)";
 
 constexpr char kFormatFooter[] = R"(JSON:
-  The same as for parse; "text" is the formatted text, or the parsed
-  one if the format is samples.
+  The same as for parse; "text" is the formatted text, or the parsed one if the
+  format is samples.
 
 Examples:
   mezzo format smpte 178707200 -48000
@@ -120,10 +120,9 @@ constexpr char kRulerFooter[] = R"(Beginning and end:
 
 Labels and positions:
   The position of each tick is that of a round value, such as 00:00:05:00. Its
-  label is the text of that position.
-  If labels are less than a minute apart, the frames on both sides of a gap in
-  drop-frame labels have ticks, too. An asterisk marks a label that reads back as
-  another position.
+  label is the text of that position. If labels are less than a minute apart, the
+  frames on both sides of a gap in drop-frame labels have ticks, too. An asterisk
+  marks a label that reads back as another position.
 
 JSON:
   {"format", "from", "to", "notes",
@@ -244,8 +243,7 @@ void AddTimelineOptions(CLI::App& ioCommand, Settings& outSettings) {
 void AddLenient(CLI::App& ioCommand, Settings& outSettings) {
   ioCommand.add_flag("--lenient", outSettings.isLenient,
                      "Parse as leniently as the library, but require a digit, accept a leading "
-                     "minus sign, and refuse "
-                     "text that the library reports");
+                     "minus sign, and refuse text that the library reports");
 }
 
 void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inName) {
@@ -404,8 +402,7 @@ void RequireValues(const CLI::App& inApp, const std::vector<std::string>& inArgu
     const auto next = std::next(argument);
     const bool lacksNextValue =
         next == inArguments.end() || *next == "--" || (next->starts_with("--") && IsOption(*next));
-    if (name == *argument ? lacksNextValue
-                          : argument->ends_with('=') && argument->size() == name.size() + 1)
+    if (name == *argument ? lacksNextValue : argument->size() == name.size() + 1)
       throw UserError(name + " needs a value");
   }
 }

@@ -227,37 +227,61 @@ bool HasValues(const Timeline& inTimeline, TimecodeFormat inFormat, std::int64_t
          });
 }
 
-/// Notes where the library may read a text differently from what its writer meant.
-std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notation& inNotation,
-                                         const Timeline& inTimeline, TimecodeFormat inFormat,
-                                         const Conversion& inParsed) {
-  std::vector<ConversionNote> notes;
-  const auto add = [&](ConversionNoteKind inKind, const std::string& inMessage) {
-    notes.push_back({inKind, Quote(inParsed.text) + inMessage});
-  };
+void AddNote(Conversion& ioParsed, ConversionNoteKind inKind, const std::string& inMessage) {
+  ioParsed.notes.push_back({inKind, Quote(ioParsed.text) + inMessage});
+}
+
+std::string QuoteLabel(const Timeline& inTimeline, TimecodeFormat inFormat,
+                       std::int64_t inPosition) {
+  return Quote(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inPosition)));
+}
+
+bool IsFullTimecode(TimecodeFormat inFormat) {
+  return GetName(inFormat).starts_with("smpte");
+}
+
+/// Notes separators that may mean something else to the writer of the text.
+void CheckSeparators(const TypedText& inTyped, const Notation& inNotation,
+                     const Timeline& inTimeline, TimecodeFormat inFormat, Conversion& ioParsed) {
   const auto& numbers = inTyped.numbers;
-  const bool isFullTimecode = GetName(inFormat).starts_with("smpte");
-  const bool hasPoint = numbers.back().separator == '.';
+  const TypedNumber& last = numbers.back();
+  const bool hasPoint = last.separator == '.';
   const bool hasSemicolon =
       std::any_of(numbers.begin(), numbers.end(),
                   [](const TypedNumber& inNumber) { return inNumber.separator == ';'; });
   if (hasSemicolon && !HasDropFrameLabels(inFormat)) {
-    add(kConversionNoteKind_Semicolon,
-        " has a ';', but " + GetName(inFormat) + " has no drop-frame labels");
+    AddNote(ioParsed, kConversionNoteKind_Semicolon,
+            " has a ';', but " + GetName(inFormat) + " has no drop-frame labels");
   }
-  if (isFullTimecode && hasPoint && numbers.size() <= 4)
-    add(kConversionNoteKind_Fraction,
-        " has fewer than four fields; the digits after the '.' are a fraction of a frame");
-  if (inNotation.HasBars() && hasPoint && numbers.size() <= 2)
-    add(kConversionNoteKind_Fraction,
-        " has no beat number; the digits after the '.' are a part of the first beat");
+  if (IsFullTimecode(inFormat) && hasPoint && numbers.size() <= 4) {
+    AddNote(ioParsed, kConversionNoteKind_Fraction,
+            " has fewer than four fields; the digits after the '.' are a fraction of a frame");
+  }
+  if (inNotation.HasBars() && hasPoint && numbers.size() <= 2) {
+    AddNote(ioParsed, kConversionNoteKind_Fraction,
+            " has no beat number; the digits after the '.' are a part of the first beat");
+  }
   // The library writes ticks in the width of the largest one, or in four digits.
   const std::size_t width = std::to_string(inNotation.fields.back().radix - 1).size();
-  if (inNotation.HasTicks() && numbers.size() == 3 && numbers.back().word.empty() &&
-      numbers.back().digits.size() < std::min<std::size_t>(width, 4)) {
-    add(kConversionNoteKind_Fraction, " has " + std::string(numbers.back().digits) +
-                                          " ticks; they are not a fraction of the beat");
+  if (inNotation.HasTicks() && numbers.size() == 3 && last.word.empty() &&
+      last.digits.size() < std::min<std::size_t>(width, 4)) {
+    AddNote(ioParsed, kConversionNoteKind_Fraction,
+            " has " + std::string(last.digits) + " ticks; they are not a fraction of the beat");
   }
+  const auto isAfterBareBlank = [](const TypedNumber& inBefore, const TypedNumber& inNumber) {
+    return inNumber.separator == ' ' && inBefore.word.empty();
+  };
+  if (std::adjacent_find(numbers.begin(), numbers.end(), isAfterBareBlank) != numbers.end()) {
+    AddNote(ioParsed, kConversionNoteKind_Blank,
+            " has a blank between numbers; it stands for " +
+                QuoteLabel(inTimeline, inFormat, ioParsed.position));
+  }
+}
+
+/// Notes a text that the library writes differently at its position.
+void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Timeline& inTimeline,
+                TimecodeFormat inFormat, Conversion& ioParsed) {
+  const auto& numbers = inTyped.numbers;
   // The first number may exceed its radix: in clock time, "90:00" is an hour and a half.
   const bool reachesRadix =
       !inNotation.HasBars() &&
@@ -265,27 +289,20 @@ std::vector<ConversionNote> CheckMeaning(const TypedText& inTyped, const Notatio
         return !inNumber.isFraction &&
                inNumber.GetValue() >= inNotation.fields[inNumber.field].radix;
       });
-  const auto quoteLabel = [&] {
-    return Quote(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inParsed.position)));
-  };
-  const auto isAfterBareBlank = [](const TypedNumber& inBefore, const TypedNumber& inNumber) {
-    return inNumber.separator == ' ' && inBefore.word.empty();
-  };
-  if (std::adjacent_find(numbers.begin(), numbers.end(), isAfterBareBlank) != numbers.end())
-    add(kConversionNoteKind_Blank, " has a blank between numbers; it stands for " + quoteLabel());
   // Only full timecode, ticks, and numbers that reach their radix are compared. Bars and beats with
   // a decimal fraction do not read back.
-  if (!reachesRadix && !isFullTimecode && !inNotation.HasTicks()) return notes;
+  const bool isTimecode = IsFullTimecode(inFormat);
+  if (!reachesRadix && !isTimecode && !inNotation.HasTicks()) return;
   // Rounding may put the position one sample before the beginning of its label.
-  if (!HasValues(inTimeline, inFormat, inParsed.position, inTyped) &&
-      !HasValues(inTimeline, inFormat, inParsed.position + 1, inTyped)) {
-    const bool isNoLabel = isFullTimecode && inNotation.samplesInUnit >= 1.0;
-    const char* const meaning = isFullTimecode && hasPoint ? " lies in "
-                                : isNoLabel                ? " is not a label; it stands for "
-                                                           : " stands for ";
-    add(kConversionNoteKind_NoSuchLabel, meaning + quoteLabel());
-  }
-  return notes;
+  if (HasValues(inTimeline, inFormat, ioParsed.position, inTyped) ||
+      HasValues(inTimeline, inFormat, ioParsed.position + 1, inTyped))
+    return;
+  const bool isNoLabel = isTimecode && inNotation.samplesInUnit >= 1.0;
+  const char* const meaning = isTimecode && numbers.back().separator == '.' ? " lies in "
+                              : isNoLabel ? " is not a label; it stands for "
+                                          : " stands for ";
+  AddNote(ioParsed, kConversionNoteKind_NoSuchLabel,
+          meaning + QuoteLabel(inTimeline, inFormat, ioParsed.position));
 }
 
 }  // namespace
@@ -394,7 +411,8 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
   constexpr std::int64_t kFarthest = std::numeric_limits<std::int64_t>::max();
   if (position == kFarthest || position <= -kFarthest) RefuseOutOfRange(inText);
   Conversion conversion{position, inText, {}};
-  conversion.notes = CheckMeaning(typed, notation, inTimeline, inFormat, conversion);
+  CheckSeparators(typed, notation, inTimeline, inFormat, conversion);
+  CheckLabel(typed, notation, inTimeline, inFormat, conversion);
   return conversion;
 }
 

@@ -103,6 +103,24 @@ class TextSource {
   std::string fCarriageReturn;
 };
 
+/// Notes that one format is pulled down and the other is not, unless both have the name of a rate.
+void CheckRates(const Settings& inSettings, const Timeline& inFrom, const Timeline& inTo,
+                Conversion& ioConversion) {
+  const FormatChoice& from = inSettings.fromFormat;
+  const FormatChoice& to = inSettings.toFormat;
+  const bool isPulledDown = IsPulledDown(from.format);
+  if ((from.framesPerSecond && to.framesPerSecond) || isPulledDown == IsPulledDown(to.format))
+    return;
+  if (!GetNotation(inFrom, from.format).HasFrames() || !GetNotation(inTo, to.format).HasFrames())
+    return;
+  const std::string rate = std::to_string(inTo.framesPerSecond);
+  ioConversion.notes.push_back(
+      {kConversionNoteKind_Rate, Quote(GetName((isPulledDown ? from : to).format)) + " has " +
+                                     rate + " x 1000/1001 frames per second, but " +
+                                     Quote(GetName((isPulledDown ? to : from).format)) + " has " +
+                                     rate});
+}
+
 Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const Timeline& inTo,
                        const std::string& inText) {
   const utility::TimecodeFormat from = inSettings.fromFormat.format;
@@ -110,17 +128,7 @@ Conversion ConvertText(const Settings& inSettings, const Timeline& inFrom, const
   Conversion conversion = inSettings.isLenient ? ParseLeniently(inFrom, from, inText)
                                                : ParseChecked(inFrom, from, inText);
   if (to != utility::kTimecodeFormat_Samples) FormatChecked(inTo, to, conversion);
-  const bool areBothNamed = inSettings.fromFormat.framesPerSecond.has_value() &&
-                            inSettings.toFormat.framesPerSecond.has_value();
-  const bool isPulledDown = IsPulledDown(from);
-  if (!areBothNamed && isPulledDown != IsPulledDown(to) && GetNotation(inFrom, from).HasFrames() &&
-      GetNotation(inTo, to).HasFrames()) {
-    const std::string rate = std::to_string(inTo.framesPerSecond);
-    conversion.notes.push_back(
-        {kConversionNoteKind_Rate, Quote(GetName(isPulledDown ? from : to)) + " has " + rate +
-                                       " x 1000/1001 frames per second, but " +
-                                       Quote(GetName(isPulledDown ? to : from)) + " has " + rate});
-  }
+  CheckRates(inSettings, inFrom, inTo, conversion);
   return conversion;
 }
 
@@ -128,6 +136,21 @@ std::size_t CountNumbers(const std::string& inText) {
   static const std::regex sNumber("[0-9]+");
   return static_cast<std::size_t>(
       std::distance(std::sregex_iterator(inText.begin(), inText.end(), sNumber), {}));
+}
+
+/// Notes that the delimiter may have split a text that contains it.
+void CheckDelimiter(const Settings& inSettings, const Timeline& inFrom, const TableRow& inRow,
+                    Conversion& ioConversion) {
+  if (!inRow.MayHaveBeenSplit()) return;
+  const utility::TimecodeFormat from = inSettings.fromFormat.format;
+  const bool isSeparator =
+      inSettings.delimiter == ':' || (inSettings.delimiter == ';' && HasDropFrameLabels(from));
+  const std::size_t fieldCount = GetNotation(inFrom, from).fields.size();
+  if (!isSeparator || fieldCount <= 2 || CountNumbers(inRow.GetField()) >= fieldCount) return;
+  ioConversion.notes.push_back({kConversionNoteKind_Delimiter,
+                                Quote(inRow.GetField()) +
+                                    " was converted alone; texts that contain the delimiter " +
+                                    Quote(std::string(1, inSettings.delimiter)) + " need quotes"});
 }
 
 /// A converted text as it is printed, or the reason why there is none.
@@ -144,19 +167,7 @@ Result ConvertLine(const Settings& inSettings, const Timeline& inFrom, const Tim
   try {
     const TableRow row(inLine, inSettings.field, inSettings.delimiter);
     Conversion conversion = ConvertText(inSettings, inFrom, inTo, row.GetField());
-    const utility::TimecodeFormat from = inSettings.fromFormat.format;
-    const std::size_t fieldCount = GetNotation(inFrom, from).fields.size();
-    const bool isSeparator =
-        inSettings.delimiter == ':' || (inSettings.delimiter == ';' && HasDropFrameLabels(from));
-    if (isSeparator && fieldCount > 2 && row.MayHaveBeenSplit() &&
-        CountNumbers(row.GetField()) < fieldCount) {
-      const std::string delimiter = Quote(std::string(1, inSettings.delimiter));
-      conversion.notes.push_back(
-          {kConversionNoteKind_Delimiter, Quote(row.GetField()) +
-                                              " was converted alone; texts that contain "
-                                              "the delimiter " +
-                                              delimiter + " need quotes"});
-    }
+    CheckDelimiter(inSettings, inFrom, row, conversion);
     const bool toSamples = inSettings.toFormat.format == utility::kTimecodeFormat_Samples;
     const std::string text = toSamples ? std::to_string(conversion.position) : conversion.text;
     return {conversion, row.ReplaceField(text)};
