@@ -28,13 +28,13 @@ constexpr char kToolDescription[] =
 A position is a signed sample count. Texts in other formats may begin with a
 minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
 and end in a decimal fraction. In bars and beats the last fields may be omitted
-instead, and "." precedes the ticks. Unit words may follow the numbers:
-"1 h 2 min 3 s" in clock time, "3 bars 2 beats". Only the first nine digits of a
-fraction are used. For a fraction of a frame, only the digits that the library
-can parse exactly are used, usually four or more.
+instead, and "." separates the beat from its ticks. Unit words may follow the
+numbers: "1 h 2 min 3 s" in clock time, "3 bars 2 beats". Only the first nine
+digits of a fraction are used. For a fraction of a frame, only the digits that
+the library can parse exactly are used, usually four or more.
 
-A FORMAT is a name or number that 'mezzo formats' lists, in any letter case, or
-the name of a frame rate, which selects a format and the nominal rate:
+A FORMAT is a name that 'mezzo formats' lists, in any letter case. The name of a
+frame rate selects a format and the nominal rate:
   23.976 23.98 24 25 29.97 29.97df 30 47.952 48 50 59.94 59.94df 60 100
   119.88 120
 )";
@@ -187,7 +187,7 @@ std::string CheckNominalRate(const std::string& inText) {
 }
 
 CLI::Option* AddFormat(CLI::App& ioCommand, const char* inName, FormatChoice& outFormat,
-                       const char* inDescription = "Format, by name or number") {
+                       const char* inDescription = "Format, by name") {
   const auto assign = [&outFormat](const std::string& inText) { outFormat = FindFormat(inText); };
   return ioCommand.add_option_function<std::string>(inName, assign, inDescription);
 }

@@ -62,6 +62,8 @@ struct TypedNumber {
 struct TypedText {
   bool isNegative = false;
   std::vector<TypedNumber> numbers;
+
+  bool HasFraction() const { return numbers.back().isFraction; }
 };
 
 /// Splits a text into its numbers, with their separators and unit words.
@@ -103,88 +105,54 @@ TypedText SplitText(std::string_view inText) {
   }
 }
 
-/// Assigns each number to a field.
-/// \exception UserError for numbers that the library would ignore.
-void AssignFields(TypedText& ioTyped, const Notation& inNotation, TimecodeFormat inFormat,
-                  const std::string& inText) {
-  auto& numbers = ioTyped.numbers;
-  const std::size_t last = inNotation.fields.size() - 1;
+/// Reads a text in a notation.
+/// \exception UserError for text that the library would ignore, and for a unit word that does not
+///     fit its number.
+TypedText ReadText(std::string_view inText, const Notation& inNotation, TimecodeFormat inFormat) {
+  TypedText typed = SplitText(inText);
+  auto& numbers = typed.numbers;
   const bool hasTicks = inNotation.HasTicks();
-  const bool hasFraction = numbers.back().separator == '.' && !hasTicks;
-  const std::size_t count = numbers.size() - (hasFraction ? 1 : 0);
-  const std::size_t fieldCount = inNotation.fields.back().unit == kUnit_Fraction ? last : last + 1;
+  const std::size_t fieldCount = inNotation.fields.size() - (inNotation.HasFraction() ? 1 : 0);
+  numbers.back().isFraction = numbers.back().separator == '.' && !hasTicks;
+  const std::size_t count = numbers.size() - (typed.HasFraction() ? 1 : 0);
   if (count > fieldCount) {
     throw UserError(Quote(inText) + " has " + std::to_string(count) + " numbers; " +
                     GetName(inFormat) + " takes at most " + std::to_string(fieldCount));
   }
-  std::size_t field = inNotation.HasBars() ? 0 : fieldCount - std::max<std::size_t>(count, 1);
+  const std::size_t first = inNotation.HasBars() ? 0 : fieldCount - count;
   for (std::size_t index = 0; index < numbers.size(); ++index) {
     TypedNumber& number = numbers[index];
+    const std::string digits(number.digits);
+    number.field = first + index - (number.isFraction ? 1 : 0);
+    if (number.separator == '.' && inNotation.HasBars() && index != 2)
+      RefusePart("." + digits, inText, "; a '.' may only follow a beat");
     if (index > 0 && numbers[index - 1].separator == '.')
-      RefusePart(number.digits, inText, "; nothing may follow a fraction");
-    if (hasTicks && index == last) {
-      if (number.separator == ':')
-        RefusePart(":" + std::string(number.digits), inText, "; ticks must follow a '.'");
+      RefusePart(digits, inText, "; nothing may follow a fraction");
+    if (hasTicks && index == 2) {
+      if (number.separator == ':') RefusePart(":" + digits, inText, "; ticks must follow a '.'");
       number.separator = '.';
     }
-    number.isFraction = number.separator == '.' && !hasTicks;
-    if (!number.isFraction && index > 0) ++field;
-    number.field = number.separator == '.' && hasTicks ? last : field;
-  }
-}
-
-/// \exception UserError for a unit word that does not fit the number's field.
-void RequireMatchingUnits(const TypedText& inTyped, const Notation& inNotation,
-                          const std::string& inText) {
-  for (const TypedNumber& number : inTyped.numbers) {
     const Unit unit = inNotation.fields[number.field].unit;
     if (!number.word.empty() && FindUnit(number.word) != unit)
       RefusePart(number.word, inText, "; the number before it counts " + GetName(unit));
   }
+  return typed;
 }
 
-/// \return the value of each field of the notation; a fraction has none.
-std::vector<std::int64_t> GetValues(const TypedText& inTyped, const Notation& inNotation) {
-  std::vector<std::int64_t> values(inNotation.fields.size());
-  for (const TypedNumber& number : inTyped.numbers) {
-    if (!number.isFraction) values[number.field] = number.GetValue();
-  }
-  return values;
-}
-
-/// \return the typed value without its fraction: in frames, seconds, milliseconds or beats. For
-///     bars and for drop-frame labels it is an upper bound.
-/// \exception UserError for numbers that overflow: the library parses each number, writes the first
-///     field, and counts frames and beats, in 32 bits.
-double CountUnits(const TypedText& inTyped, const Notation& inNotation, TimecodeFormat inFormat,
-                  const std::string& inText) {
-  const std::vector<std::int64_t> values = GetValues(inTyped, inNotation);
-  double greatest = 0.0;
-  double total = 0.0;
-  double unitsInFirst = 1.0;
-  for (std::size_t index = 0; index < values.size(); ++index) {
+/// \return the value of a text without its fraction, in units of the last field.
+double CountUnits(const TypedText& inTyped, const Notation& inNotation) {
+  double units = 0.0;
+  for (std::size_t index = 0; index < inNotation.fields.size(); ++index) {
     const Field& field = inNotation.fields[index];
-    const auto value = static_cast<double>(values[index]);
-    greatest = std::max(greatest, value);
-    if (field.separator == '.') continue;
-    total = total * static_cast<double>(field.radix) + value;
-    if (field.radix > 0) unitsInFirst *= static_cast<double>(field.radix);
+    if (field.unit == kUnit_Fraction) break;
+    const auto number =
+        std::find_if(inTyped.numbers.begin(), inTyped.numbers.end(),
+                     [index](const TypedNumber& inNumber) { return inNumber.field == index; });
+    const bool isOmitted = number == inTyped.numbers.end() || number->isFraction;
+    units = units * static_cast<double>(field.radix) +
+            static_cast<double>(isOmitted ? field.origin : number->GetValue());
   }
-  // The library counts beats from the beginning of bar 1. Before bar 1, it also counts them from
-  // the beginning of an earlier bar; that adds at most two bars.
-  if (inNotation.HasBars()) {
-    const int barCorrection = inTyped.isNegative ? 2 : -inNotation.fields.front().origin;
-    total += static_cast<double>(barCorrection * inNotation.fields[1].radix);
-  }
-  // Each block of ten minutes drops exactly one label in a thousand. Within a block, 0.999 × total
-  // is less than a second off.
-  if (HasDropFrameLabels(inFormat))
-    total = 0.999 * total + static_cast<double>(inNotation.fields.back().radix);
-  const bool isCount = inNotation.HasBars() || inNotation.HasFrames();
-  const double count = isCount ? total : total / unitsInFirst;
-  if (std::max(greatest, count) > std::numeric_limits<std::int32_t>::max())
-    RefuseOutOfRange(inText);
-  return total;
+  return inTyped.isNegative ? -units : units;
 }
 
 /// Cuts a fraction to the digits that the library parses exactly: at most nine, and in a fraction
@@ -196,7 +164,7 @@ void CutFraction(std::string_view& ioDigits, const Timeline& inTimeline, Timecod
   ioDigits = ioDigits.substr(0, kMostDigits);
   if (!GetNotation(inTimeline, inFormat).HasFrames()) return;
   const double factor = IsPulledDown(inFormat) ? 1001.0 : 1.0;
-  double product = factor * inTimeline.sampleRate * (inUnits + 2.0);
+  double product = factor * inTimeline.sampleRate * (std::fabs(inUnits) + 2.0);
   std::size_t count = 0;
   while (count < ioDigits.size() && (product *= 10.0) < kLargestProduct) ++count;
   ioDigits = ioDigits.substr(0, std::max<std::size_t>(count, 1));
@@ -212,97 +180,78 @@ std::string JoinNumbers(const TypedText& inTyped) {
   return text;
 }
 
-/// \return whether a position's text has the typed values, apart from decimal fractions.
-bool HasValues(const Timeline& inTimeline, TimecodeFormat inFormat, std::int64_t inPosition,
-               const TypedText& inTyped) {
-  const std::string text = FormatPosition(inTimeline, inFormat, inPosition);
-  const Notation notation = GetNotation(inTimeline, inFormat);
-  TypedText written = SplitText(text);
-  AssignFields(written, notation, inFormat, text);
-  const std::vector<std::int64_t> values = GetValues(written, notation);
-  const auto& numbers = inTyped.numbers;
-  return (inPosition == 0 || inTyped.isNegative == written.isNegative) &&
-         std::all_of(numbers.begin(), numbers.end(), [&values](const TypedNumber& inNumber) {
-           return inNumber.isFraction || inNumber.GetValue() == values[inNumber.field];
-         });
-}
-
 void AddNote(Conversion& ioParsed, ConversionNoteKind inKind, const std::string& inMessage) {
   ioParsed.notes.push_back({inKind, Quote(ioParsed.text) + inMessage});
 }
 
-std::string QuoteLabel(const Timeline& inTimeline, TimecodeFormat inFormat,
-                       std::int64_t inPosition) {
-  return Quote(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inPosition)));
+/// \return whether a number other than the first is too large or too small for its field.
+bool HasCarry(const TypedText& inTyped, const Notation& inNotation) {
+  return std::any_of(inTyped.numbers.begin() + 1, inTyped.numbers.end(),
+                     [&inNotation](const TypedNumber& inNumber) {
+                       const Field& field = inNotation.fields[inNumber.field];
+                       const std::int64_t value = inNumber.GetValue() - field.origin;
+                       return !inNumber.isFraction && (value < 0 || value >= field.radix);
+                     });
 }
 
-bool IsFullTimecode(TimecodeFormat inFormat) {
-  return GetName(inFormat).starts_with("smpte");
-}
-
-/// Notes separators that may mean something else to the writer of the text.
-void CheckSeparators(const TypedText& inTyped, const Notation& inNotation,
-                     const Timeline& inTimeline, TimecodeFormat inFormat, Conversion& ioParsed) {
-  const auto& numbers = inTyped.numbers;
-  const TypedNumber& last = numbers.back();
-  const bool hasPoint = last.separator == '.';
-  const bool hasSemicolon =
-      std::any_of(numbers.begin(), numbers.end(),
-                  [](const TypedNumber& inNumber) { return inNumber.separator == ';'; });
-  if (hasSemicolon && !HasDropFrameLabels(inFormat)) {
-    AddNote(ioParsed, kConversionNoteKind_Semicolon,
-            " has a ';', but " + GetName(inFormat) + " has no drop-frame labels");
-  }
-  if (IsFullTimecode(inFormat) && hasPoint && numbers.size() <= 4) {
-    AddNote(ioParsed, kConversionNoteKind_Fraction,
-            " has fewer than four fields; the digits after the '.' are a fraction of a frame");
-  }
-  if (inNotation.HasBars() && hasPoint && numbers.size() <= 2) {
-    AddNote(ioParsed, kConversionNoteKind_Fraction,
-            " has no beat number; the digits after the '.' are a part of the first beat");
-  }
-  // The library writes ticks in the width of the largest one, or in four digits.
-  const std::size_t width = std::to_string(inNotation.fields.back().radix - 1).size();
-  if (inNotation.HasTicks() && numbers.size() == 3 && last.word.empty() &&
-      last.digits.size() < std::min<std::size_t>(width, 4)) {
-    AddNote(ioParsed, kConversionNoteKind_Fraction,
-            " has " + std::string(last.digits) + " ticks; they are not a fraction of the beat");
-  }
-  const auto isAfterBareBlank = [](const TypedNumber& inBefore, const TypedNumber& inNumber) {
+/// \return whether only a blank is between two numbers.
+bool HasBareBlank(const TypedText& inTyped) {
+  const auto isBare = [](const TypedNumber& inBefore, const TypedNumber& inNumber) {
     return inNumber.separator == ' ' && inBefore.word.empty();
   };
-  if (std::adjacent_find(numbers.begin(), numbers.end(), isAfterBareBlank) != numbers.end()) {
-    AddNote(ioParsed, kConversionNoteKind_Blank,
-            " has a blank between numbers; it stands for " +
-                QuoteLabel(inTimeline, inFormat, ioParsed.position));
-  }
+  const auto& numbers = inTyped.numbers;
+  return std::adjacent_find(numbers.begin(), numbers.end(), isBare) != numbers.end();
 }
 
-/// Notes a text that the library writes differently at its position.
+/// A text that the library writes, and its value.
+struct Label {
+  std::string text;
+  double units = std::numeric_limits<double>::infinity();  ///< after an overflow
+
+  Label(const Timeline& inTimeline, TimecodeFormat inFormat, std::int64_t inPosition)
+      : text(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inPosition))) {
+    const Notation notation = GetNotation(inTimeline, inFormat);
+    try {
+      units = CountUnits(ReadText(text, notation, inFormat), notation);
+    } catch (const UserError&) {
+      // After an overflow, a field may have a sign.
+    }
+  }
+};
+
+/// Compares a text with the label of its position. Notes the label if it has another value, or if
+/// the writer of the text may have meant another one.
+/// \exception UserError when only an overflow can have made the difference.
 void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Timeline& inTimeline,
                 TimecodeFormat inFormat, Conversion& ioParsed) {
+  const double units = CountUnits(inTyped, inNotation);
+  const auto getDistance = [units](const Label& inLabel) {
+    return std::fabs(inLabel.units - units);
+  };
+  Label label(inTimeline, inFormat, ioParsed.position);
+  if (getDistance(label) >= 0.5) {
+    // Rounding may put the position one sample before the beginning of its label.
+    const Label next(inTimeline, inFormat, ioParsed.position + 1);
+    if (getDistance(next) < getDistance(label)) label = next;
+  }
+  // An overflow is at least 2^32 in some field. Dropped labels are a thousandth of all labels.
+  if (getDistance(label) > 1e6 + 0.01 * std::fabs(units)) RefuseOutOfRange(ioParsed.text);
   const auto& numbers = inTyped.numbers;
-  // The first number may exceed its radix: in clock time, "90:00" is an hour and a half.
-  const bool reachesRadix =
-      !inNotation.HasBars() &&
-      std::any_of(numbers.begin() + 1, numbers.end(), [&inNotation](const TypedNumber& inNumber) {
-        return !inNumber.isFraction &&
-               inNumber.GetValue() >= inNotation.fields[inNumber.field].radix;
-      });
-  // Only full timecode, ticks, and numbers that reach their radix are compared. Bars and beats with
-  // a decimal fraction do not read back.
-  const bool isTimecode = IsFullTimecode(inFormat);
-  if (!reachesRadix && !isTimecode && !inNotation.HasTicks()) return;
-  // Rounding may put the position one sample before the beginning of its label.
-  if (HasValues(inTimeline, inFormat, ioParsed.position, inTyped) ||
-      HasValues(inTimeline, inFormat, ioParsed.position + 1, inTyped))
-    return;
-  const bool isNoLabel = isTimecode && inNotation.samplesInUnit >= 1.0;
-  const char* const meaning = isTimecode && numbers.back().separator == '.' ? " lies in "
-                              : isNoLabel ? " is not a label; it stands for "
-                                          : " stands for ";
-  AddNote(ioParsed, kConversionNoteKind_NoSuchLabel,
-          meaning + QuoteLabel(inTimeline, inFormat, ioParsed.position));
+  const std::size_t point = label.text.find('.');
+  const bool isWithinLabel = inTyped.HasFraction() && point == std::string::npos;
+  const bool isOther = getDistance(label) >= 0.5 && !inNotation.HasFraction();
+  // Ticks with fewer digits than the library writes look like a decimal fraction.
+  const bool isShort = inNotation.HasTicks() && numbers.size() == 3 &&
+                       numbers.back().word.empty() &&
+                       numbers.back().digits.size() < label.text.size() - point - 1;
+  const bool isAmbiguous = isShort || HasCarry(inTyped, inNotation) || HasBareBlank(inTyped) ||
+                           (isWithinLabel && numbers.size() <= inNotation.fields.size());
+  if (!isOther && !isAmbiguous) return;
+  const char* const meaning = isWithinLabel ? " lies in "
+                              : isOther && HasDropFrameLabels(inFormat)
+                                  ? " is not a label; it stands for "
+                                  : " stands for ";
+  AddNote(ioParsed, kConversionNoteKind_Label, meaning + Quote(label.text));
 }
 
 }  // namespace
@@ -401,18 +350,26 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
                         const std::string& inText) {
   if (inFormat == kTimecodeFormat_Samples) return {ParsePosition(inText), inText, {}};
   const Notation notation = GetNotation(inTimeline, inFormat);
-  TypedText typed = SplitText(inText);
-  AssignFields(typed, notation, inFormat, inText);
-  RequireMatchingUnits(typed, notation, inText);
-  const double units = CountUnits(typed, notation, inFormat, inText);
-  if (TypedNumber& last = typed.numbers.back(); last.isFraction)
-    CutFraction(last.digits, inTimeline, inFormat, units);
-  const std::int64_t position = ParseText(inTimeline, inFormat, JoinNumbers(typed));
+  TypedText typed = ReadText(inText, notation, inFormat);
+  if (typed.HasFraction())
+    CutFraction(typed.numbers.back().digits, inTimeline, inFormat, CountUnits(typed, notation));
+  constexpr std::int64_t kGreatest = std::numeric_limits<std::int32_t>::max();
   constexpr std::int64_t kFarthest = std::numeric_limits<std::int64_t>::max();
-  if (position == kFarthest || position <= -kFarthest) RefuseOutOfRange(inText);
+  const std::int64_t position = ParseText(inTimeline, inFormat, JoinNumbers(typed));
+  const bool overflows =
+      std::any_of(typed.numbers.begin(), typed.numbers.end(),
+                  [](const TypedNumber& inNumber) { return inNumber.GetValue() > kGreatest; });
+  if (overflows || position == kFarthest || position <= -kFarthest) RefuseOutOfRange(inText);
   Conversion conversion{position, inText, {}};
-  CheckSeparators(typed, notation, inTimeline, inFormat, conversion);
-  CheckLabel(typed, notation, inTimeline, inFormat, conversion);
+  const bool hasSemicolon =
+      std::any_of(typed.numbers.begin(), typed.numbers.end(),
+                  [](const TypedNumber& inNumber) { return inNumber.separator == ';'; });
+  if (hasSemicolon && !HasDropFrameLabels(inFormat)) {
+    AddNote(conversion, kConversionNoteKind_Semicolon,
+            " has a ';', but " + GetName(inFormat) + " has no drop-frame labels");
+  }
+  if (inFormat != kTimecodeFormat_Milliseconds)
+    CheckLabel(typed, notation, inTimeline, inFormat, conversion);
   return conversion;
 }
 

@@ -20,9 +20,7 @@ namespace mezzo::tool {
 enum ConversionNoteKind {
   kConversionNoteKind_Lenient,
   kConversionNoteKind_Semicolon,
-  kConversionNoteKind_Fraction,
-  kConversionNoteKind_Blank,
-  kConversionNoteKind_NoSuchLabel,
+  kConversionNoteKind_Label,
   kConversionNoteKind_Exponent,
   kConversionNoteKind_Inexact,
   kConversionNoteKind_Delimiter,

@@ -16,7 +16,7 @@ using namespace utility;
 FormatChoice FindFormat(const std::string& inName) {
   const std::string name = boost::to_lower_copy(inName);
   for (const DisplayFormat& format : kDisplayFormats) {
-    if (format.name == name || std::to_string(format.format) == name) return {format.format, {}};
+    if (format.name == name) return {format.format, {}};
   }
   for (const RateName& rate : kRateNames) {
     if (rate.name == name) return {rate.format, rate.framesPerSecond};

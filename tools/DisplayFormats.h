@@ -81,7 +81,7 @@ struct FormatChoice {
   std::optional<std::int32_t> framesPerSecond;  ///< only if selected by a rate name
 };
 
-/// Finds a format by its name, its number or a rate name, in any letter case.
+/// Finds a format by its name or a rate name, in any letter case.
 /// \exception UserError when there is none; it suggests a name with similar spelling.
 FormatChoice FindFormat(const std::string& inName);
 
