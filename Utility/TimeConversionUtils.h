@@ -224,12 +224,13 @@ MEZZO_EXPORT void ConvertSamplesToDecimalTimecode(plinth::UTF16String& outString
 ///     -1 the text has bar, beat and fraction at every precision, followed by ".000" from 3 on.
 /// \param inSamples the position or length in samples; may be fractional.
 /// \param inSampleRate samples per second.
-/// \param inBeatInfo tempo, meter, ticks and offset.
+/// \param inBeatInfo tempo, meter, ticks and offset; read after the reports, so changes that the
+/// host
+///     makes while its dialog is open take effect.
 /// \param inIsDuration true: a length, `dOffsetMs` is ignored; false: a position.
 /// \param inPrecision the last field: 0 bar, 1 beat, 2 tick, 3 and above thousandths. A negative
 ///     precision is reported.
-/// \return true. False if `iBeatsPerBar` is 0 (reported, text unchanged). `inBeatInfo` is read
-///     after the reports, so changes made by the dialog take effect.
+/// \return true. False if `iBeatsPerBar` is 0 (reported, text unchanged).
 MEZZO_EXPORT bool ConvertSamplesToBarsAndBeats(plinth::UTF16String& outString, double inSamples,
                                                double inSampleRate, const BeatInfo& inBeatInfo,
                                                bool inIsDuration, int inPrecision);

@@ -4,7 +4,7 @@
 //
 // The cost of writing may depend on the caller's string, so there are three states: "same", one
 // string with texts of nearly always the same length; "changing", one string with changing lengths
-// and signs; "fresh", a new string for each text, including its allocation.
+// and signs; "fresh", a new string for each text, including any allocation.
 
 #include "../tests/support/Heap.h"
 #include <Utility/TimeConversionUtils.h>

@@ -1,12 +1,12 @@
 include(CheckCXXSymbolExists)
 
-# Compiler options of this project's targets, but not of its consumers, nor of the contract test,
-# which hosts build.
+# Compiler options of this project's targets. Consumers do not get them, and neither does the contract
+# test, which hosts build.
 add_library(mezzo_project_options INTERFACE)
 target_compile_features(mezzo_project_options INTERFACE cxx_std_20)
 target_compile_options(mezzo_project_options INTERFACE
-  # Compilers for Arm fuse by default. A fused operation that the source does not ask for changes last
-  # digits.
+  # Compilers fuse by default where the processor can, as on Arm. A fused operation that the source does
+  # not ask for changes last digits.
   -ffp-contract=off
   -fvisibility=hidden -fvisibility-inlines-hidden
   # Assertion reports name files relative to the root, and plinth's headers relative to their

@@ -61,7 +61,7 @@ void ShowFormats() {
                                     kTimecodeFormat_Beats};
   plinth::UTF16String text;
   text.reserve(64);
-  std::cout << " samples        SMPTE   drop frame     decimal  bars|beats        beats\n";
+  std::cout << " samples        SMPTE   drop frame     decimal  bars-beats        beats\n";
   for (const std::int64_t position : {-24000, 0, 36000, 480000, 2882879, 2882880}) {
     std::cout << std::setw(8) << position;
     for (const TimecodeFormat format : formats) {

@@ -73,7 +73,7 @@ std::int64_t ParseLeadingInteger(const std::string& inText) {
 
 void CheckFormattedTimecode(const RecordedCall& inCall) {
   const std::int64_t samples = inCall.GetInt(0), rate = inCall.GetInt(1), fps = inCall.GetInt(2);
-  // Within these, nothing needs more than 64 bits.
+  // Within these limits, nothing needs more than 64 bits.
   if (rate < 1 || fps < 1 || fps > 2000 || samples != samples << 29 >> 29) return;
   if (inCall.GetFlag(3) || inCall.GetFlag(6) || inCall.GetFlag(7) || inCall.GetFlag(9)) return;
   const std::int64_t dividend = std::abs(samples) * fps * 1000;

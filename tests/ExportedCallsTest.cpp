@@ -54,7 +54,7 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
                  }
                  fails = heap::sUntilFailure < 0;
                  heap::sUntilFailure = -1;
-               })).c_str();
+               })).c_str();  // copied, because moving would change the number of blocks
       // Two things are not leaks: the tables that first calls build, and a disconnected slot, which
       // the signal frees at the next connection.
       const bool leaks = heap::sBlocks != blocks && seed >= 100 && GetParam().isPure;

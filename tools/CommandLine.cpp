@@ -71,7 +71,7 @@ Examples:
   mezzo show -1234 --fps 24 --tempo 90 --meter 6/8)";
 
 constexpr char kParseFooter[] = R"(JSON:
-  [{"item", "samples", "text", "notes"}, ...]
+  [{"item", "position", "text", "notes"}, ...]
 
   "item" is the number of the input, "text" the parsed text. "notes" is present
   only if there are notes. The entry of an input that cannot be converted is
@@ -122,7 +122,7 @@ Labels and positions:
   The position of each tick is that of a round value, such as 00:00:05:00. Its
   label is the text of that position. If labels are less than a minute apart, the
   frames on both sides of a gap in drop-frame labels have ticks, too. An asterisk
-  marks a label that reads back as another position.
+  marks a label that does not read back as its position.
 
 JSON:
   {"format", "from", "to", "notes",
@@ -179,8 +179,7 @@ CLI::Validator RequireBetween(Value inLowest, Value inHighest) {
 /// Explains a rate name, such as "29.97", that is typed where a nominal rate is required.
 std::string CheckNominalRate(const std::string& inText) {
   const RateName* const rate = FindNearestRate(inText);
-  const bool isWholeNumber = inText.find_first_not_of("0123456789") == std::string::npos;
-  if (rate == nullptr || isWholeNumber) return "";
+  if (rate == nullptr || !IsPulledDown(rate->format)) return "";
   const bool hasBoth = rate->name == "29.97" || rate->name == "59.94";
   return "must be nominal: for " + inText + ", use " + std::to_string(rate->framesPerSecond) +
          " with " + GetName(rate->format) + (hasBoth ? " or smpte-drop" : "");
@@ -197,7 +196,7 @@ void AddTimelineOptions(CLI::App& ioCommand, Settings& outSettings) {
   utility::BeatInfo& beats = timeline.beats;
   ioCommand.option_defaults()->group("Timeline");
   ioCommand.add_option("--rate", timeline.sampleRate, "Samples per second")
-      ->check(RequireBetween(1, 10000000))
+      ->check(RequireBetween(1, 3000000))
       ->type_name("HZ");
   ioCommand
       .add_option("--fps", outSettings.framesPerSecond,
@@ -220,8 +219,8 @@ void AddTimelineOptions(CLI::App& ioCommand, Settings& outSettings) {
       ->check([](const std::string& inText) {
         static const std::regex sMeter("[1-9][0-9]{0,2}/(1|2|4|8|16|32|64|128)");
         return std::regex_match(inText, sMeter) ? ""
-                                                : "must be a meter such as 6/8, whose second "
-                                                  "number is a power of two up to 128, not " +
+                                                : "must be from 1 to 999 beats and a power of "
+                                                  "two up to 128, such as 6/8, not " +
                                                       Quote(inText);
       })
       ->type_name("N/N")
@@ -243,7 +242,7 @@ void AddTimelineOptions(CLI::App& ioCommand, Settings& outSettings) {
 void AddLenient(CLI::App& ioCommand, Settings& outSettings) {
   ioCommand.add_flag("--lenient", outSettings.isLenient,
                      "Parse as leniently as the library, but require a digit, accept a leading "
-                     "minus sign, and refuse text that the library reports");
+                     "minus sign, and refuse text for which the library reports an error");
 }
 
 void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inName) {
@@ -508,7 +507,7 @@ int Run(const std::vector<std::string>& inArguments) {
       throw UserError("cannot write standard output: " + std::generic_category().message(errno));
     return status;
   } catch (const std::exception& error) {
-    Complain(error.what());
+    PrintMessage(error.what());
     return kExitStatus_BadArguments;
   }
 }

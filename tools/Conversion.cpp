@@ -155,19 +155,19 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation) {
   return inTyped.isNegative ? -units : units;
 }
 
-/// Cuts a fraction to the digits that the library parses exactly: at most nine, and in a fraction
-/// of a frame only as many as keep the computation in integers.
-void CutFraction(std::string_view& ioDigits, const Timeline& inTimeline, TimecodeFormat inFormat,
-                 double inUnits) {
-  constexpr std::size_t kMostDigits = 9;
+/// The digits of a fraction that the tool passes on.
+constexpr std::size_t kMostDigits = 9;
+
+/// \return how many digits of a fraction the library parses exactly: in a fraction of a frame, only
+///     as many as keep the computation in integers.
+std::size_t CountExactDigits(const Timeline& inTimeline, TimecodeFormat inFormat, double inUnits) {
+  if (!GetNotation(inTimeline, inFormat).HasFrames()) return kMostDigits;
   constexpr double kLargestProduct = 0x7p60;
-  ioDigits = ioDigits.substr(0, kMostDigits);
-  if (!GetNotation(inTimeline, inFormat).HasFrames()) return;
   const double factor = IsPulledDown(inFormat) ? 1001.0 : 1.0;
-  double product = factor * inTimeline.sampleRate * (std::fabs(inUnits) + 2.0);
-  std::size_t count = 0;
-  while (count < ioDigits.size() && (product *= 10.0) < kLargestProduct) ++count;
-  ioDigits = ioDigits.substr(0, std::max<std::size_t>(count, 1));
+  double product = factor * inTimeline.sampleRate * (std::fabs(inUnits) + 2.0) * 10.0;
+  std::size_t count = 1;
+  while (count < kMostDigits && (product *= 10.0) < kLargestProduct) ++count;
+  return count;
 }
 
 /// \return the text with the separators that the library expects.
@@ -242,7 +242,7 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
   const bool isOther = getDistance(label) >= 0.5 && !inNotation.HasFraction();
   // Ticks with fewer digits than the library writes look like a decimal fraction.
   const bool isShort = inNotation.HasTicks() && numbers.size() == 3 &&
-                       numbers.back().word.empty() &&
+                       numbers.back().word.empty() && numbers.back().GetValue() > 0 &&
                        numbers.back().digits.size() < label.text.size() - point - 1;
   const bool isAmbiguous = isShort || HasCarry(inTyped, inNotation) || HasBareBlank(inTyped) ||
                            (isWithinLabel && numbers.size() <= inNotation.fields.size());
@@ -257,14 +257,15 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
 }  // namespace
 
 ConversionNotePrinter::~ConversionNotePrinter() {
-  if (fOmitted > 0) Complain("note: " + std::to_string(fOmitted) + " more; --json shows all notes");
+  if (fOmitted > 0)
+    PrintMessage("note: " + std::to_string(fOmitted) + " more; --json shows all notes");
 }
 
 void ConversionNotePrinter::Print(const std::vector<ConversionNote>& inNotes,
                                   const std::string& inPlace) {
   for (const ConversionNote& note : inNotes) {
     if (fPrinted.insert(note.kind).second) {
-      Complain(inPlace + "note: " + note.text);
+      PrintMessage(inPlace + "note: " + note.text);
     } else {
       ++fOmitted;
     }
@@ -351,16 +352,24 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
   if (inFormat == kTimecodeFormat_Samples) return {ParsePosition(inText), inText, {}};
   const Notation notation = GetNotation(inTimeline, inFormat);
   TypedText typed = ReadText(inText, notation, inFormat);
-  if (typed.HasFraction())
-    CutFraction(typed.numbers.back().digits, inTimeline, inFormat, CountUnits(typed, notation));
+  Conversion conversion{0, inText, {}};
+  if (std::string_view& digits = typed.numbers.back().digits; typed.HasFraction()) {
+    digits = digits.substr(0, kMostDigits);
+    const std::size_t count = CountExactDigits(inTimeline, inFormat, CountUnits(typed, notation));
+    if (digits.find_first_not_of('0', count) != std::string_view::npos) {
+      AddNote(conversion, kConversionNoteKind_Digits,
+              " is parsed with only " + std::to_string(count) + " digits after the '.'");
+    }
+    digits = digits.substr(0, count);
+  }
   constexpr std::int64_t kGreatest = std::numeric_limits<std::int32_t>::max();
   constexpr std::int64_t kFarthest = std::numeric_limits<std::int64_t>::max();
   const std::int64_t position = ParseText(inTimeline, inFormat, JoinNumbers(typed));
+  conversion.position = position;
   const bool overflows =
       std::any_of(typed.numbers.begin(), typed.numbers.end(),
                   [](const TypedNumber& inNumber) { return inNumber.GetValue() > kGreatest; });
   if (overflows || position == kFarthest || position <= -kFarthest) RefuseOutOfRange(inText);
-  Conversion conversion{position, inText, {}};
   const bool hasSemicolon =
       std::any_of(typed.numbers.begin(), typed.numbers.end(),
                   [](const TypedNumber& inNumber) { return inNumber.separator == ';'; });

@@ -19,6 +19,7 @@ namespace mezzo::tool {
 
 enum ConversionNoteKind {
   kConversionNoteKind_Lenient,
+  kConversionNoteKind_Digits,
   kConversionNoteKind_Semicolon,
   kConversionNoteKind_Label,
   kConversionNoteKind_Exponent,
@@ -36,7 +37,7 @@ struct ConversionNote {
 
 struct Conversion {
   std::int64_t position;
-  std::string text;
+  std::string text;  ///< the parsed text; after FormatChecked, the formatted one
   std::vector<ConversionNote> notes;
 };
 

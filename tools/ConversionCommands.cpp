@@ -103,7 +103,8 @@ class TextSource {
   std::string fCarriageReturn;
 };
 
-/// Notes that one format is pulled down and the other is not, unless both have the name of a rate.
+/// Adds a note if only one of the formats is pulled down, unless the names of frame rates selected
+/// both.
 void CheckRates(const Settings& inSettings, const Timeline& inFrom, const Timeline& inTo,
                 Conversion& ioConversion) {
   const FormatChoice& from = inSettings.fromFormat;
@@ -180,7 +181,7 @@ JSON MakeJSON(std::size_t inNumber, const std::string& inLine, const Result& inR
   if (!inResult.error.empty())
     return {{"item", inNumber}, {"text", inLine}, {"error", inResult.error}};
   JSON entry{{"item", inNumber},
-             {"samples", inResult.conversion.position},
+             {"position", inResult.conversion.position},
              {"text", inResult.conversion.text}};
   AddConversionNotes(entry, inResult.conversion.notes);
   return entry;
@@ -280,7 +281,7 @@ int Convert(const Settings& inSettings) {
   };
   const auto complain = [&](const std::string& inMessage) {
     status = kExitStatus_SomeUnconverted;
-    Complain(source.GetPlace() + ": " + inMessage);
+    PrintMessage(source.GetPlace() + ": " + inMessage);
   };
   if (inSettings.hasHeader && source.GetNext(line)) {
     try {

@@ -82,7 +82,7 @@ std::string SuggestWord(const std::string& inUnknown, const std::vector<std::str
   return similar.empty() ? "; see '" + inListingCommand + "'" : "; did you mean '" + similar + "'?";
 }
 
-void Complain(std::string_view inMessage) {
+void PrintMessage(std::string_view inMessage) {
   std::cerr << "mezzo: " + Escape(inMessage) + '\n';
 }
 

@@ -33,6 +33,6 @@ std::string SuggestWord(const std::string& inUnknown, const std::vector<std::str
                         const std::string& inListingCommand);
 
 /// Writes a message to standard error as one line.
-void Complain(std::string_view inMessage);
+void PrintMessage(std::string_view inMessage);
 
 }  // namespace mezzo::tool

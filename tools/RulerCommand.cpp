@@ -81,7 +81,7 @@ void WriteFile(const std::string& inName, const std::string& inContent) {
 
 int DrawRuler(const Settings& inSettings) {
   if (inSettings.isJSON && !inSettings.pictureFile.empty())
-    throw UserError("give either --json or --svg");
+    throw UserError("--json and --svg exclude each other");
   const utility::TimecodeFormat format = inSettings.toFormat.format;
   const Timeline timeline = inSettings.GetTimeline(inSettings.toFormat);
   const RulerScale scale(timeline, format, inSettings.rulerFrom, inSettings.rulerTo);

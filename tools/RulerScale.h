@@ -51,7 +51,7 @@ class RulerScale {
   /// \return where a position lies in the interval: 0 at its beginning, 1 at its end.
   double Locate(std::int64_t inPosition) const;
 
-  /// \return the length of a step as a part of the interval; approximate for drop-frame labels.
+  /// \return the length of a step as a fraction of the interval; approximate for drop-frame labels.
   double Measure(std::int64_t inStep) const;
 
   /// \return all ticks at multiples of a step, in ascending order.

@@ -54,7 +54,7 @@ std::string GetFootnote(const std::vector<PlacedTick>& inTicks) {
   const bool isMarked = std::any_of(inTicks.begin(), inTicks.end(), [](const PlacedTick& inTick) {
     return inTick.box && !inTick.tick.readsBack;
   });
-  return isMarked ? "* reads back as another position" : "";
+  return isMarked ? "* does not read back as its position" : "";
 }
 
 Grid GetTextGrid(int inColumns) {

@@ -97,6 +97,7 @@ function drawRuler() {
   const position = BigInt(findShown('samples').text);
   const half = BigInt(fields.span.value) / 2n;
   const [from, to] = [position - half, position + half];
+  // The picture has margins of 24 pixels and columns of 8.
   const columns = Math.max(20, Math.floor((ruler.clientWidth - 48) / 8));
   const drawn = run('ruler', '--svg', '-', '--format', answer.taken, ...options(answer.taken),
                     '--from', `@${from}`, '--to', `@${to}`, '--width', String(columns));
@@ -199,7 +200,8 @@ function listen() {
   });
   on(ruler, 'pointermove', ({clientX}) => {
     if (!start || !answer) return;
-    const share = (start.clientX - clientX) / (ruler.clientWidth - 56);
+    // The last column is the end of the interval.
+    const share = (start.clientX - clientX) / (ruler.clientWidth - 48 - 8);
     move('samples', String(start.position + BigInt(Math.round(share * fields.span.value))));
   });
   on(ruler, 'pointerup pointercancel', () => start = undefined);

@@ -48,7 +48,7 @@ class TextCursor {
     return fUnit != fEnd;
   }
 
-  void Skip() { ++fUnit; }
+  void Advance() { ++fUnit; }
 
   /// Reads a run of digits and moves past it. Saturates; an empty run is 0.
   int ReadDigits() { return static_cast<int>(ReadMagnitude(kLargestInt)); }

@@ -272,7 +272,7 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
       "const mezzo::utility::BeatInfo &, bool, int)";
   MEZZO_ASSERT(inPrecision >= 0, "", kSignature);
   MEZZO_ASSERT(inBeatInfo.iBeatsPerBar != 0, "programmer error!\n", kSignature);
-  // The dialog may change the record, so it is read after the reports.
+  // The host may change the record while its dialog is open.
   const Int32 beatsPerBar = inBeatInfo.iBeatsPerBar;
   const std::int32_t ticksPerBeat = inBeatInfo.iTicksPerBeat;
   if (beatsPerBar == 0) return false;
@@ -442,6 +442,7 @@ struct ParsedTimeCode {
 int GetFractionDenominator(int inUnitCount) {
   static constexpr std::array<int, 10> kPowersOfTen{
       1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
+  // The count is negative if it has wrapped at the end of a long text.
   const auto power = static_cast<std::size_t>(std::max(inUnitCount, 0));
   return power < kPowersOfTen.size() ? kPowersOfTen[power] : std::numeric_limits<int>::max();
 }
@@ -543,7 +544,7 @@ std::int64_t ConvertBarsAndBeatsToSamples(const UTF16String& inString, double in
   const Int32 bar = TextCursor(inString).ReadInteger() - first;
   Int32 beat = 0;
   if (TextCursor cursor(inString); cursor.SkipTo(u':')) {
-    cursor.Skip();
+    cursor.Advance();
     beat = cursor.ReadInteger() - first;
   }
   const bool isDecimal = inBeatInfo.iTicksPerBeat == -1;
@@ -551,7 +552,7 @@ std::int64_t ConvertBarsAndBeatsToSamples(const UTF16String& inString, double in
   int tick = 0;
   if (TextCursor cursor(inString); cursor.SkipTo(u'.')) {
     if (isDecimal) fraction = cursor.PeekFraction();
-    cursor.Skip();
+    cursor.Advance();
     tick = cursor.ReadInteger();
   }
   const double partOfBeat =
@@ -604,9 +605,9 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
       outSamples = TruncateTo<std::int64_t>(std::fma(ReadSexagesimal(inString), inSampleRate, 0.5));
       return true;
     case kTimecodeFormat_Samples: {
-      constexpr unsigned short kParserFlags = 6;  // the host's option bits for sample counts
+      constexpr unsigned short kParserOptions = 6;  // the host's option bits for sample counts
       long long samples = outSamples;
-      plinth::string::StringToNumber(samples, inString, kParserFlags);
+      plinth::string::StringToNumber(samples, inString, kParserOptions);
       outSamples = samples;
       return true;
     }

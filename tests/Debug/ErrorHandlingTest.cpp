@@ -1,5 +1,5 @@
 // What a report carries, how a site is silenced, and the host's switch. The flag of a site and the
-// switch live as long as the process, so each test here runs in one of its own.
+// switch live as long as the process, so each test here runs in a process of its own.
 
 #include "../support/Heap.h"
 #include "../support/Reports.h"

@@ -33,10 +33,10 @@ TEST(UTF16StringStream, FillsTheNextItemUpToItsWidth) {
 
 TEST(NumericCast, ReportsWhatDoesNotFit) {
   if constexpr (sizeof(long) == sizeof(int)) GTEST_SKIP() << "every long fits";
-  const auto kBeyond = static_cast<long>(std::int64_t{1} << 32);
+  const auto beyond = static_cast<long>(std::int64_t{1} << 32);
   testing::internal::CaptureStderr();
   NumericCast<int, long>(2147483647);
-  NumericCast<int, long>(kBeyond);
+  NumericCast<int, long>(beyond);
   const std::regex line(":[0-9]+:");
   EXPECT_EQ(
       std::regex_replace(testing::internal::GetCapturedStderr(), line, ":LINE:"),
@@ -44,7 +44,7 @@ TEST(NumericCast, ReportsWhatDoesNotFit) {
       "from long (4294967296) to int in T plinth::utility::NumericCast(F) [T = int, F = long]\n");
   mezzo::test::ReportRecorder reports;
   reports.sSilences = true;
-  for (int times = 0; times < 2; ++times) NumericCast<int, long>(kBeyond);
+  for (int times = 0; times < 2; ++times) NumericCast<int, long>(beyond);
   EXPECT_EQ(reports.Take().size(), 1u) << "a silenced site reported";
 }
 

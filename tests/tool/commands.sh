@@ -98,6 +98,8 @@ expect 0 2883681 "*'00;01;00;00.5' lies in '00;01;00;02'" parse smpte-drop '00;0
 expect 0 $'1600\n3200' "mezzo: argument 1: note: '0;1' has a ';', but smpte has no drop-frame labels" \
   parse smpte '0;1' 2
 expect 0 5 "*'00:00:00:05' stands for '00:00:00:06'" parse smpte 00:00:00:05 --rate 10 --fps 12
+expect 0 10731148206 "*'15:30:35:561.346' is parsed with only 2 digits after the '.'" \
+  parse smpte-pulldown 15:30:35:561.346 --rate 192000 --fps 1000
 expect 0 28 '' parse bars-beats 1:1.001 --rate 44100 --tempo 97
 expect 0 $'96000\n24000' "*'1:5' stands for '2:1.000'*" parse bars-beats 1:5 1:2
 expect 0 24125 "*'1:2.5' stands for '1:2.005'" parse bars-beats 1:2.5
@@ -132,7 +134,7 @@ done
 expect 1 $'48000\n\n\n\n\n96000' \
   "*line 2: no digit*line 3: no digit in 'a\\\\x09bc'*line 4: *'\\\\xff1'*line 5: *'1\\\\x00'*" \
   parse smpte < <(printf '\xef\xbb\xbf1:00\r\n\r\na\tbc\n\xff1\n1\0\n2:00')
-expect 1 $'[\n{"item":1,"samples":48000,"text":"1:00"},\n{"item":2,"text":"x","error":"no digit in \'x\'"}\n]' \
+expect 1 $'[\n{"item":1,"position":48000,"text":"1:00"},\n{"item":2,"text":"x","error":"no digit in \'x\'"}\n]' \
   '*line 2: no digit*' parse smpte --json <<<$'\xef\xbb\xbf1:00\r\nx'
 expect 2 '' 'mezzo: standard input is UTF-16, not UTF-8' parse smpte < <(printf '\xff\xfe1\0')
 expect 1 '' "mezzo: argument 1: no digit in '$(printf 'x%.0s' {1..80})...'" \
@@ -220,7 +222,7 @@ refuse '--fps: must be nominal: for 29.97, use 30 with smpte-pulldown or smpte-d
 refuse '--delimiter: *' parse smpte --field 1 --delimiter ab
 refuse '--delimiter requires --field' parse smpte --delimiter tab
 refuse "--fps: * for 29.97df, use 30 with smpte-drop" show 5 --fps 29.97df
-refuse "--rate: must be a whole number from 1 to 10000000, not '44.1'" show 5 --rate 44.1
+refuse "--rate: must be a whole number from 1 to 3000000, not '44.1'" show 5 --rate 44.1
 for tempo in nan 0x10; do refuse '--tempo: must be from 0.001 to 100000, not *' show 5 --tempo $tempo; done
 refuse "--fps: must be a whole number *" show 5 --fps 025
 refuse '--meter: *' show 5 --meter 4/3
@@ -234,7 +236,7 @@ refuse 'empty interval: *' ruler --from 5 --to 5
 refuse '--width: *' ruler --from 0 --to 5 --width 2001
 refuse '--svg needs a value' ruler --from 0 --to 5 --svg --json
 refuse '*cannot write*' ruler --from 0 --to 5 --svg /dev/full
-refuse 'give either *' ruler --from 0 --to 5 --svg x --json
+refuse '* exclude each other' ruler --from 0 --to 5 --svg x --json
 [[ -e /dev/full ]] && { "$mezzo" formats >/dev/full 2>&1; [[ $? == 2 ]] || fail 'full device'; }
 
 # Rulers: the line of labels

@@ -81,7 +81,7 @@ for text, keys, wanted in KEYS:
 
 ActionChains(browser).drag_and_drop_by_offset(find("#ruler"), -100, 0).perform()
 find("#ruler").send_keys("+")
-share = 100 / (find("#ruler").get_property("clientWidth") - 56)
+share = 100 / (find("#ruler").get_property("clientWidth") - 48 - 8)
 sample = str(int(tool("parse", "frames", "34")[0]) + round(share * 200000))
 text = tool("format", "decimal", sample)[0]
 note = f"'{text}' reads back as sample {tool('parse', 'decimal', text)[0]}"

@@ -36,7 +36,8 @@ PLINTH_EXPORT AssertDialogHandler SetAssertDialogHandler(AssertDialogHandler inH
 /// \param inFile the source file.
 /// \param inLine the line in the file.
 /// \param inFunction the signature of the function.
-/// \param inFlag passed on to the handler; the library always passes true.
+/// \param inFlag a flag of the host's dialog, passed on to the handler; the library always passes
+///     true.
 /// \return true if the program should break into the debugger.
 PLINTH_EXPORT bool BreakAfterAssertDialog(bool& ioDisabled, const char* inCondition,
                                           const unsigned char* inMessage, const char* inFile,

@@ -14,7 +14,7 @@ namespace plinth::debug {
 /// Caches the value of one entry of the debug database.
 ///
 /// While the database does not change, reading neither locks nor allocates. Any thread may read at
-/// any time. Threads that notice a change at the same time each store the value they read.
+/// any time. If two threads read during a change, the older value may stay until the next change.
 template <class T>
 class CachedDatabaseValue {
  public:
@@ -33,8 +33,7 @@ class CachedDatabaseValue {
   T Get() {
     const DebugDatabase& database = DebugDatabase::Instance();
     const std::uint32_t generation = database.GetGeneration();
-    // The generation is stored last, so it is read first. If two threads refresh during a change,
-    // the older value may be stored last; it stays until the next change.
+    // The generation is read first and stored last, so the next call notices a change in between.
     if (fGeneration.load(std::memory_order_acquire) == generation)
       return fValue.load(std::memory_order_acquire);
     const bool reads = fResetWhenRemoved || database.HasEntry(fKey);
