@@ -135,8 +135,9 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// The result is the first sample at or after the start of the labelled frame, computed as a
 /// quotient of integers. If the dividend exceeds 7 × 2^60, which takes extreme rates or a long
 /// fraction, the result is computed in double precision and is only approximate. Writing the result
-/// at the same rates gives back every label that is not a dropped one. This holds if a frame lasts
-/// at least one sample, and if the frame count and the frame rate × 3600 fit in 32 bits.
+/// at the same rates gives back every label that is not a dropped one, if a frame lasts at least
+/// one sample, the sample rate is at most 3 MHz, and the frame count and the frame rate × 3600 fit
+/// in 32 bits.
 ///
 /// \param[out] outSamples receives the position in samples; -1 for an empty text; 0 for a text
 ///     without digits; 0, with a report, for a frame rate of 0.
@@ -161,8 +162,8 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 /// The format comes before the sample rate here, but after it in the function that writes.
 ///
 /// \param[out] outSamples receives the position in samples. An empty text gives -1, whatever the
-///     other arguments. `kTimecodeFormat_Reserved` and a value outside 0 to 14 give 0 (the two
-///     bounds are reported).
+///     other arguments. `kTimecodeFormat_Reserved` and a value outside 0 to 14 give 0 (-1
+///     and 15 are reported).
 /// \param inString the text. A leading minus sign negates sample counts and bars; in all other
 ///     formats it is a separator. Clock time, milliseconds and beats have up to three fields. One
 ///     unit of a field is 60 of the next: "1:30" is 90 seconds, milliseconds or beats. A fourth
@@ -224,9 +225,8 @@ MEZZO_EXPORT void ConvertSamplesToDecimalTimecode(plinth::UTF16String& outString
 ///     -1 the text has bar, beat and fraction at every precision, followed by ".000" from 3 on.
 /// \param inSamples the position or length in samples; may be fractional.
 /// \param inSampleRate samples per second.
-/// \param inBeatInfo tempo, meter, ticks and offset; read after the reports, so changes that the
-/// host
-///     makes while its dialog is open take effect.
+/// \param inBeatInfo tempo, meter, ticks and offset; read after the reports, so changes
+///     that the host makes while its dialog is open take effect.
 /// \param inIsDuration true: a length, `dOffsetMs` is ignored; false: a position.
 /// \param inPrecision the last field: 0 bar, 1 beat, 2 tick, 3 and above thousandths. A negative
 ///     precision is reported.

@@ -100,7 +100,7 @@ struct TimecodeText {
 TimecodeText Parse(std::string inRest) {
   static const char kDigits[] = "0123456789";
   TimecodeText timecode;
-  std::size_t length = 0;
+  std::size_t unitsLeft = 0;
   for (int count = 0; count < 5; ++count) {
     const std::string separators = inRest.substr(0, inRest.find_first_of(kDigits));
     const bool isDotted = separators.find('.') != separators.npos;
@@ -111,14 +111,14 @@ TimecodeText Parse(std::string inRest) {
     if (inRest.empty()) {
       timecode.values.pop_back();
     } else {
-      if (isDotted || count > 0) length = inRest.size();
+      if (isDotted || count > 0) unitsLeft = inRest.size();
       value = ParseLeadingInteger(inRest);
       inRest.erase(0, inRest.find_first_not_of(kDigits));
     }
     if (isDotted) {
       timecode.numerator = value;
       timecode.denominator =
-          ParseLeadingInteger('1' + std::string(std::min<std::size_t>(length, 10), '0'));
+          ParseLeadingInteger('1' + std::string(std::min<std::size_t>(unitsLeft, 10), '0'));
       break;
     }
     timecode.values.push_back(value);
@@ -139,8 +139,8 @@ void CheckParsedTimecode(const RecordedCall& inCall) {
   const std::int64_t factor = (1000 + pulldown) * rate, divisor = 1000 * timecode.denominator * fps;
   if (frames > kLargestInt) return;  // wraps in the library
   const std::int64_t fractions = timecode.denominator * frames + timecode.numerator;
-  // Above 7 × 2^60 the library computes in double precision. 2^62 is less than that, and the next
-  // sum fits in 64 bits.
+  // Above 7 × 2^60 the library computes in double precision. Below 2^62, the dividend in the next
+  // statement also fits in 64 bits.
   if (static_cast<long double>(fractions) * factor >= 0x1p62L) return;
   inCall.RequireEqual(std::to_string((fractions * factor + divisor - 1) / divisor));
 }
@@ -208,10 +208,12 @@ void CheckFormattedMusicalTime(const RecordedCall& inCall) {
                      numberAfter(text.find('.')) < (isDecimal ? 1000 : time.ticks),
                  "a beat of the bar and a part of the beat");
   // With ticks, the text is rounded to thousandths of a tick. Without ticks, half a thousandth of a
-  // beat is subtracted, and the result is truncated to thousandths.
+  // beat is subtracted, and the result is truncated: it is half a thousandth to one and a half too
+  // low.
   const long double thousandth = samplesPerBeat / std::abs(time.ticks) / 1000;
-  const std::int64_t thousandths = isDecimal ? 1 : numberAfter(text.rfind('.'));
-  inCall.RequireNear(time.CountBeats(text) * samplesPerBeat + thousandth * thousandths, position,
+  const std::int64_t addedThousandths = isDecimal ? 1 : numberAfter(text.rfind('.'));
+  inCall.RequireNear(time.CountBeats(text) * samplesPerBeat + thousandth * addedThousandths,
+                     position,
                      thousandth * 0.500001L + 0.5L * time.first +
                          kRelativeError * std::max(std::fabs(position), samplesPerBeat));
 }
@@ -219,7 +221,7 @@ void CheckFormattedMusicalTime(const RecordedCall& inCall) {
 void Check(test::DrawnArguments inArguments) {
   static const std::map<std::string, void (*)(const RecordedCall&)> sReferences{
       {"ConvertSamplesToTimecode-flags", &CheckFormattedTimecode},
-      {"ConvertTimecodeToSamples-rate", &CheckParsedTimecode},
+      {"ConvertTimecodeToSamples-flags", &CheckParsedTimecode},
       {"ConvertBarsAndBeatsToSamples", &CheckParsedMusicalTime},
       {"ConvertSamplesToBarsAndBeats", &CheckFormattedMusicalTime}};
   const test::ReportRecorder reports;  // instead of lines on standard error

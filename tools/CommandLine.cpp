@@ -137,8 +137,8 @@ constexpr char kNoteFooter[] = R"(JSON:
   {"name", "index", "octave"}, and "frequency" if one was given.
 
 Octaves:
-  Octaves begin at A in --octave and in the JSON member, and at C in names. Below
-  27.5 Hz, names have no octave.
+  Octaves begin at A in --octave and in the JSON member "octave", and at C in
+  names. Below 27.5 Hz, names have no octave.
 
 Examples:
   mezzo note 440

@@ -105,10 +105,11 @@ TypedText SplitText(std::string_view inText) {
   }
 }
 
-/// Reads a text in a notation.
+/// Splits a text into the fields of a notation.
 /// \exception UserError for text that the library would ignore, and for a unit word that does not
 ///     fit its number.
-TypedText ReadText(std::string_view inText, const Notation& inNotation, TimecodeFormat inFormat) {
+TypedText SplitIntoFields(std::string_view inText, const Notation& inNotation,
+                          TimecodeFormat inFormat) {
   TypedText typed = SplitText(inText);
   auto& numbers = typed.numbers;
   const bool hasTicks = inNotation.HasTicks();
@@ -212,15 +213,15 @@ struct Label {
       : text(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inPosition))) {
     const Notation notation = GetNotation(inTimeline, inFormat);
     try {
-      units = CountUnits(ReadText(text, notation, inFormat), notation);
+      units = CountUnits(SplitIntoFields(text, notation, inFormat), notation);
     } catch (const UserError&) {
       // After an overflow, a field may have a sign.
     }
   }
 };
 
-/// Compares a text with the label of its position. Notes the label if it has another value, or if
-/// the writer of the text may have meant another one.
+/// Compares a text with the label of its position. Adds a note with the label if its value differs
+/// from the text's, or if the writer of the text may have meant another position.
 /// \exception UserError when only an overflow can have made the difference.
 void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Timeline& inTimeline,
                 TimecodeFormat inFormat, Conversion& ioParsed) {
@@ -230,11 +231,12 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
   };
   Label label(inTimeline, inFormat, ioParsed.position);
   if (getDistance(label) >= 0.5) {
-    // Rounding may put the position one sample before the beginning of its label.
+    // Rounding to the nearest sample may give the last sample before the typed label.
     const Label next(inTimeline, inFormat, ioParsed.position + 1);
     if (getDistance(next) < getDistance(label)) label = next;
   }
-  // An overflow is at least 2^32 in some field. Dropped labels are a thousandth of all labels.
+  // An overflow changes some field by 2^32 or more. Dropped labels change less than this limit: a
+  // thousandth of all labels is dropped.
   if (getDistance(label) > 1e6 + 0.01 * std::fabs(units)) RefuseOutOfRange(ioParsed.text);
   const auto& numbers = inTyped.numbers;
   const std::size_t point = label.text.find('.');
@@ -311,8 +313,8 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
                     GetName(inFormat));
   }
   // Texts in milliseconds, beats, and bars and beats with a decimal fraction should be the nearest
-  // to the position. All others are truncated; they have to read back only if their unit is shorter
-  // than a sample.
+  // to the position. All others are truncated, so they may read back as an earlier position, unless
+  // their unit is shorter than a sample.
   const bool mustBeNearest =
       notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;
   const double error = inFormat == kTimecodeFormat_Milliseconds
@@ -351,7 +353,7 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
                         const std::string& inText) {
   if (inFormat == kTimecodeFormat_Samples) return {ParsePosition(inText), inText, {}};
   const Notation notation = GetNotation(inTimeline, inFormat);
-  TypedText typed = ReadText(inText, notation, inFormat);
+  TypedText typed = SplitIntoFields(inText, notation, inFormat);
   Conversion conversion{0, inText, {}};
   if (std::string_view& digits = typed.numbers.back().digits; typed.HasFraction()) {
     digits = digits.substr(0, kMostDigits);

@@ -24,12 +24,12 @@ LabelBox GetBox(const PlacedTick& inTick, const Grid& inGrid) {
   const std::size_t length =
       std::max(GetDrawnLabel(inTick.tick).size(), std::to_string(inTick.tick.position).size());
   const int width = static_cast<int>(length) * inGrid.character;
-  const int right = inTick.x + inGrid.character;
+  const int tickEnd = inTick.x + inGrid.character;
   switch (inTick.tick.alignment) {
     case kAlignment_Left:
-      return {std::min(right, inGrid.width - width), width, kAlignment_Left};
+      return {std::min(tickEnd, inGrid.width - width), width, kAlignment_Left};
     case kAlignment_Right:
-      return {std::max(right - inGrid.labelDistance - width, 0), width, kAlignment_Right};
+      return {std::max(tickEnd - inGrid.labelDistance - width, 0), width, kAlignment_Right};
     case kAlignment_Centre:
       break;
   }

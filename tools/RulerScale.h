@@ -16,7 +16,7 @@
 
 namespace mezzo::tool {
 
-/// The part of a label that is at its tick.
+/// The part of a label that is at its tick, or beside it at a gap, where two labels must not meet.
 enum Alignment {
   kAlignment_Left = 0,  ///< its left end
   kAlignment_Centre = 1,

@@ -36,16 +36,17 @@ constexpr Label LabelOfFrameCount(std::int64_t inFrames, std::int64_t inMultipli
   const std::int64_t framesPerTenMinutes = 10 * framesPerMinute + droppedPerMinute;
 
   const std::int64_t blocks = inFrames >= 0 ? inFrames / framesPerTenMinutes : 0;
-  const std::int64_t framesInBlock = inFrames - blocks * framesPerTenMinutes;
+  const std::int64_t frameWithinBlock = inFrames - blocks * framesPerTenMinutes;
   // Minute 0 of a block drops no labels, so it is `droppedPerMinute` frames longer than the others.
   // The two conditional operators matter for the smallest integer only.
-  const std::int64_t minute =
-      framesInBlock > droppedPerMinute ? (framesInBlock - droppedPerMinute) / framesPerMinute : 0;
-  // From here on labels are counted, not frames: minutes 1 to 9 of a block begin with label
-  // `droppedPerMinute`.
-  const std::int64_t labelsInMinute = framesInBlock - minute * framesPerMinute;
-  const std::int64_t seconds = labelsInMinute / framesPerSecond;
-  return {blocks / 6, blocks % 6, minute, seconds, labelsInMinute - seconds * framesPerSecond};
+  const std::int64_t minute = frameWithinBlock > droppedPerMinute
+                                  ? (frameWithinBlock - droppedPerMinute) / framesPerMinute
+                                  : 0;
+  // From here on the number is that of a label, not of a frame: minutes 1 to 9 of a block begin
+  // with label `droppedPerMinute`.
+  const std::int64_t labelWithinMinute = frameWithinBlock - minute * framesPerMinute;
+  const std::int64_t seconds = labelWithinMinute / framesPerSecond;
+  return {blocks / 6, blocks % 6, minute, seconds, labelWithinMinute - seconds * framesPerSecond};
 }
 
 /// Counts the frames in an hour of drop-frame labels. `ConvertTimecodeToSamples` reports rates at

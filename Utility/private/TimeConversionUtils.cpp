@@ -442,7 +442,7 @@ struct ParsedTimeCode {
 int GetFractionDenominator(int inUnitCount) {
   static constexpr std::array<int, 10> kPowersOfTen{
       1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
-  // The count is negative if it has wrapped at the end of a long text.
+  // A count that overflows int has wrapped and may be negative.
   const auto power = static_cast<std::size_t>(std::max(inUnitCount, 0));
   return power < kPowersOfTen.size() ? kPowersOfTen[power] : std::numeric_limits<int>::max();
 }
@@ -452,11 +452,12 @@ ParsedTimeCode ParseTimeCodeString(const UTF16String& inString) {
   constexpr int kMaxFields = 5;
   ParsedTimeCode parsed;
   TextCursor cursor(inString);
-  // Stays 0 for a first number without a "." before it, so the fraction of "1." is 1/1.
-  int unitCount = 0;
+  // The code units from the first digit of the last number to the end of the text. Not counted for
+  // a first number without a "." before it, so the denominator of "1." is 1.
+  int unitsToEnd = 0;
   const auto setFraction = [&](int inNumerator) {
     parsed.fractionNumerator = inNumerator;
-    parsed.fractionDenominator = GetFractionDenominator(unitCount);
+    parsed.fractionDenominator = GetFractionDenominator(unitsToEnd);
   };
   for (int fields = 0; fields < kMaxFields; ++fields) {
     const bool isDotted = cursor.SkipSeparators();
@@ -471,7 +472,7 @@ ParsedTimeCode ParseTimeCodeString(const UTF16String& inString) {
       }
       break;
     }
-    if (isDotted || fields > 0) unitCount = cursor.CountUnitsLeft();
+    if (isDotted || fields > 0) unitsToEnd = cursor.CountUnitsLeft();
     const int value = cursor.ReadDigits();
     if (isDotted) {
       setFraction(value);

@@ -57,7 +57,7 @@ TEST(Assertion, NamesItsSiteAndSilencesNoOther) {
   EXPECT_TRUE(taken[0].lastArgument && taken[1].lastArgument);
 }
 
-TEST(Assertion, ComesBeforeTheRecordIsRead) {
+TEST(Assertion, ComesBeforeBeatInfoIsRead) {
   static utility::BeatInfo sBeats{960, 120.0, 0, 4, 0.0};
   plinth::debug::SetAssertDialogHandler(
       [](bool&, const char*, const unsigned char*, const char*, int, const char*, bool) {

@@ -355,8 +355,7 @@ std::vector<ExportedCall> MakeTable() {
       Describe("ConvertSamplesToBarsAndBeats", ConvertSamplesToBarsAndBeats,
                {none, none, doubleRates, none, none, {{-1, 0, 1, 2, 2, 3, 3, 4}}}),
       Describe("ConvertSamplesToBeats", ConvertSamplesToBeats, {none, none, rates, tempos}),
-      // The overload with flags, named after its third parameter.
-      Describe("ConvertTimecodeToSamples-rate",
+      Describe("ConvertTimecodeToSamples-flags",
                Overload<std::int64_t&, const UTF16String&, std::int32_t, std::int32_t>(
                    ConvertTimecodeToSamples),
                {none, clock, rates, frameRates}),

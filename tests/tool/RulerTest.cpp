@@ -20,10 +20,10 @@ constexpr std::pair<std::int64_t, std::int64_t> kIntervals[] = {
     {1, 5},
     {-30000000000, 30000000000}};
 
-/// The library truncates the decimal fraction in bars and beats, writes some negative milliseconds
-/// a tenth of a millisecond too near to zero, and writes milliseconds with exponents from 1000
-/// seconds on.
-bool IsAsteriskAllowed(TimecodeFormat inFormat, const Timeline& inTimeline, const Tick& inTick) {
+/// Labels that need not read back: the library truncates the decimal fraction in bars and beats,
+/// writes some negative milliseconds a tenth of a millisecond too near to zero, and writes
+/// milliseconds with exponents from 1000 seconds on.
+bool MayFailToReadBack(TimecodeFormat inFormat, const Timeline& inTimeline, const Tick& inTick) {
   if (inFormat == utility::kTimecodeFormat_BarsAndBeats) return inTimeline.beats.iTicksPerBeat < 0;
   return inFormat == utility::kTimecodeFormat_Milliseconds &&
          (inTick.position < 0 || inTick.label.find('e') != std::string::npos);
@@ -41,7 +41,7 @@ void CheckLayout(const RulerScale& inScale, const Grid& inGrid, TimecodeFormat i
     EXPECT_LE(x, inGrid.width - inGrid.character);
     EXPECT_EQ(FormatPosition(inTimeline, inFormat, tick.position), tick.label);
     EXPECT_EQ(ParseText(inTimeline, inFormat, tick.label) == tick.position, tick.readsBack);
-    EXPECT_TRUE(tick.readsBack || IsAsteriskAllowed(inFormat, inTimeline, tick));
+    EXPECT_TRUE(tick.readsBack || MayFailToReadBack(inFormat, inTimeline, tick));
     if (!box) continue;
     EXPECT_GE(box->left, lastEnd + inGrid.labelDistance);
     lastEnd = box->left + box->width;
