@@ -169,7 +169,7 @@ CLI::Validator RequireBetween(Value inLowest, Value inHighest) {
     if (isNumber && value >= inLowest && value <= inHighest) return std::string();
     std::ostringstream complaint;
     complaint.precision(10);  // without an exponent
-    complaint << "must be " << (std::is_integral_v<Value> ? "a whole number " : "") << "from "
+    complaint << "must be " << (std::is_integral_v<Value> ? "a whole" : "a") << " number from "
               << inLowest << " to " << inHighest << ", not " << Quote(inText);
     return complaint.str();
   };
@@ -195,17 +195,17 @@ void AddTimelineOptions(CLI::App& ioCommand, Settings& outSettings) {
   Timeline& timeline = outSettings.timeline;
   utility::BeatInfo& beats = timeline.beats;
   ioCommand.option_defaults()->group("Timeline");
-  ioCommand.add_option("--rate", timeline.sampleRate, "Samples per second")
+  ioCommand.add_option("--rate", timeline.sampleRate, "Samples per second, up to 3000000")
       ->check(RequireBetween(1, 3000000))
       ->type_name("HZ");
   ioCommand
       .add_option("--fps", outSettings.framesPerSecond,
-                  "Nominal frames per second; 30 or 60 for drop-frame")
+                  "Nominal frames per second, up to 1000; 30 or 60 for drop-frame")
       ->check(&CheckNominalRate)
       ->check(RequireBetween(1, 1000))
       ->type_name("N")
       ->default_str("30");
-  ioCommand.add_option("--tempo", beats.dTempo, "Quarter notes per minute")
+  ioCommand.add_option("--tempo", beats.dTempo, "Quarter notes per minute, 0.001 to 100000")
       ->check(RequireBetween(0.001, 100000.0))
       ->type_name("BPM");
   ioCommand
@@ -225,7 +225,9 @@ void AddTimelineOptions(CLI::App& ioCommand, Settings& outSettings) {
       })
       ->type_name("N/N")
       ->default_str("4/4");
-  ioCommand.add_option("--ticks", beats.iTicksPerBeat, "Ticks per beat; -1 for a decimal fraction")
+  ioCommand
+      .add_option("--ticks", beats.iTicksPerBeat,
+                  "Ticks per beat, up to 1000000; -1 for a decimal fraction")
       ->check(RequireBetween(-1, 1000000))
       ->check([](const std::string& inText) {
         return std::strtol(inText.c_str(), nullptr, 0) == 0 ? "must not be 0" : "";
@@ -327,7 +329,9 @@ void AddRulerOptions(CLI::App& ioCommand, Settings& outSettings) {
 
 void AddNoteOptions(CLI::App& ioCommand, Settings& outSettings) {
   // The library's notes end half a semitone below A-1 and above A10.
-  ioCommand.add_option("FREQUENCY", outSettings.frequency, "Frequency in hertz; A4 is 440")
+  ioCommand
+      .add_option("FREQUENCY", outSettings.frequency,
+                  "Frequency in hertz, 13.36 to 28985; A4 is 440")
       ->check(RequireBetween(13.36, 28985.0))
       ->type_name("");
   CLI::Option* const index =

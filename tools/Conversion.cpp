@@ -233,7 +233,7 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
   if (getDistance(label) >= 0.5) {
     // Rounding to the nearest sample may give the last sample before the typed label.
     const Label next(inTimeline, inFormat, ioParsed.position + 1);
-    if (getDistance(next) < getDistance(label)) label = next;
+    if (getDistance(next) < 0.5) label = next;
   }
   // An overflow changes some field by 2^32 or more. Dropped labels change less than this limit: a
   // thousandth of all labels is dropped.
@@ -320,9 +320,15 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   const double error = inFormat == kTimecodeFormat_Milliseconds
                            ? std::fabs(std::stod(text) * 10.0 * unit - position)
                            : distance - 0.5;
-  if (mustBeNearest ? error > 0.500001 * unit : unit < 1.0 && distance > 0.0) {
-    const std::string result = distance == 0.0 ? "another text is nearer to it"
-                                               : "parses as sample " + std::to_string(parsed);
+  // The library counts pulled-down frames in double precision, but their labels in integers.
+  const bool isMiscounted =
+      inFormat == kTimecodeFormat_PulldownFrames &&
+      Label(inTimeline, kTimecodeFormat_SMPTEPulldown, ioConversion.position).units !=
+          std::stod(text);
+  if (isMiscounted || (mustBeNearest ? error > 0.500001 * unit : unit < 1.0 && distance > 0.0)) {
+    const std::string result = isMiscounted || distance == 0.0
+                                   ? "another text is nearer to it"
+                                   : "parses as sample " + std::to_string(parsed);
     ioConversion.notes.push_back({kConversionNoteKind_Inexact,
                                   "in " + GetName(inFormat) + ", " + Quote(text) +
                                       " is the text of sample " +

@@ -94,6 +94,8 @@ expect 0 51539607456000 '' parse bars-beats 536870912:1
 expect 0 $'2882880\n2882880' "mezzo: argument 1: note: '00;01;00;00' is not a label; it stands for '00;01;00;02'
 mezzo: note: 1 more; --json shows all notes" \
   parse smpte-drop '00;01;00;00' '00;01;00;01'
+expect 0 -2882880 "*'-00;01;00;00' is not a label; it stands for '-00;01;00;02'" parse 29.97df -- '-00;01;00;00'
+expect 0 3954999 "*'3954999' is the text of sample 7909992090, but another *" format pulldown-frames 7909992090 --rate 47952 --fps 24
 expect 0 2883681 "*'00;01;00;00.5' lies in '00;01;00;02'" parse smpte-drop '00;01;00;00.5'
 expect 0 $'1600\n3200' "mezzo: argument 1: note: '0;1' has a ';', but smpte has no drop-frame labels" \
   parse smpte '0;1' 2
@@ -223,11 +225,11 @@ refuse '--delimiter: *' parse smpte --field 1 --delimiter ab
 refuse '--delimiter requires --field' parse smpte --delimiter tab
 refuse "--fps: * for 29.97df, use 30 with smpte-drop" show 5 --fps 29.97df
 refuse "--rate: must be a whole number from 1 to 3000000, not '44.1'" show 5 --rate 44.1
-for tempo in nan 0x10; do refuse '--tempo: must be from 0.001 to 100000, not *' show 5 --tempo $tempo; done
+for tempo in nan 0x10; do refuse '--tempo: must be a number from 0.001 to 100000, not *' show 5 --tempo $tempo; done
 refuse "--fps: must be a whole number *" show 5 --fps 025
 refuse '--meter: *' show 5 --meter 4/3
 refuse 'give either *' note 440 --index 3
-refuse 'FREQUENCY: must be from 13.36 to 28985, not *' note 8.18
+refuse 'FREQUENCY: must be a number from 13.36 to 28985, not *' note 8.18
 refuse "*'ruvowav'; did you mean 'RuvoWav'?" handler ruvowav
 refuse "no digit in 'x'" ruler --from x --to 5
 refuse "'' is not a position*" ruler --from 0 --to @
