@@ -94,8 +94,8 @@ Examples:
   seq 0 12000 96000 | mezzo format bars-beats)";
 
 constexpr char kConvertFooter[] = R"(JSON:
-  The same as for parse, but "text" is the text in the second format. If that
-  is samples, it is the parsed text.
+  The same as for parse, but "text" is the text in the second format, or the
+  parsed text if that format is samples.
 
 Exactness:
   Sample counts are exact. Texts in all other formats are rounded or truncated,

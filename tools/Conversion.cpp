@@ -207,7 +207,8 @@ bool HasBareBlank(const TypedText& inTyped) {
 /// A text that the library writes, and its value.
 struct Label {
   std::string text;
-  double units = std::numeric_limits<double>::infinity();  ///< after an overflow
+  double units =
+      std::numeric_limits<double>::infinity();  ///< the value; infinite after an overflow
 
   Label(const Timeline& inTimeline, TimecodeFormat inFormat, std::int64_t inPosition)
       : text(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inPosition))) {
@@ -235,8 +236,8 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
     const Label next(inTimeline, inFormat, ioParsed.position + 1);
     if (getDistance(next) < 0.5) label = next;
   }
-  // An overflow changes some field by 2^32 or more. Dropped labels change less than this limit: a
-  // thousandth of all labels is dropped.
+  // An overflow changes some field by 2^32 or more. Without one, drop-frame labels may differ by a
+  // thousandth: a typed field beyond its range, such as 100000 seconds, spans dropped labels.
   if (getDistance(label) > 1e6 + 0.01 * std::fabs(units)) RefuseOutOfRange(ioParsed.text);
   const auto& numbers = inTyped.numbers;
   const std::size_t point = label.text.find('.');
@@ -312,9 +313,9 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
     throw UserError("position " + std::to_string(ioConversion.position) + " is out of range for " +
                     GetName(inFormat));
   }
-  // Texts in milliseconds, beats, and bars and beats with a decimal fraction should be the nearest
-  // to the position. All others are truncated, so they may read back as an earlier position, unless
-  // their unit is shorter than a sample.
+  // A text in milliseconds, beats, or bars and beats with a decimal fraction is noted if it is not
+  // the nearest to the position. All others are truncated, so they may read back as an earlier
+  // position. That is noted only if their unit is shorter than a sample.
   const bool mustBeNearest =
       notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;
   const double error = inFormat == kTimecodeFormat_Milliseconds

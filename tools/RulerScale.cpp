@@ -11,9 +11,9 @@ namespace mezzo::tool {
 namespace {
 
 constexpr std::int64_t kFarthestHours = 250;
-// The search for ticks reaches as far as the farthest position plus the greatest offset of bar 1.
-// The library's 32-bit counts hold 550 hours of frames at 1000 per second, and 2e9 whole units of
-// other formats.
+// The search for ticks must reach the farthest position plus the greatest offset of bar 1, 528
+// hours. The library's 32-bit counts hold 550 hours of frames at 1000 per second, and 2e9 of
+// the field before a ".".
 constexpr double kSearchedHours = 550.0;
 constexpr double kSearchedUnits = 2e9;
 // Longer than any ruler with usual ticks and tempos.

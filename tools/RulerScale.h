@@ -16,7 +16,8 @@
 
 namespace mezzo::tool {
 
-/// The part of a label that is at its tick, or beside it at a gap, where two labels must not meet.
+/// The part of a label that is at its tick. At a gap it is just beside the tick, so the labels on
+/// both sides do not meet.
 enum Alignment {
   kAlignment_Left = 0,  ///< its left end
   kAlignment_Centre = 1,

@@ -200,7 +200,7 @@ function listen() {
   });
   on(ruler, 'pointermove', ({clientX}) => {
     if (!start || !answer) return;
-    // The last column is the end of the interval.
+    // The interval reaches from the first column to the last, so it is a column shorter than the ruler.
     const share = (start.clientX - clientX) / (ruler.clientWidth - 48 - 8);
     move('samples', String(start.position + BigInt(Math.round(share * fields.span.value))));
   });
