@@ -116,7 +116,8 @@ Examples:
   mezzo formats)";
 
 constexpr char kRulerFooter[] = R"(Beginning and end:
-  A text in the ruler's format, or @ and a sample count, such as @-48000.
+  A text in the ruler's format, or @ and a sample count, such as @-48000. Both
+  lie within 250 hours from sample 0.
 
 Labels and positions:
   The position of each tick is that of a round value, such as 00:00:05:00. Its

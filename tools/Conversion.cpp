@@ -185,14 +185,16 @@ void AddNote(Conversion& ioParsed, ConversionNoteKind inKind, const std::string&
   ioParsed.notes.push_back({inKind, Quote(ioParsed.text) + inMessage});
 }
 
-/// \return whether a number other than the first is too large or too small for its field.
+/// \return whether a number is too large or too small for its field. In clock time, the first
+///     number may be: "90:00" is an hour and a half.
 bool HasCarry(const TypedText& inTyped, const Notation& inNotation) {
-  return std::any_of(inTyped.numbers.begin() + 1, inTyped.numbers.end(),
-                     [&inNotation](const TypedNumber& inNumber) {
-                       const Field& field = inNotation.fields[inNumber.field];
-                       const std::int64_t value = inNumber.GetValue() - field.origin;
-                       return !inNumber.isFraction && (value < 0 || value >= field.radix);
-                     });
+  const auto isBeyond = [&inNotation](const TypedNumber& inNumber) {
+    const Field& field = inNotation.fields[inNumber.field];
+    const std::int64_t value = inNumber.GetValue() - field.origin;
+    return !inNumber.isFraction && field.radix > 0 && (value < 0 || value >= field.radix);
+  };
+  const int exempt = inNotation.HasFrames() ? 0 : 1;
+  return std::any_of(inTyped.numbers.begin() + exempt, inTyped.numbers.end(), isBeyond);
 }
 
 /// \return whether only a blank is between two numbers.
@@ -327,7 +329,7 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
       Label(inTimeline, kTimecodeFormat_SMPTEPulldown, ioConversion.position).units !=
           std::stod(text);
   if (isMiscounted || (mustBeNearest ? error > 0.500001 * unit : unit < 1.0 && distance > 0.0)) {
-    const std::string result = isMiscounted || distance == 0.0
+    const std::string result = isMiscounted || mustBeNearest
                                    ? "another text is nearer to it"
                                    : "parses as sample " + std::to_string(parsed);
     ioConversion.notes.push_back({kConversionNoteKind_Inexact,

@@ -294,7 +294,7 @@ int Convert(const Settings& inSettings) {
   }
   while (source.GetNext(line)) {
     Result result = ConvertLine(inSettings, from, to, line);
-    if (source.GetLastLine() > 0) {
+    if (source.GetLastLine() > 0 && result.error.empty()) {
       result.conversion.notes.push_back(
           {kConversionNoteKind_Lines, "the row ends in line " +
                                           std::to_string(source.GetLastLine()) +

@@ -109,14 +109,15 @@ expect 0 00:59:59:29 "*'smpte-drop' has 30 x *" convert smpte-drop smpte '01;00;
 expect 0 24000 "*'-0:1' stands for '0:1.000'*" parse bars-beats --duration -0:1
 expect 0 2880000 "*'1 000' stands for '1:00.000'" parse decimal '1 000'
 expect 0 57600 "*'0:36' stands for '1:06.00'" parse compact 0:36
+expect 0 1632486400 "*'01020304' stands for '09:26:50:04'" parse smpte 01020304
 expect 0 $'5760000\n259200000' "*: '1:60' stands for '2:00.000'" parse decimal 1:60 90:00
 expect 0 16800 "*'10.5' lies in '00:00:00:10'" parse 30 10.5
 expect 0 19220 "*'00:00:10.01' lies in '00:00:00:10'" parse 25 00:00:10.01
 expect 0 $'3.6e+06\n3.6e+06' '*exponent *, which cannot be parsed*1 more*' format milliseconds 172800000 172800000
-expect 0 $'-0.9\n1\n100000' "*1: note: in milliseconds, '-0.9' is the text of sample -48, but parses as sample -43*1 more*" \
+expect 0 $'-0.9\n1\n100000' "*1: note: in milliseconds, '-0.9' is the text of sample -48, but another text is nearer to it*1 more*" \
   format milliseconds -- -48 48 4800019
 expect 0 -0.9 '*the text of sample -1, but another text is nearer to it' format milliseconds --rate 1000 -- -1
-expect 0 $'0:4.999\n1:1.000' "*'0:4.999' is the text of sample 0, but parses as sample -24" \
+expect 0 $'0:4.999\n1:1.000' "*'0:4.999' is the text of sample 0, but another text is nearer to it" \
   format bars-beats --ticks -1 0 12
 expect 0 '   0:00.015' "*'   0:00.015' is the text of sample 1, but parses *" format decimal --rate 100 1
 expect 1 '' '*1: library report: These * just hours, minutes, seconds.' parse decimal --lenient 1:00:00:00
@@ -152,7 +153,7 @@ expect 0 $'\xef\xbb\xbfa\tb\r\na\t48000\r' '' parse smpte --field 2 --delimiter 
   <<<$'\xef\xbb\xbfa\tb\r\na\t1:00\r'
 expect 1 $'"a\nb, 1:00",48000,x\nc' "*1: note: the row ends in line 2, *line 3: no field 2*" parse smpte --field 2 \
   <<<$'"a\nb, 1:00",1:00,x\nc'
-expect 1 $'1,1:00,"x\n2,1:00' "*1: note: the row ends *1: no closing quote in *" parse smpte --field 2 \
+expect 1 $'1,1:00,"x\n2,1:00' "mezzo: line 1: no closing quote in *" parse smpte --field 2 \
   <<<$'1,1:00,"x\n2,1:00'
 expect 1 $'"a\n2,1:00' '*line 1: no closing quote in *' parse smpte --field 2 --header <<<$'"a\n2,1:00'
 expect 1 $'5"\t48000\n"a\t1:00' "*line 2: no closing quote in '*" parse smpte --field 2 --delimiter tab \
