@@ -445,6 +445,10 @@ std::string ExplainUnknownCommand(const std::string& inName) {
 /// parent if all positional arguments have values. Subcommands appear only in the help of the tool.
 int RunCommand(std::vector<std::string> inArguments) {
   Settings settings;
+  if (!inArguments.empty() && inArguments.front() == "help") {
+    inArguments.erase(inArguments.begin());
+    inArguments.emplace_back("--help");
+  }
   const std::string name = inArguments.empty() ? "" : inArguments.front();
   const auto* const command =
       std::find_if(std::begin(kCommands), std::end(kCommands),

@@ -283,7 +283,7 @@ contain "$("$mezzo" ruler --format 29.97df --from '58;00' --to '1;02;00' --width
 for command in '' show parse format convert formats ruler note handlers handler; do
   [[ $("$mezzo" ${command:+"$command"} --help) == *"Usage: mezzo $command"*Examples:* ]] || fail "help of $command"
 done
-contain "$("$mezzo" parse foo --rate 0 --help)" 'Usage: mezzo parse '
+contain "$("$mezzo" parse foo --rate 0 --help)$("$mezzo" help)" 'Usage: mezzo parse ' 'Usage: mezzo ['
 contain "$("$mezzo" --help-all)" '--rate HZ=48000 ' '--fps N=30 ' '--tempo BPM=120 ' \
   '--meter N/N=4/4 ' '--ticks N=960 ' '--offset-ms MS=0 ' '--delimiter C=, ' \
   '--format FORMAT=smpte ' '--octave N=-1 ' '--width COLUMNS '
