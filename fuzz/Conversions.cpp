@@ -209,7 +209,7 @@ void CheckFormattedMusicalTime(const RecordedCall& inCall) {
                  "a beat of the bar and a part of the beat");
   // With ticks, the text is rounded to thousandths of a tick. Without ticks, half a thousandth of a
   // beat is subtracted, and the result is truncated: it is half a thousandth to one and a half too
-  // low.
+  // low. The middle of that error is added.
   const long double thousandth = samplesPerBeat / std::abs(time.ticks) / 1000;
   const std::int64_t addedThousandths = isDecimal ? 1 : numberAfter(text.rfind('.'));
   inCall.RequireNear(time.CountBeats(text) * samplesPerBeat + thousandth * addedThousandths,
@@ -254,7 +254,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* inBytes, std::size_t i
 
 #ifdef MEZZO_REPLAYS
 /// Replays without a fuzzing engine: runs every file of CORPUS-DIRECTORY,
-/// then the calls drawn from COUNT random seeds.
+/// then the calls drawn from the seeds 0 to COUNT - 1.
 int main(int argc, char** argv) {
   if (argc != 3) return 2;
   for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {

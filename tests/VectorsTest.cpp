@@ -63,7 +63,8 @@ TEST_P(TestVectors, GivesTheIndependentResults) {
       const auto arrow = std::find(fields.begin(), fields.end(), "=>");
       ASSERT_LT(arrow, fields.end() - 1);
       const Fields expected(arrow + 1, fields.end());
-      // Without capacity, then with it. Rows that expect the old text "keep" run only without.
+      // Each row runs with a short old text, whose string may have to grow, and with a long one,
+      // whose string has room. Rows that expect the old text "keep" run only with the short one.
       for (const UTF16String& oldText : {UTF16String(u"keep"), UTF16String(64, u'?')}) {
         if (line.find("\"keep") != line.npos && oldText != u"keep") continue;
         FieldArguments arguments(fields);

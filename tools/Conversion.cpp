@@ -185,8 +185,8 @@ void AddNote(Conversion& ioParsed, ConversionNoteKind inKind, const std::string&
   ioParsed.notes.push_back({inKind, Quote(ioParsed.text) + inMessage});
 }
 
-/// \return whether a number is too large or too small for its field. In clock time, the first
-///     number may be: "90:00" is an hour and a half.
+/// \return whether a number is too large or too small for its field. Outside timecode, the first
+///     number is exempt: in clock time, "90:00" is an hour and a half.
 bool HasCarry(const TypedText& inTyped, const Notation& inNotation) {
   const auto isBeyond = [&inNotation](const TypedNumber& inNumber) {
     const Field& field = inNotation.fields[inNumber.field];
@@ -238,9 +238,10 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
     const Label next(inTimeline, inFormat, ioParsed.position + 1);
     if (getDistance(next) < 0.5) label = next;
   }
-  // An overflow changes some field by 2^32 or more. Without one, drop-frame labels may differ by a
-  // thousandth: a typed field beyond its range, such as 100000 seconds, spans dropped labels.
-  if (getDistance(label) > 1e6 + 0.01 * std::fabs(units)) RefuseOutOfRange(ioParsed.text);
+  // The limit lies between two cases. An overflow changes some field by 2^32 or more. Without one,
+  // drop-frame labels differ by about a thousandth at most, because a typed field beyond its range,
+  // such as 100000 seconds, spans dropped labels.
+  if (getDistance(label) > 1e6 + 0.002 * std::fabs(units)) RefuseOutOfRange(ioParsed.text);
   const auto& numbers = inTyped.numbers;
   const std::size_t point = label.text.find('.');
   const bool isWithinLabel = inTyped.HasFraction() && point == std::string::npos;
@@ -315,8 +316,8 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
     throw UserError("position " + std::to_string(ioConversion.position) + " is out of range for " +
                     GetName(inFormat));
   }
-  // A text in milliseconds, beats, or bars and beats with a decimal fraction is noted if it is not
-  // the nearest to the position. All others are truncated, so they may read back as an earlier
+  // A text in milliseconds, in beats, or with -1 ticks in bars and beats is noted if it is not the
+  // nearest to the position. All others are truncated, so they may read back as an earlier
   // position. That is noted only if their unit is shorter than a sample.
   const bool mustBeNearest =
       notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;

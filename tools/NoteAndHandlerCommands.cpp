@@ -19,8 +19,9 @@ struct Handler {
 };
 
 std::vector<Handler> GetHandlers() {
+  constexpr int kLastHandler = utility::kNativePluginIndex_DocketNative;
   std::vector<Handler> handlers;
-  for (int index = 0; index <= utility::kNativePluginIndex_DocketNative; ++index) {
+  for (int index = 0; index <= kLastHandler; ++index) {
     const plinth::UTF16String identifier =
         utility::GetNativeHandlerID(static_cast<utility::NativePluginIndex>(index)).AsString();
     plinth::UTF16String name;

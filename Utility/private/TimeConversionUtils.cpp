@@ -272,7 +272,7 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
       "const mezzo::utility::BeatInfo &, bool, int)";
   MEZZO_ASSERT(inPrecision >= 0, "", kSignature);
   MEZZO_ASSERT(inBeatInfo.iBeatsPerBar != 0, "programmer error!\n", kSignature);
-  // The host may change the record while its dialog is open.
+  // Read after the reports, because the host may change inBeatInfo while its dialog is open.
   const Int32 beatsPerBar = inBeatInfo.iBeatsPerBar;
   const std::int32_t ticksPerBeat = inBeatInfo.iTicksPerBeat;
   if (beatsPerBar == 0) return false;
@@ -288,10 +288,11 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
       samples * kTempoToBeatsPerSecond * inBeatInfo.dTempo * inBeatInfo.iBeatUnit / inSampleRate +
       kHalfThousandth / ticksPerBeat;
 
-  Int32 barsBeforeZero = 0;
+  // Whole bars that make the beats, counted from bar 1 beat 1, not negative.
+  Int32 addedBars = 0;
   if (!(beats >= 0.0)) {
-    barsBeforeZero = Int32(TruncateTo<std::int32_t>(-beats / beatsPerBar.GetValue())) + 1;
-    beats += (barsBeforeZero * beatsPerBar).GetValue();
+    addedBars = Int32(TruncateTo<std::int32_t>(-beats / beatsPerBar.GetValue())) + 1;
+    beats += (addedBars * beatsPerBar).GetValue();
   }
 
   double ticks = 0.0;
@@ -309,7 +310,7 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
 
   const Int32 first = inIsDuration ? 0 : 1;
   const Int32 wholeBeats = TruncateTo<std::int32_t>(beats);
-  const Int32 bar = wholeBeats / beatsPerBar + first - barsBeforeZero;
+  const Int32 bar = wholeBeats / beatsPerBar + first - addedBars;
   const Int32 beat = wholeBeats % beatsPerBar + first;
 
   // With -1 ticks the text has its three fields at every precision.

@@ -312,8 +312,9 @@ TypicalValues SplitForms(const char* inForms) {
 
 /// Every identifier in each of its forms, upper case included.
 TypicalValues ListIdentifierForms() {
+  constexpr int kLastHandler = utility::kNativePluginIndex_DocketNative;
   TypicalValues usual;
-  for (int index = 0; index <= utility::kNativePluginIndex_DocketNative; ++index) {
+  for (int index = 0; index <= kLastHandler; ++index) {
     const auto id = utility::GetNativeHandlerID(static_cast<utility::NativePluginIndex>(index));
     const std::string text = Show(id.AsString()), upper = boost::to_upper_copy(text);
     usual.forms.insert(usual.forms.end(),
