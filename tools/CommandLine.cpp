@@ -29,9 +29,10 @@ A position is a signed sample count. Texts in other formats may begin with a
 minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
 and end in a decimal fraction. In bars and beats the last fields may be omitted
 instead, and "." separates the beat from its ticks. Unit words may follow the
-numbers: "1 h 2 min 3 s" in clock time, "3 bars 2 beats". Only the first nine
-digits of a fraction are used. For a fraction of a frame, only the digits that
-the library can parse exactly are used, usually four or more.
+numbers but do not select fields: "1 h 2 min 3 s" in clock time, "3 bars 2
+beats". Only the first nine digits of a fraction are used, and in a fraction of
+a frame only those that the library can parse exactly; a note says if digits
+are left out.
 
 A FORMAT is a name that 'mezzo formats' lists, in any letter case. The name of a
 frame rate selects a format and the nominal rate:
@@ -78,7 +79,8 @@ constexpr char kParseFooter[] = R"(JSON:
   {"item", "text", "error"}, where "text" is the whole line even with --field.
 
 Tables:
-  With --field, a field in double quotes may contain the delimiter and line ends.
+  With --field, a field in double quotes may contain the delimiter and line ends,
+  except between tabs, where a quote is a part of the text.
 
 Examples:
   mezzo parse smpte 01:02:03:04
@@ -216,7 +218,7 @@ void AddTimelineOptions(CLI::App& ioCommand, Settings& outSettings) {
             char slash = 0;
             std::istringstream(inText) >> beats.iBeatsPerBar >> slash >> beats.iBeatUnit;
           },
-          "Beats per bar and note value of the beat")
+          "Beats per bar, up to 999, and note value of the beat, up to 128")
       ->check([](const std::string& inText) {
         static const std::regex sMeter("[1-9][0-9]{0,2}/(1|2|4|8|16|32|64|128)");
         return std::regex_match(inText, sMeter) ? ""

@@ -6,6 +6,8 @@
 #include <Utility/MusicalNoteUtils.h>
 #include <Utility/SerializationUtils.h>
 
+#include <boost/algorithm/string/predicate.hpp>
+
 #include <iomanip>
 #include <iostream>
 
@@ -82,7 +84,7 @@ int FindHandler(const Settings& inSettings) {
   std::vector<std::string> names;
   for (const Handler& handler : GetHandlers()) {
     names.push_back(handler.name);
-    if (handler.name != EncodeUTF8(name)) continue;
+    if (!boost::iequals(handler.name, EncodeUTF8(name))) continue;
     if (inSettings.isJSON) {
       std::cout << FormatJSON(MakeJSON(handler)) << '\n';
     } else {

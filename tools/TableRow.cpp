@@ -13,7 +13,7 @@ bool FieldScanner::ReadCharacter(char inCharacter) {
     fHasQuotes = false;
     return true;
   }
-  if (inCharacter == '"' && (fIsBlank || fHasQuotes)) {
+  if (inCharacter == '"' && fDelimiter != '\t' && (fIsBlank || fHasQuotes)) {
     fHasQuotes = true;
     fIsInQuotes = !fIsInQuotes;
   }

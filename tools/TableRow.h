@@ -8,7 +8,8 @@
 namespace mezzo::tool {
 
 /// Finds the fields of a row. A field that begins with a double quote ends with one and may contain
-/// the delimiter and line ends; a double quote in it is doubled.
+/// the delimiter and line ends; a double quote in it is doubled. Between tabs, fields contain
+/// neither, and a double quote has no meaning.
 class FieldScanner {
  public:
   explicit FieldScanner(char inDelimiter) : fDelimiter(inDelimiter) {}

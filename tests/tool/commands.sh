@@ -156,8 +156,8 @@ expect 1 $'"a\nb, 1:00",48000,x\nc' "*1: note: the row ends in line 2, *line 3: 
 expect 1 $'1,1:00,"x\n2,1:00' "mezzo: line 1: no closing quote in *" parse smpte --field 2 \
   <<<$'1,1:00,"x\n2,1:00'
 expect 1 $'"a\n2,1:00' '*line 1: no closing quote in *' parse smpte --field 2 --header <<<$'"a\n2,1:00'
-expect 1 $'5"\t48000\n"a\t1:00' "*line 2: no closing quote in '*" parse smpte --field 2 --delimiter tab \
-  <<<$'5"\t1:00\n"a\t1:00'
+expect 1 $'5",48000\n"a,1:00' "*line 2: no closing quote in '*" parse smpte --field 2 <<<$'5",1:00\n"a,1:00'
+expect 0 $'"a\t48000\n"b"\t"96000"' '' parse smpte --field 2 --delimiter tab <<<$'"a\t1:00\n"b"\t"2:00"'
 expect 0 'a;1602;00' "*line 1: note: '01' was converted alone; texts that contain the delimiter ';' need *" parse 29.97df --field 2 --delimiter ';' \
   <<<'a;01;00'
 expect 0 '"00;00;00;00";"00;00;00;29"' '' convert 25 29.97df --field 2 --delimiter ';' \
@@ -192,7 +192,7 @@ mapfile -t rows < <("$mezzo" handlers)
 [[ ${#rows[@]} == 19 ]] || fail "${#rows[@]} handlers"
 for row in "${rows[@]}"; do
   read -r _ name identifier <<<"$row"
-  for key in "$name" "$identifier" "{${identifier^^}}"; do expect 0 "$row" '' handler "$key"; done
+  for key in "${name^^}" "$identifier" "{${identifier^^}}"; do expect 0 "$row" '' handler "$key"; done
 done
 
 # Bad arguments
@@ -231,7 +231,7 @@ refuse "--fps: must be a whole number *" show 5 --fps 025
 refuse '--meter: *' show 5 --meter 4/3
 refuse 'give either *' note 440 --index 3
 refuse 'FREQUENCY: must be a number from 13.36 to 28985, not *' note 8.18
-refuse "*'ruvowav'; did you mean 'RuvoWav'?" handler ruvowav
+refuse "*'ruvo-wav'; did you mean 'RuvoWav'?" handler ruvo-wav
 refuse "no digit in 'x'" ruler --from x --to 5
 refuse "'' is not a position*" ruler --from 0 --to @
 refuse "*more than 250 hours*" ruler --from 0 --to 999:0:0:0
