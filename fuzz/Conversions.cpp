@@ -98,7 +98,7 @@ struct TimecodeText {
 };
 
 TimecodeText Parse(std::string inRest) {
-  static const char kDigits[] = "0123456789";
+  static constexpr char kDigits[] = "0123456789";
   TimecodeText timecode;
   std::size_t unitsLeft = 0;
   for (int count = 0; count < 5; ++count) {
