@@ -129,7 +129,7 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// parsing. At most five numbers are read, a fraction included. If all five are fields, the first
 /// is dropped, and the text after the fifth is ignored. The fraction's denominator is 10 to the
 /// power of the number of code units from its first digit to the end of the text, or 2147483647 for
-/// ten or more. A "." after the last of at most four numbers makes that number the fraction:
+/// ten or more. If a text has at most four numbers and a "." after them, the last is the fraction:
 /// "5:12." is 5 frames and 12/1000 of a frame, because "12." is three code units. For a single
 /// number, as in "1.", the denominator is 1.
 ///

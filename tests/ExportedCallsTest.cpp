@@ -30,10 +30,12 @@ bool CountReport(bool& ioDisabled, const char*, const unsigned char*, const char
 
 class OutOfMemory : public testing::TestWithParam<ExportedCall> {};
 
-/// Makes each allocation of many calls fail in turn, beginning with the first call of the process.
+/// Repeats many calls, beginning with the first of the process: with their first allocation
+/// failing,
+// then with their second, and so on.
 TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
   plinth::debug::SetAssertDialogHandler(&CountReport);
-  const bool returnsFalse = GetParam().name.starts_with("Translate");
+  const bool failsWithoutThrowing = GetParam().name.starts_with("Translate");
   std::set<std::string> everyResult;
   bool everFails = false;
   for (std::uint64_t seed = 0; seed < 2000; ++seed) {
@@ -59,7 +61,7 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
       // the signal frees at the next connection.
       const bool leaks = heap::sBlocks != blocks && seed >= 100 && GetParam().isPure;
       SCOPED_TRACE("seed " + std::to_string(seed) + " allocation " + std::to_string(nth));
-      ASSERT_EQ(throws, fails && !returnsFalse);
+      ASSERT_EQ(throws, fails && !failsWithoutThrowing);
       ASSERT_TRUE(!fails || result == untouched) << result;
       ASSERT_FALSE(leaks);
       everFails = everFails || fails;
@@ -69,7 +71,8 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
   }
   const bool writesText = everyResult.begin()->back() == '"';
   EXPECT_TRUE(everFails || !writesText) << "no call had to enlarge the caller's string";
-  EXPECT_TRUE(!returnsFalse || everyResult.size() == utility::kNativePluginIndex_DocketNative + 2U)
+  EXPECT_TRUE(!failsWithoutThrowing ||
+              everyResult.size() == utility::kNativePluginIndex_DocketNative + 2U)
       << "expected a result for each handler and one for all other texts";
 }
 

@@ -29,10 +29,11 @@ A position is a signed sample count. Texts in other formats may begin with a
 minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
 and end in a decimal fraction. In bars and beats the last fields may be omitted
 instead, and "." separates the beat from its ticks. Unit words may follow the
-numbers but do not select fields: "1 h 2 min 3 s" in clock time, "3 bars 2
-beats". Only the first nine digits of a fraction are used, and in a fraction of
-a frame only those that the library can parse exactly; a note says if digits
-are left out.
+numbers, as in "1 h 2 min 3 s" (clock time) or "3 bars 2 beats". They do not
+select fields: "1 h 30 min" is refused, because the last number is in seconds.
+Digits of a fraction after the ninth are ignored. In a fraction of a frame, only
+those that the library can parse exactly are used; a note says if that leaves
+out any of the nine.
 
 A FORMAT is a name that 'mezzo formats' lists, in any letter case. The name of a
 frame rate selects a format and the nominal rate:
@@ -79,8 +80,8 @@ constexpr char kParseFooter[] = R"(JSON:
   {"item", "text", "error"}, where "text" is the whole line even with --field.
 
 Tables:
-  With --field, a field in double quotes may contain the delimiter and line ends,
-  except between tabs, where a quote is a part of the text.
+  With --field, double quotes around a field are not part of its text. A quoted
+  field may contain the delimiter and line ends, unless the delimiter is a tab.
 
 Examples:
   mezzo parse smpte 01:02:03:04
@@ -443,8 +444,9 @@ std::string ExplainUnknownCommand(const std::string& inName) {
   return "unknown command " + Quote(inName) + SuggestWord(inName, names, "mezzo --help");
 }
 
-/// Each command is parsed by an app of its own: at "--", CLI11 returns from a subcommand to its
-/// parent if all positional arguments have values. Subcommands appear only in the help of the tool.
+/// Each command is parsed by an app of its own, not as a subcommand: at "--", CLI11 would return
+/// from a subcommand to its parent if all positional arguments have values. The subcommands that
+/// are added here only list the commands in the tool's help.
 int RunCommand(std::vector<std::string> inArguments) {
   Settings settings;
   if (!inArguments.empty() && inArguments.front() == "help") {

@@ -238,9 +238,9 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
     const Label next(inTimeline, inFormat, ioParsed.position + 1);
     if (getDistance(next) < 0.5) label = next;
   }
-  // The limit lies between two cases. An overflow changes some field by 2^32 or more. Without one,
-  // drop-frame labels differ by about a thousandth at most, because a typed field beyond its range,
-  // such as 100000 seconds, spans dropped labels.
+  // After an overflow, some field of the label differs from the text by 2^32 or more. Otherwise the
+  // values differ by about a thousandth at most: a typed drop-frame field beyond its range, such as
+  // 100000 seconds, spans dropped labels.
   if (getDistance(label) > 1e6 + 0.002 * std::fabs(units)) RefuseOutOfRange(ioParsed.text);
   const auto& numbers = inTyped.numbers;
   const std::size_t point = label.text.find('.');

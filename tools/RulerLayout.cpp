@@ -15,7 +15,7 @@ struct LabelRow {
 };
 
 PlacedTick Place(const Tick& inTick, const RulerScale& inScale, const Grid& inGrid) {
-  const double x = inScale.Locate(inTick.position) * (inGrid.width - inGrid.character);
+  const double x = inScale.Locate(inTick.position) * (inGrid.width - inGrid.characterWidth);
   return {inTick, static_cast<int>(std::lround(x))};
 }
 
@@ -23,8 +23,8 @@ PlacedTick Place(const Tick& inTick, const RulerScale& inScale, const Grid& inGr
 LabelBox GetBox(const PlacedTick& inTick, const Grid& inGrid) {
   const std::size_t length =
       std::max(GetDrawnLabel(inTick.tick).size(), std::to_string(inTick.tick.position).size());
-  const int width = static_cast<int>(length) * inGrid.character;
-  const int tickEnd = inTick.x + inGrid.character;
+  const int width = static_cast<int>(length) * inGrid.characterWidth;
+  const int tickEnd = inTick.x + inGrid.characterWidth;
   switch (inTick.tick.alignment) {
     case kAlignment_Left:
       return {std::min(tickEnd, inGrid.width - width), width, kAlignment_Left};
@@ -33,7 +33,7 @@ LabelBox GetBox(const PlacedTick& inTick, const Grid& inGrid) {
     case kAlignment_Centre:
       break;
   }
-  const int left = inTick.x + (inGrid.character - width) / 2;
+  const int left = inTick.x + (inGrid.characterWidth - width) / 2;
   if (left < 0) return {0, width, kAlignment_Left};
   if (left + width > inGrid.width) return {inGrid.width - width, width, kAlignment_Right};
   return {left, width, kAlignment_Centre};
@@ -76,12 +76,12 @@ std::string GetDrawnLabel(const Tick& inTick) {
 
 std::vector<PlacedTick> LayOut(const RulerScale& inScale, const Grid& inGrid) {
   const auto getDistance = [&](std::int64_t inStep) {
-    return inScale.Measure(inStep) * (inGrid.width - inGrid.character);
+    return inScale.Measure(inStep) * (inGrid.width - inGrid.characterWidth);
   };
   const std::vector<std::int64_t> steps = inScale.GetSteps();
   LabelRow labels;
   for (const std::int64_t step : steps) {
-    if (getDistance(step) < inGrid.character + inGrid.labelDistance) continue;
+    if (getDistance(step) < inGrid.characterWidth + inGrid.labelDistance) continue;
     const LabelRow row = LabelTicks(inScale, inGrid, step);
     if (row.ticks.size() < std::min<std::size_t>(labels.ticks.size(), 2)) break;
     labels = row;

@@ -13,7 +13,7 @@ namespace mezzo::tool {
 /// The drawing area: columns of a terminal, or pixels of a picture.
 struct Grid {
   int width;
-  int character;      ///< width of a character
+  int characterWidth;
   int tickDistance;   ///< the least distance between ticks
   int labelDistance;  ///< the least distance between labels
 };

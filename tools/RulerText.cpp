@@ -58,7 +58,7 @@ std::string GetFootnote(const std::vector<PlacedTick>& inTicks) {
 }
 
 Grid GetTextGrid(int inColumns) {
-  return {.width = inColumns, .character = 1, .tickDistance = 4, .labelDistance = 2};
+  return {.width = inColumns, .characterWidth = 1, .tickDistance = 4, .labelDistance = 2};
 }
 
 std::string DrawAsText(const RulerScale& inScale, const std::string& inCaption, int inColumns,

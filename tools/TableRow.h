@@ -8,8 +8,8 @@
 namespace mezzo::tool {
 
 /// Finds the fields of a row. A field that begins with a double quote ends with one and may contain
-/// the delimiter and line ends; a double quote in it is doubled. Between tabs, fields contain
-/// neither, and a double quote has no meaning.
+/// the delimiter and line ends; a double quote in it is doubled. If the delimiter is a tab, fields
+/// contain neither tabs nor line ends, and double quotes are ordinary characters.
 class FieldScanner {
  public:
   explicit FieldScanner(char inDelimiter) : fDelimiter(inDelimiter) {}
@@ -34,7 +34,7 @@ class TableRow {
   /// \exception UserError when the row has fewer fields or a quote is not closed.
   TableRow(const std::string& inRow, std::size_t inField, char inDelimiter);
 
-  /// \return the field's text without quotes and the blanks around it.
+  /// \return the field's text without the quotes and blanks around it.
   const std::string& GetField() const { return fField; }
 
   /// \return whether the delimiter may be a part of the field's text: the next field begins with a

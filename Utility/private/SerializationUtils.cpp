@@ -27,7 +27,7 @@ struct MediaHandler {
   std::string_view identifier;
 };
 
-/// Every handler in the order of its index. The end marker is not a handler.
+/// Every handler in the order of its index, then an end marker, which `GetHandlers` leaves out.
 constexpr std::array<MediaHandler, kHandlerCount + 1> sMediaHandlerNames{{
     {"RuvoAiff", kNativePluginIndex_RuvoAiff, "41D554AA-7FB2-4E7C-A8C1-5E0697508950"},
     {"RuvoApe", kNativePluginIndex_RuvoApe, "89a80910-1cd3-44d5-b483-2b2301024b1d"},

@@ -288,7 +288,7 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
       samples * kTempoToBeatsPerSecond * inBeatInfo.dTempo * inBeatInfo.iBeatUnit / inSampleRate +
       kHalfThousandth / ticksPerBeat;
 
-  // Whole bars that make the beats, counted from bar 1 beat 1, not negative.
+  // Whole bars to add so that the count of beats from bar 1 beat 1 is not negative.
   Int32 addedBars = 0;
   if (!(beats >= 0.0)) {
     addedBars = Int32(TruncateTo<std::int32_t>(-beats / beatsPerBar.GetValue())) + 1;

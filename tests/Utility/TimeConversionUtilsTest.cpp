@@ -1,5 +1,5 @@
-// Properties of the conversions over a day or more, and of their parts. Results of single calls are
-// in the vectors.
+// Properties of the conversions over a day or more, and of the text cursor that they use. Results
+// of single calls are in the vectors.
 
 #include "../../Utility/private/TextCursor.h"
 #include "../support/ExportedCalls.h"

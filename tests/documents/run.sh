@@ -36,8 +36,8 @@ done < <(grep '^\$ ' "$scratch/shown") >"$scratch/seen"
 diff "$scratch/shown" "$scratch/seen" || fail 'the output differs from the documents'
 [ -e host/build/mezzo ] && [ ! -e host/build/mezzo/plinth ] || fail 'the stand-in was built in the host'
 
-# The README and --help describe every script, and every script refuses unknown options, except run,
-# which passes its arguments to the tool. Every file that the documents name exists.
+# The README describes every script. Each describes itself with --help and refuses unknown options,
+# except run, which passes its arguments to the tool. Every file that the documents name exists.
 for script in "$source"/scripts/*; do
   [ -x "$script" ] || continue
   name=${script##*/}

@@ -59,7 +59,7 @@ class DrawnArguments : public ArgumentSource {
   double GetDouble(const TypicalValues& inTypical = {}) override;
   plinth::UTF16String GetText(const TypicalValues& inTypical) override;
 
-  Fields* trace = nullptr;  ///< receives every argument
+  Fields* trace = nullptr;  ///< receives every argument that is drawn
 
  private:
   BitSource fBits;

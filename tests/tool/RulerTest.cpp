@@ -38,7 +38,7 @@ void CheckLayout(const RulerScale& inScale, const Grid& inGrid, TimecodeFormat i
     EXPECT_GT(tick.position, lastPosition);
     EXPECT_LE(lastPosition = tick.position, inScale.GetTo());
     EXPECT_GE(x, 0);
-    EXPECT_LE(x, inGrid.width - inGrid.character);
+    EXPECT_LE(x, inGrid.width - inGrid.characterWidth);
     EXPECT_EQ(FormatPosition(inTimeline, inFormat, tick.position), tick.label);
     EXPECT_EQ(ParseText(inTimeline, inFormat, tick.label) == tick.position, tick.readsBack);
     EXPECT_TRUE(tick.readsBack || MayFailToReadBack(inFormat, inTimeline, tick));
