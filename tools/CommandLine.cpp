@@ -31,9 +31,9 @@ and end in a decimal fraction. In bars and beats the last fields may be omitted
 instead, and "." separates the beat from its ticks. Unit words may follow the
 numbers, as in "1 h 2 min 3 s" (clock time) or "3 bars 2 beats". They do not
 select fields: "1 h 30 min" is refused, because the last number is in seconds.
-Digits of a fraction after the ninth are ignored. In a fraction of a frame, only
-those that the library can parse exactly are used; a note says if that leaves
-out any of the nine.
+Only the first nine digits of a fraction are used. In a fraction of a frame,
+only those that the library can parse exactly are used. A note says if this
+leaves out digits.
 
 A FORMAT is a name that 'mezzo formats' lists, in any letter case. The name of a
 frame rate selects a format and the nominal rate:
@@ -449,7 +449,7 @@ std::string ExplainUnknownCommand(const std::string& inName) {
 /// are added here only list the commands in the tool's help.
 int RunCommand(std::vector<std::string> inArguments) {
   Settings settings;
-  if (!inArguments.empty() && inArguments.front() == "help") {
+  while (!inArguments.empty() && inArguments.front() == "help") {
     inArguments.erase(inArguments.begin());
     inArguments.emplace_back("--help");
   }
@@ -458,6 +458,8 @@ int RunCommand(std::vector<std::string> inArguments) {
       std::find_if(std::begin(kCommands), std::end(kCommands),
                    [&name](const Command& inCommand) { return inCommand.name == name; });
   const bool isCommand = command != std::end(kCommands);
+  if (!isCommand && !name.empty() && !name.starts_with('-'))
+    throw UserError(ExplainUnknownCommand(name));
   CLI::App app(isCommand ? command->description : kToolDescription,
                isCommand ? "mezzo " + name : "mezzo");
   app.set_help_flag("-h,--help", "Print this help and exit");
@@ -480,7 +482,7 @@ int RunCommand(std::vector<std::string> inArguments) {
                    settings);
     }
     // Added after the commands, which would otherwise inherit this flag.
-    app.set_help_all_flag("--help-all", "Print the help of every command and exit");
+    app.set_help_all_flag("--help-all", "Print the options of every command and exit");
   }
   const auto last = std::find(inArguments.begin(), inArguments.end(), "--");
   const bool asksForHelp = std::any_of(

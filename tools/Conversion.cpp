@@ -130,7 +130,8 @@ TypedText SplitIntoFields(std::string_view inText, const Notation& inNotation,
     if (index > 0 && numbers[index - 1].separator == '.')
       RefusePart(digits, inText, "; nothing may follow a fraction");
     if (hasTicks && index == 2) {
-      if (number.separator == ':') RefusePart(":" + digits, inText, "; ticks must follow a '.'");
+      if (number.separator != '.' && number.separator != ' ')
+        RefusePart(number.separator + digits, inText, "; ticks must follow a '.'");
       number.separator = '.';
     }
     const Unit unit = inNotation.fields[number.field].unit;
@@ -152,8 +153,10 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation) {
     const bool isOmitted = number == inTyped.numbers.end() || number->isFraction;
     units = units * static_cast<double>(field.radix) +
             static_cast<double>(isOmitted ? field.origin : number->GetValue());
+    // In bars and beats, the sign belongs to the bar.
+    if (index == 0 && inNotation.HasBars() && inTyped.isNegative) units = -units;
   }
-  return inTyped.isNegative ? -units : units;
+  return inTyped.isNegative && !inNotation.HasBars() ? -units : units;
 }
 
 /// The digits of a fraction that the tool passes on.
@@ -161,12 +164,13 @@ constexpr std::size_t kMostDigits = 9;
 
 /// \return how many digits of a fraction the library parses exactly: in a fraction of a frame, only
 ///     as many as keep the computation in integers.
-std::size_t CountExactDigits(const Timeline& inTimeline, TimecodeFormat inFormat, double inUnits) {
-  if (!GetNotation(inTimeline, inFormat).HasFrames()) return kMostDigits;
+std::size_t CountExactDigits(const Timeline& inTimeline, const Notation& inNotation,
+                             TimecodeFormat inFormat, double inUnits) {
+  if (!inNotation.HasFrames()) return kMostDigits;
   constexpr double kLargestProduct = 0x7p60;
   const double factor = IsPulledDown(inFormat) ? 1001.0 : 1.0;
-  double product = factor * inTimeline.sampleRate * (std::fabs(inUnits) + 2.0) * 10.0;
-  std::size_t count = 1;
+  double product = factor * inTimeline.sampleRate * (std::fabs(inUnits) + 2.0);
+  std::size_t count = 0;
   while (count < kMostDigits && (product *= 10.0) < kLargestProduct) ++count;
   return count;
 }
@@ -209,8 +213,8 @@ bool HasBareBlank(const TypedText& inTyped) {
 /// A text that the library writes, and its value.
 struct Label {
   std::string text;
-  double units =
-      std::numeric_limits<double>::infinity();  ///< the value; infinite after an overflow
+  /// The value; infinite after an overflow.
+  double units = std::numeric_limits<double>::infinity();
 
   Label(const Timeline& inTimeline, TimecodeFormat inFormat, std::int64_t inPosition)
       : text(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inPosition))) {
@@ -250,7 +254,9 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
   const bool isShort = inNotation.HasTicks() && numbers.size() == 3 &&
                        numbers.back().word.empty() && numbers.back().GetValue() > 0 &&
                        numbers.back().digits.size() < label.text.size() - point - 1;
-  const bool isAmbiguous = isShort || HasCarry(inTyped, inNotation) || HasBareBlank(inTyped) ||
+  const bool losesSign = inNotation.HasBars() && inTyped.isNegative && !label.text.starts_with('-');
+  const bool isAmbiguous = isShort || losesSign || HasCarry(inTyped, inNotation) ||
+                           HasBareBlank(inTyped) ||
                            (isWithinLabel && numbers.size() <= inNotation.fields.size());
   if (!isOther && !isAmbiguous) return;
   const char* const meaning = isWithinLabel ? " lies in "
@@ -324,20 +330,22 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   const double error = inFormat == kTimecodeFormat_Milliseconds
                            ? std::fabs(std::stod(text) * 10.0 * unit - position)
                            : distance - 0.5;
-  // The library counts pulled-down frames in double precision, but their labels in integers.
-  const bool isMiscounted =
-      inFormat == kTimecodeFormat_PulldownFrames &&
-      Label(inTimeline, kTimecodeFormat_SMPTEPulldown, ioConversion.position).units !=
-          std::stod(text);
-  if (isMiscounted || (mustBeNearest ? error > 0.500001 * unit : unit < 1.0 && distance > 0.0)) {
-    const std::string result = isMiscounted || mustBeNearest
-                                   ? "another text is nearer to it"
-                                   : "parses as sample " + std::to_string(parsed);
-    ioConversion.notes.push_back({kConversionNoteKind_Inexact,
-                                  "in " + GetName(inFormat) + ", " + Quote(text) +
-                                      " is the text of sample " +
-                                      std::to_string(ioConversion.position) + ", but " + result});
+  std::string objection;
+  if (mustBeNearest) {
+    if (error > 0.500001 * unit) objection = "another text is nearer to it";
+  } else if (unit < 1.0 && distance > 0.0) {
+    objection = "parses as sample " + std::to_string(parsed);
+  } else if (inFormat == kTimecodeFormat_PulldownFrames) {
+    // The library counts pulled-down frames in double precision, but their labels in integers.
+    const Label label(inTimeline, kTimecodeFormat_SMPTEPulldown, ioConversion.position);
+    if (label.units != std::stod(text))
+      objection = "it lies in frame " + std::to_string(std::llround(label.units));
   }
+  if (objection.empty()) return;
+  ioConversion.notes.push_back({kConversionNoteKind_Inexact,
+                                "in " + GetName(inFormat) + ", " + Quote(text) +
+                                    " is the text of sample " +
+                                    std::to_string(ioConversion.position) + ", but " + objection});
 }
 
 std::int64_t ParseText(const Timeline& inTimeline, TimecodeFormat inFormat,
@@ -366,13 +374,15 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
   TypedText typed = SplitIntoFields(inText, notation, inFormat);
   Conversion conversion{0, inText, {}};
   if (std::string_view& digits = typed.numbers.back().digits; typed.HasFraction()) {
-    digits = digits.substr(0, kMostDigits);
-    const std::size_t count = CountExactDigits(inTimeline, inFormat, CountUnits(typed, notation));
+    const std::size_t count =
+        CountExactDigits(inTimeline, notation, inFormat, CountUnits(typed, notation));
     if (digits.find_first_not_of('0', count) != std::string_view::npos) {
+      if (count == 0) RefuseOutOfRange(inText);
       AddNote(conversion, kConversionNoteKind_Digits,
               " is parsed with only " + std::to_string(count) + " digits after the '.'");
     }
     digits = digits.substr(0, count);
+    if (digits.empty()) typed.numbers.pop_back();
   }
   constexpr std::int64_t kGreatest = std::numeric_limits<std::int32_t>::max();
   constexpr std::int64_t kFarthest = std::numeric_limits<std::int64_t>::max();

@@ -35,7 +35,8 @@ TableRow::TableRow(const std::string& inRow, std::size_t inField, char inDelimit
   }
   if (scanner.IsInQuotes()) throw UserError("no closing quote in " + Quote(inRow));
   if (field < inField)
-    throw UserError("no field " + std::to_string(inField) + " in " + Quote(inRow));
+    throw UserError("no field " + std::to_string(inField) + " in " + Quote(inRow) +
+                    (field == 1 ? "; see --delimiter" : ""));
   fBefore = inRow.substr(0, begin);
   fField = boost::trim_copy(inRow.substr(begin, end - begin));
   fAfter = inRow.substr(end);

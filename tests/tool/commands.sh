@@ -40,7 +40,8 @@ expect 0 '00:00:00:24' '' convert 48 25 00:00:00:47
 expect 0 86400 '' convert 24 frames 01:00:00:00
 expect 0 17999 "*'smpte-drop' has 30 x 1000/1001 frames per second, but 'frames' has 30" convert 29.97df frames '00;10;00;00'
 expect 0 $'350350\n3544905364' '' parse 23.976 00:00:07:07.000000000 20:29:38:10.00000
-expect 0 $'60000\n12000' '' parse beats 2.5000000000 0.49999999999999
+expect 0 $'60000\n12000' "*2: note: '0.49999999999999' is parsed with only 9 digits after the '.'" \
+  parse beats 2.5000000000 0.49999999999999
 expect 0 $'36000\n72000' '' parse bars-beats --ticks -1 1:2.5000000000 1:4
 expect 1 $'7\n\n\n\n-8' '*argument 2: *position*argument 3: *position*argument 4: *64 bits*' \
   format samples ' 7 ' x 1.5 99999999999999999999 -8
@@ -65,7 +66,7 @@ smpte|99999999999|*out of range
 smpte-drop|99:2147483647|*out of range
 decimal|2147483648:00:00|*out of range
 decimal|2147483647:60:00|*out of range
-bars-beats|1:2:480|unexpected ':480' in *; ticks must follow a '.'
+bars-beats|1:2;480|unexpected ';480' in *; ticks must follow a '.'
 bars-beats|1:2.3.4|*has 4 numbers*
 bars-beats|2.480|unexpected '.480' in *; a '.' may only follow a beat
 bars-beats|600000000|*out of range
@@ -95,15 +96,20 @@ expect 0 $'2882880\n2882880' "mezzo: argument 1: note: '00;01;00;00' is not a la
 mezzo: note: 1 more; --json shows all notes" \
   parse smpte-drop '00;01;00;00' '00;01;00;01'
 expect 0 -2882880 "*'-00;01;00;00' is not a label; it stands for '-00;01;00;02'" parse 29.97df -- '-00;01;00;00'
-expect 0 3954999 "*'3954999' is the text of sample 7909992090, but another *" format pulldown-frames 7909992090 --rate 47952 --fps 24
+expect 0 3954999 "*'3954999' is the text of sample 7909992090, but it lies in frame 3955000" format pulldown-frames 7909992090 --rate 47952 --fps 24
 expect 0 2883681 "*'00;01;00;00.5' lies in '00;01;00;02'" parse smpte-drop '00;01;00;00.5'
 expect 0 $'1600\n3200' "mezzo: argument 1: note: '0;1' has a ';', but smpte has no drop-frame labels" \
   parse smpte '0;1' 2
 expect 0 5 "*'00:00:00:05' stands for '00:00:00:06'" parse smpte 00:00:00:05 --rate 10 --fps 12
-expect 0 10731148206 "*'15:30:35:561.346' is parsed with only 2 digits after the '.'" \
-  parse smpte-pulldown 15:30:35:561.346 --rate 192000 --fps 1000
+expect 0 -10731148206 "*'-15:30:35:561.346' is parsed with only 2 digits after the '.'" \
+  parse smpte-pulldown --rate 192000 --fps 1000 -- -15:30:35:561.346
+expect 1 6443236800000 '*2: *is out of range' \
+  parse smpte-pulldown 596:00:00:00.0 596:00:00:00.2 --rate 3000000 --fps 1000
 expect 0 28 '' parse bars-beats 1:1.001 --rate 44100 --tempo 97
 expect 0 $'96000\n24000' "*'1:5' stands for '2:1.000'*" parse bars-beats 1:5 1:2
+expect 0 -24000 "*'1:0' stands for '0:4.000'" parse bars-beats 1:0
+expect 0 $'24125\n24000\n-288000' "*3: note: '-3:5' stands for '-2:1.0000'" parse bars-beats --ticks 1000000 '1:2.5208 ticks' 1:2.0 -3:5
+expect 0 3203200000000 '*' parse smpte-drop 2000000000
 expect 0 24125 "*'1:2.5' stands for '1:2.005'" parse bars-beats 1:2.5
 expect 0 00:59:59:29 "*'smpte-drop' has 30 x *" convert smpte-drop smpte '01;00;00;00'
 expect 0 24000 "*'-0:1' stands for '0:1.000'*" parse bars-beats --duration -0:1
@@ -147,7 +153,7 @@ piped=$(printf '%s\n' '00;00;10;00' '00;01;00;02' | "$mezzo" parse smpte-drop | 
 [[ $piped == $'6:1.019\n31:1.115' ]] || fail "pipe: $piped"
 
 # Tables
-expect 1 $'name,at\n"a, b","1:1.000",x\nc' "*line 3: no field 2 in 'c'" \
+expect 1 $'name,at\n"a, b","1:1.000",x\nc' "*line 3: no field 2 in 'c'; see --delimiter" \
   convert smpte bars-beats --field 2 --header <<<$'name,at\n"a, b","00:00:00:00",x\nc'
 expect 0 $'\xef\xbb\xbfa\tb\r\na\t48000\r' '' parse smpte --field 2 --delimiter tab --header \
   <<<$'\xef\xbb\xbfa\tb\r\na\t1:00\r'
@@ -207,7 +213,7 @@ for pair in barsbeat=bars-beats bars=bars-beats drop=smpte-drop 29.98=29.97 23.9
   refuse "unknown format '${pair%=*}'; did you mean '${pair#*=}'?" parse "${pair%=*}" 5
 done
 refuse "unknown format '12'; see 'mezzo formats'" parse 12 5
-refuse "unknown command 'shwo'; did you mean 'show'?" shwo 5
+refuse "unknown command 'shwo'; did you mean 'show'?" help shwo
 refuse "no command before '--rate'*" --rate 48000 show 5
 refuse "unknown option '--fron'; did you mean '--from'?" ruler --fron 0 --to 5
 refuse "unknown option '-.5'; put '--' *" parse smpte -.5

@@ -32,7 +32,7 @@ complete -c mezzo -n __fish_use_subcommand -a note -d 'Name a note'
 complete -c mezzo -n __fish_use_subcommand -a handlers -d 'List the native media handlers'
 complete -c mezzo -n __fish_use_subcommand -a handler -d 'Find a native media handler'
 complete -c mezzo -l help -d 'Print help'
-complete -c mezzo -n __fish_use_subcommand -l help-all -d 'Print the help of every command'
+complete -c mezzo -n __fish_use_subcommand -l help-all -d 'Print the options of every command'
 complete -c mezzo -n __fish_use_subcommand -l version -d 'Print the version'
 complete -c mezzo -n 'not __fish_use_subcommand' -l json -d 'Write JSON'
 complete -c mezzo -n '__mezzo_command_is parse format; and __mezzo_argument_count_is 0' -a "$formats"
