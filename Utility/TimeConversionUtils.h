@@ -163,8 +163,8 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 /// The format comes before the sample rate here, but after it in the function that writes.
 ///
 /// \param[out] outSamples receives the position in samples. An empty text gives -1, whatever the
-///     other arguments. `kTimecodeFormat_Reserved` and a value outside 0 to 14 give 0;
-///     the formats -1 and 15 are reported.
+///     other arguments. `kTimecodeFormat_Reserved` and a value outside 0 to 14 give 0; the formats
+///     -1 and 15 are reported.
 /// \param inString the text. A leading minus sign negates a sample count, or in bars and beats the
 ///     bar number alone; in all other formats it is a separator. Clock time, milliseconds and beats
 ///     have up to three fields. One unit of a field is 60 of the next: "1:30" is 90 seconds,
@@ -226,8 +226,8 @@ MEZZO_EXPORT void ConvertSamplesToDecimalTimecode(plinth::UTF16String& outString
 ///     -1 the text has bar, beat and fraction at every precision, followed by ".000" from 3 on.
 /// \param inSamples the position or length in samples; may be fractional.
 /// \param inSampleRate samples per second.
-/// \param inBeatInfo tempo, meter, ticks and offset; read after the reports, so changes
-///     that the host makes while its dialog is open take effect.
+/// \param inBeatInfo tempo, meter, ticks and offset; read after the reports, so changes that the
+///     host makes while its dialog is open take effect.
 /// \param inIsDuration true: a length, `dOffsetMs` is ignored; false: a position.
 /// \param inPrecision the last field: 0 bar, 1 beat, 2 tick, 3 and above thousandths. A negative
 ///     precision is reported.

@@ -253,8 +253,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* inBytes, std::size_t i
 }
 
 #ifdef MEZZO_REPLAYS
-/// Replays without a fuzzing engine: runs every file of CORPUS-DIRECTORY,
-/// then the calls drawn from the seeds 0 to COUNT - 1.
+/// Replays without a fuzzing engine: runs every file of CORPUS-DIRECTORY, then the calls drawn from
+/// the seeds 0 to COUNT - 1.
 int main(int argc, char** argv) {
   if (argc != 3) return 2;
   for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
