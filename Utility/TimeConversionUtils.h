@@ -130,8 +130,8 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// is dropped, and the text after the fifth is ignored. The fraction's denominator is 10 to the
 /// power of the number of code units from its first digit to the end of the text, or 2147483647 for
 /// ten or more. If a text has at most four numbers and a "." after them, the last is the fraction:
-/// "5:12." is 5 frames and 12/1000 of a frame, because "12." is three code units. For a single
-/// number without a "." before it, as in "1.", the denominator is 1.
+/// "5:12." is 5 frames and 12/1000 of a frame, because "12." is three code units. A single number
+/// with a "." only after it has the denominator 1, so "7." is 7 frames.
 ///
 /// The result is the first sample at or after the start of the labelled frame, computed as a
 /// quotient of integers. If the dividend exceeds 7 × 2^60, which takes extreme rates or a long

@@ -308,11 +308,11 @@ const ReadingRow sReadings[] = {
      &ScanDropFrame},
     {"compact", &Write<kTimecodeFormat_CompactSubframes>, &Read<kTimecodeFormat_CompactSubframes>,
      &ScanCompact},
-    {"clock", &PrintClock, &Read<kTimecodeFormat_Decimal>, &ScanClock},
+    {"clock", &Write<kTimecodeFormat_Decimal>, &Read<kTimecodeFormat_Decimal>, &ScanClock},
     {"bars-beats", &Write<kTimecodeFormat_BarsAndBeats>, &Read<kTimecodeFormat_BarsAndBeats>,
      &ScanBarsAndBeats},
     {"beats", &Write<kTimecodeFormat_Beats>, &Read<kTimecodeFormat_Beats>, &ScanNumber<kRate / 2>},
-    // Within 100 seconds: from 1000 seconds on, milliseconds have an exponent, which nobody types.
+    // Within 100 seconds, where six digits still show tenths of a millisecond.
     {"milliseconds",
      [](UTF16String& outText, std::int64_t inSamples) {
        Write<kTimecodeFormat_Milliseconds>(outText, inSamples % (100 * kRate));

@@ -5,8 +5,8 @@ include(CheckCXXSymbolExists)
 add_library(mezzo_project_options INTERFACE)
 target_compile_features(mezzo_project_options INTERFACE cxx_std_20)
 target_compile_options(mezzo_project_options INTERFACE
-  # Compilers fuse by default where the processor can, as on Arm. A fused operation that the source does
-  # not ask for changes last digits.
+  # By default, compilers fuse multiplications with additions where the processor can, as on Arm. That
+  # changes last digits.
   -ffp-contract=off
   -fvisibility=hidden -fvisibility-inlines-hidden
   # Assertion reports name files relative to the root, and plinth's headers relative to their

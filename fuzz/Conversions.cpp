@@ -30,7 +30,7 @@ struct RecordedCall {
     return static_cast<long double>(std::strtod(arguments[inIndex].c_str(), nullptr));
   }
   bool GetFlag(std::size_t inIndex) const { return (GetInt(inIndex) & 1) != 0; }
-  /// Units outside ASCII, and NUL, become "x".
+  /// Code units outside ASCII, and NUL, become "x".
   std::string GetText(std::size_t inIndex) const {
     std::string text;
     for (const char16_t unit : test::Unquote(arguments[inIndex]))
@@ -89,7 +89,8 @@ void CheckFormattedTimecode(const RecordedCall& inCall) {
 }
 
 struct TimecodeText {
-  std::vector<std::int64_t> values{0, 0, 0, 0};  // the last four are hours to frames
+  std::vector<std::int64_t> values{
+      0, 0, 0, 0};  // every number read is appended; the last four are hours to frames
   std::int64_t numerator = 0, denominator = 1;
 
   std::int64_t GetFromRight(std::size_t inIndex) const {
@@ -100,25 +101,25 @@ struct TimecodeText {
 TimecodeText Parse(std::string inRest) {
   static constexpr char kDigits[] = "0123456789";
   TimecodeText timecode;
-  std::size_t unitsLeft = 0;
+  std::size_t codeUnitsLeft = 0;
   for (int count = 0; count < 5; ++count) {
     const std::string separators = inRest.substr(0, inRest.find_first_of(kDigits));
     const bool isDotted = separators.find('.') != separators.npos;
     inRest.erase(0, separators.size());
     if (inRest.empty() && (!isDotted || count == 0)) break;
-    std::int64_t value =
-        timecode.GetFromRight(0);  // a "." at the end makes the last number the fraction
-    if (inRest.empty()) {
+    std::int64_t value = 0;
+    if (inRest.empty()) {  // a "." at the end makes the last number the fraction
+      value = timecode.GetFromRight(0);
       timecode.values.pop_back();
     } else {
-      if (isDotted || count > 0) unitsLeft = inRest.size();
+      if (isDotted || count > 0) codeUnitsLeft = inRest.size();
       value = ParseLeadingInteger(inRest);
       inRest.erase(0, inRest.find_first_not_of(kDigits));
     }
     if (isDotted) {
       timecode.numerator = value;
       timecode.denominator =
-          ParseLeadingInteger('1' + std::string(std::min<std::size_t>(unitsLeft, 10), '0'));
+          ParseLeadingInteger('1' + std::string(std::min<std::size_t>(codeUnitsLeft, 10), '0'));
       break;
     }
     timecode.values.push_back(value);
@@ -139,8 +140,8 @@ void CheckParsedTimecode(const RecordedCall& inCall) {
   const std::int64_t factor = (1000 + pulldown) * rate, divisor = 1000 * timecode.denominator * fps;
   if (frames > kLargestInt) return;  // wraps in the library
   const std::int64_t fractions = timecode.denominator * frames + timecode.numerator;
-  // Above 7 × 2^60 the library computes in double precision. Below 2^62, the dividend in the next
-  // statement also fits in 64 bits.
+  // Above 7 × 2^60 the library computes in double precision. Below 2^62, the dividend in the last
+  // line also fits in 64 bits.
   if (static_cast<long double>(fractions) * factor >= 0x1p62L) return;
   inCall.RequireEqual(std::to_string((fractions * factor + divisor - 1) / divisor));
 }
@@ -208,12 +209,11 @@ void CheckFormattedMusicalTime(const RecordedCall& inCall) {
                      numberAfter(text.find('.')) < (isDecimal ? 1000 : time.ticks),
                  "a beat of the bar and a part of the beat");
   // With ticks, the text is rounded to thousandths of a tick. Without ticks, half a thousandth of a
-  // beat is subtracted, and the result is truncated: it is half a thousandth to one and a half too
-  // low. The middle of that error is added.
+  // beat is subtracted, and the result is truncated: it is 0.5 to 1.5 thousandths too low. The
+  // middle of that error, one thousandth, is added. With ticks, the last field is added.
   const long double thousandth = samplesPerBeat / std::abs(time.ticks) / 1000;
-  const std::int64_t addedThousandths = isDecimal ? 1 : numberAfter(text.rfind('.'));
-  inCall.RequireNear(time.CountBeats(text) * samplesPerBeat + thousandth * addedThousandths,
-                     position,
+  const std::int64_t thousandths = isDecimal ? 1 : numberAfter(text.rfind('.'));
+  inCall.RequireNear(time.CountBeats(text) * samplesPerBeat + thousandth * thousandths, position,
                      thousandth * 0.500001L + 0.5L * time.first +
                          kRelativeError * std::max(std::fabs(position), samplesPerBeat));
 }

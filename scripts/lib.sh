@@ -21,7 +21,7 @@ export NODE_PATH=/usr/share/nodejs
 # The Debian packages for each purpose.
 declare -A packages=(
   [tool]='cmake g++ libboost-dev libcli11-dev libfast-float-dev ninja-build nlohmann-json3-dev'
-  [build]='help2man libbenchmark-dev libgtest-dev'
+  [full build]='help2man libbenchmark-dev libgtest-dev'
   [running tests]='dpkg-dev fakeroot file fish librsvg2-bin lintian locales netpbm pkg-config'
   [packages]='dpkg-dev file'
   [checks]='binutils clang clang-format clang-tidy git'
@@ -67,7 +67,7 @@ need() {
 
 # build_release TARGET...: builds targets of the release build in build/release.
 build_release() {
-  need tool build
+  need tool "full build"
   # Packages are made from this build. With this prefix, files are installed in Debian's directories.
   cmake --preset release -DCMAKE_INSTALL_PREFIX=/usr >/dev/null
   cmake --build --preset release --target "$@"

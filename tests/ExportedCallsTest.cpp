@@ -30,9 +30,8 @@ bool CountReport(bool& ioDisabled, const char*, const unsigned char*, const char
 
 class OutOfMemory : public testing::TestWithParam<ExportedCall> {};
 
-/// Repeats many calls, beginning with the first of the process: with their first allocation
-/// failing,
-// then with their second, and so on.
+/// Repeats each of many calls with its first allocation failing, then with its second, and so on.
+/// The first of them is the first call of the process.
 TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
   plinth::debug::SetAssertDialogHandler(&CountReport);
   const bool failsWithoutThrowing = GetParam().name.starts_with("Translate");

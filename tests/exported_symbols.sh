@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Compares what a shared library exports with a list, and the functions of the list with those that
 # have digests: exported_symbols.sh LIBRARY LIST DIGESTS
-# Names are written as nm demangles them, with plinth::UTF16String and std::int64_t by name, so they
-# are the same for every standard library and processor.
+# Names are written as nm demangles them. The types behind plinth::UTF16String and std::int64_t, which
+# differ between standard libraries and processors, are replaced by these names.
 set -euo pipefail
 export LC_ALL=C
 nm -D --defined-only --demangle "$1" | cut -d ' ' -f 3- | sed -E '

@@ -19,7 +19,7 @@ constexpr int kWidestRuler = 2000;
 /// The values of the command line; each command uses some of them.
 struct Settings {
   Timeline timeline;
-  std::optional<std::int32_t> framesPerSecond;
+  std::optional<std::int32_t> framesPerSecond;  ///< --fps, if given
   bool isJSON = false;
   std::string argument;  ///< the only argument of show or handler
 

@@ -141,7 +141,8 @@ TypedText SplitIntoFields(std::string_view inText, const Notation& inNotation,
   return typed;
 }
 
-/// \return the value of a text without its fraction, in units of the last field.
+/// \return the value of a text without its fraction, in units of the last field that is not a
+/// fraction.
 double CountUnits(const TypedText& inTyped, const Notation& inNotation) {
   double units = 0.0;
   for (std::size_t index = 0; index < inNotation.fields.size(); ++index) {
@@ -229,7 +230,7 @@ struct Label {
 
 /// Compares a text with the label of its position. Adds a note with the label if its value differs
 /// from the text's, or if the writer of the text may have meant another position.
-/// \exception UserError when only an overflow can have made the difference.
+/// \exception UserError when the two are so far apart that the library must have overflowed.
 void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Timeline& inTimeline,
                 TimecodeFormat inFormat, Conversion& ioParsed) {
   const double units = CountUnits(inTyped, inNotation);
@@ -243,8 +244,8 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
     if (getDistance(next) < 0.5) label = next;
   }
   // After an overflow, some field of the label differs from the text by 2^32 or more. Otherwise the
-  // values differ by about a thousandth at most: a typed drop-frame field beyond its range, such as
-  // 100000 seconds, spans dropped labels.
+  // values differ by about a thousandth of the value at most: a typed drop-frame field beyond its
+  // range, such as 100000 seconds, spans dropped labels.
   if (getDistance(label) > 1e6 + 0.002 * std::fabs(units)) RefuseOutOfRange(ioParsed.text);
   const auto& numbers = inTyped.numbers;
   const std::size_t point = label.text.find('.');

@@ -8,8 +8,8 @@
 namespace mezzo::tool {
 
 /// Finds the fields of a row. A field that begins with a double quote ends with one and may contain
-/// the delimiter and line ends; a double quote in it is doubled. If the delimiter is a tab, fields
-/// contain neither tabs nor line ends, and double quotes are ordinary characters.
+/// the delimiter and line ends; a double quote in it is doubled. If the delimiter is a tab, a field
+/// ends at the next tab or line end, even within double quotes.
 class FieldScanner {
  public:
   explicit FieldScanner(char inDelimiter) : fDelimiter(inDelimiter) {}

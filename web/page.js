@@ -170,7 +170,7 @@ function listen() {
     types.split(' ').forEach(type => target.addEventListener(type, listener, options));
   on(find('form'), 'submit', event => event.preventDefault());
   on(find('form'), 'input', ({target}) => {
-    if (target.name === 'fps') {  // the name of a rate would override it
+    if (target.name === 'fps') {  // a rate name, if selected, would override it
       for (const field of [fields.format, fields.moved_format]) field.value = formatNamed(field.value);
     }
     if (/text|format/.test(target.name)) fields.moved_to.value = '';

@@ -9,14 +9,14 @@ documents=("$source"/{README,CONTRIBUTING,docs/concepts}.md)
 export CXX=$4 CXXFLAGS=$5 LC_ALL=C.UTF-8 CMAKE_GENERATOR=Ninja
 unset COLUMNS
 rm -rf "$scratch"
-mkdir -p "$scratch/desk/host/foundation"
+mkdir -p "$scratch/reader/host/foundation"
 cmake --install "$build" --prefix "$scratch/prefix" >/dev/null
 export CMAKE_PREFIX_PATH=$scratch/prefix PATH=$scratch/prefix/bin:$PATH
 failures=0
 fail() { echo "FAILED: $1"; failures=$((failures + 1)); }
 
 # The host's own foundation library, and a link to the sources of Mezzo.
-cat >"$scratch/desk/host/foundation/CMakeLists.txt" <<'CMAKE'
+cat >"$scratch/reader/host/foundation/CMakeLists.txt" <<'CMAKE'
 find_library(foundation_library plinth REQUIRED)
 find_path(foundation_headers plinth/Export.h REQUIRED)
 add_library(foundation INTERFACE)
@@ -24,9 +24,9 @@ target_include_directories(foundation INTERFACE "${foundation_headers}")
 target_link_libraries(foundation INTERFACE "${foundation_library}")
 add_library(plinth::plinth ALIAS foundation)
 CMAKE
-ln -s "$source" "$scratch/desk/host/mezzo"
+ln -s "$source" "$scratch/reader/host/mezzo"
 
-cd "$scratch/desk"
+cd "$scratch/reader"
 awk '/^```/ { file = $2; next } file { print >file }' "${documents[@]}"
 awk '/^```/ { shown = $0 == "```console"; next } shown' "${documents[@]}" >"$scratch/shown"
 while IFS= read -r line; do

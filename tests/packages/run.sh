@@ -32,7 +32,7 @@ grep -q "libMezzo.so.1 => $root/usr/" "$scratch/libraries"
 # The README's project finds the library in this root, although the library was built for another
 # prefix. The lines added below include every header and have an implicit conversion that the
 # library's own warning options would reject.
-mkdir -p "$scratch/desk/host" && cd "$scratch/desk"
+mkdir -p "$scratch/reader/host" && cd "$scratch/reader"
 awk '/^```/ { file = $2; next } file { print >file }' "$source/README.md"
 (cd "$root/usr/include/mezzo" && printf '#include <%s>\n' */*.h) >>label.cpp
 echo 'int Whole(double inNumber) { return inNumber; }' >>label.cpp
