@@ -75,9 +75,10 @@ Examples:
 constexpr char kParseFooter[] = R"(JSON:
   [{"item", "position", "text", "notes"}, ...]
 
-  "item" is the number of the input, "text" the parsed text. "notes" is present
-  only if there are notes. The entry of an input that cannot be converted is
-  {"item", "text", "error"}, where "text" is the whole line even with --field.
+  "item" is the number of the input; a row that spans lines counts once. "text"
+  is the parsed text. "notes" is present only if there are notes. The entry of an
+  input that cannot be converted is {"item", "text", "error"}, where "text" is
+  the whole line even with --field.
 
 Tables:
   With --field, double quotes around a field are not part of its text. A quoted
@@ -438,7 +439,10 @@ std::string ExplainError(const CLI::App& inApp, const CLI::ParseError& inError) 
 
 std::string ExplainUnknownCommand(const std::string& inName) {
   if (inName.empty()) return "no command; see 'mezzo --help'";
-  if (inName.starts_with('-')) return "no command before " + Quote(inName) + "; see 'mezzo --help'";
+  if (inName.starts_with('-')) {
+    return "no command before " + Quote(inName) +
+           SuggestWord(inName, {"--help", "--help-all", "--version"}, "mezzo --help");
+  }
   std::vector<std::string> names;
   for (const Command& command : kCommands) names.emplace_back(command.name);
   return "unknown command " + Quote(inName) + SuggestWord(inName, names, "mezzo --help");

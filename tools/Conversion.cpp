@@ -93,7 +93,8 @@ TypedText SplitText(std::string_view inText) {
     if (!isColon && takeOneOf(".") != 0) separator = '.';
     TypedNumber number{separator, take(&IsDigit), {}};
     if (number.digits.empty())
-      RefusePart(rest.empty() ? inText.substr(inText.size() - 1) : rest, inText);
+      RefusePart(rest.empty() ? inText.substr(inText.size() - 1) : rest, inText,
+                 rest.starts_with(',') ? "; a fraction follows a '.'" : "");
     take(&IsBlank);
     number.word = take(&IsLetter);
     if (!number.word.empty() && !FindUnit(number.word)) RefusePart(number.word, inText);
@@ -264,7 +265,8 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
                               : isOther && HasDropFrameLabels(inFormat)
                                   ? " is not a label; it stands for "
                                   : " stands for ";
-  AddNote(ioParsed, kConversionNoteKind_Label, meaning + Quote(label.text));
+  AddNote(ioParsed, isWithinLabel ? kConversionNoteKind_WithinLabel : kConversionNoteKind_Label,
+          meaning + Quote(label.text));
 }
 
 }  // namespace
@@ -333,7 +335,11 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
                            : distance - 0.5;
   std::string objection;
   if (mustBeNearest) {
-    if (error > 0.500001 * unit) objection = "another text is nearer to it";
+    const bool isMilliseconds = inFormat == kTimecodeFormat_Milliseconds;
+    if (error > 0.500001 * unit) {
+      objection = isMilliseconds ? "it is at " + std::to_string(position / (10.0 * unit)) + " ms"
+                                 : "another text is nearer to it";
+    }
   } else if (unit < 1.0 && distance > 0.0) {
     objection = "parses as sample " + std::to_string(parsed);
   } else if (inFormat == kTimecodeFormat_PulldownFrames) {
@@ -380,7 +386,8 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
     if (digits.find_first_not_of('0', count) != std::string_view::npos) {
       if (count == 0) RefuseOutOfRange(inText);
       AddNote(conversion, kConversionNoteKind_Digits,
-              " is parsed with only " + std::to_string(count) + " digits after the '.'");
+              " is parsed with only " + std::to_string(count) +
+                  (count == 1 ? " digit" : " digits") + " after the '.'");
     }
     digits = digits.substr(0, count);
     if (digits.empty()) typed.numbers.pop_back();

@@ -22,6 +22,7 @@ enum ConversionNoteKind {
   kConversionNoteKind_Digits,
   kConversionNoteKind_Semicolon,
   kConversionNoteKind_Label,
+  kConversionNoteKind_WithinLabel,
   kConversionNoteKind_Exponent,
   kConversionNoteKind_Inexact,
   kConversionNoteKind_Delimiter,

@@ -60,7 +60,7 @@ smpte|1.|unexpected '.' in *
 smpte|1:.5|unexpected '.5' in *
 smpte|1.2.3|unexpected '3' in *; nothing may follow a fraction
 decimal|1:02.5 min|unexpected 'min' in *; the number before it counts seconds
-smpte|1,5|unexpected ',5' in *
+smpte|1,5|unexpected ',5' in *; a fraction follows a '.'
 smpte|20000:00:00:00|*out of range
 smpte|99999999999|*out of range
 smpte-drop|99:2147483647|*out of range
@@ -120,9 +120,9 @@ expect 0 $'5760000\n259200000' "*: '1:60' stands for '2:00.000'" parse decimal 1
 expect 0 16800 "*'10.5' lies in '00:00:00:10'" parse 30 10.5
 expect 0 19220 "*'00:00:10.01' lies in '00:00:00:10'" parse 25 00:00:10.01
 expect 0 $'3.6e+06\n3.6e+06' '*exponent *, which cannot be parsed*1 more*' format milliseconds 172800000 172800000
-expect 0 $'-0.9\n1\n100000' "*1: note: in milliseconds, '-0.9' is the text of sample -48, but another text is nearer to it*1 more*" \
+expect 0 $'-0.9\n1\n100000' "*1: note: in milliseconds, '-0.9' is the text of sample -48, but it is at -1.000000 ms*1 more*" \
   format milliseconds -- -48 48 4800019
-expect 0 -0.9 '*the text of sample -1, but another text is nearer to it' format milliseconds --rate 1000 -- -1
+expect 0 -0.9 '*the text of sample -1, but it is at -1.000000 ms' format milliseconds --rate 1000 -- -1
 expect 0 $'0:4.999\n1:1.000' "*'0:4.999' is the text of sample 0, but another text is nearer to it" \
   format bars-beats --ticks -1 0 12
 expect 0 '   0:00.015' "*'   0:00.015' is the text of sample 1, but parses *" format decimal --rate 100 1
@@ -222,7 +222,7 @@ refuse "unknown option '-r'; did you mean '--rate'?" parse smpte -r 44100 1
 refuse "unexpected argument '7'; see 'mezzo show --help'" show 5 7 8
 refuse '--fps needs a value' show 5 --fps
 refuse '--lenient takes no value' show 5 --lenient=3
-refuse "no command before '--version=false'*" --version=false show 5
+refuse "no command before '--versio'; did you mean '--version'?" --versio show 5
 refuse '--rate needs a value' format smpte --rate= 48000 96000
 refuse '*no conversion' format reserved 5
 refuse '*30 and 60 have drop-frame labels' format smpte-drop 5 --fps 25
