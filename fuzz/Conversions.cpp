@@ -140,8 +140,8 @@ void CheckParsedTimecode(const RecordedCall& inCall) {
   const std::int64_t factor = (1000 + pulldown) * rate, divisor = 1000 * timecode.denominator * fps;
   if (frames > kLargestInt) return;  // wraps in the library
   const std::int64_t fractions = timecode.denominator * frames + timecode.numerator;
-  // Above 7 × 2^60 the library computes in double precision. Below 2^62, the dividend in the last
-  // line also fits in 64 bits.
+  // Up to 7 × 2^60, the library computes in integers. The limit here is lower, so the dividend in
+  // the last line fits in 64 bits, too.
   if (static_cast<long double>(fractions) * factor >= 0x1p62L) return;
   inCall.RequireEqual(std::to_string((fractions * factor + divisor - 1) / divisor));
 }
@@ -208,9 +208,10 @@ void CheckFormattedMusicalTime(const RecordedCall& inCall) {
   inCall.Require(beatOfBar >= 0 && beatOfBar < time.beatsPerBar &&
                      numberAfter(text.find('.')) < (isDecimal ? 1000 : time.ticks),
                  "a beat of the bar and a part of the beat");
-  // With ticks, the text is rounded to thousandths of a tick. Without ticks, half a thousandth of a
-  // beat is subtracted, and the result is truncated: it is 0.5 to 1.5 thousandths too low. The
-  // middle of that error, one thousandth, is added. With ticks, the last field is added.
+  // With ticks, the library rounds to thousandths of a tick. They are the last field, which
+  // CountBeats leaves out, so they are added here. Without ticks, the library subtracts half a
+  // thousandth of a beat and truncates, so the text is 0.5 to 1.5 thousandths too low. The middle
+  // of that error, one thousandth, is added here.
   const long double thousandth = samplesPerBeat / std::abs(time.ticks) / 1000;
   const std::int64_t thousandths = isDecimal ? 1 : numberAfter(text.rfind('.'));
   inCall.RequireNear(time.CountBeats(text) * samplesPerBeat + thousandth * thousandths, position,

@@ -31,7 +31,7 @@ bool CountReport(bool& ioDisabled, const char*, const unsigned char*, const char
 class OutOfMemory : public testing::TestWithParam<ExportedCall> {};
 
 /// Repeats each of many calls with its first allocation failing, then with its second, and so on.
-/// The first of them is the first call of the process.
+/// No call has been made in the process before them.
 TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
   plinth::debug::SetAssertDialogHandler(&CountReport);
   const bool failsWithoutThrowing = GetParam().name.starts_with("Translate");

@@ -30,7 +30,8 @@ minus sign, omit leading fields ("2:12" is 2 seconds and 12 frames in timecode)
 and end in a decimal fraction. In bars and beats the last fields may be omitted
 instead, and "." separates the beat from its ticks. Unit words may follow the
 numbers, as in "1 h 2 min 3 s" (clock time) or "3 bars 2 beats". They do not
-select fields: clock time refuses "1 h 30 min", whose last number is in seconds.
+select fields: in clock time, the last number counts seconds, so "1 h 30 min" is
+refused.
 Only the first nine digits of a fraction are used. In a fraction of a frame,
 only those that the library can parse exactly are used. A note says if this
 leaves out digits.

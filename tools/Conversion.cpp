@@ -244,9 +244,9 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
     const Label next(inTimeline, inFormat, ioParsed.position + 1);
     if (getDistance(next) < 0.5) label = next;
   }
-  // After an overflow, some field of the label differs from the text by 2^32 or more. Otherwise the
-  // values differ by about a thousandth of the value at most: a typed drop-frame field beyond its
-  // range, such as 100000 seconds, spans dropped labels.
+  // After an overflow, some field of the label differs from the typed one by 2^32 or more.
+  // Otherwise the values differ by at most about a thousandth: a typed drop-frame field beyond its
+  // range, such as 100000 seconds, skips no labels, but the label of its position does.
   if (getDistance(label) > 1e6 + 0.002 * std::fabs(units)) RefuseOutOfRange(ioParsed.text);
   const auto& numbers = inTyped.numbers;
   const std::size_t point = label.text.find('.');
@@ -318,16 +318,16 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   const double distance = std::fabs(static_cast<double>(parsed) - position);
   constexpr double kFrameLimit = 2147483648.0;  // the library counts frames in 32 bits
   // Rounding moves a position by less than two units. Clock time from ten hours on has only
-  // hundredths of a second, and milliseconds only six digits; both stay within a hundredth.
+  // hundredths of a second, and milliseconds only six digits; both stay within 10 milliseconds.
   if (distance >
           std::max(2.0 * unit, inTimeline.sampleRate * 0.01) + 1.0 + 1e-15 * std::fabs(position) ||
       (IsFrameCount(inFormat) && std::fabs(position) >= kFrameLimit * unit)) {
     throw UserError("position " + std::to_string(ioConversion.position) + " is out of range for " +
                     GetName(inFormat));
   }
-  // A text in milliseconds, in beats, or with -1 ticks in bars and beats is noted if it is not the
-  // nearest to the position. All others are truncated, so they may read back as an earlier
-  // position. That is noted only if their unit is shorter than a sample.
+  // In milliseconds, in beats, and in bars and beats with -1 ticks, a note is added if another text
+  // is nearer to the position. In all other formats, texts are truncated and may read back as an
+  // earlier position; a note is added only if the format's unit is shorter than a sample.
   const bool mustBeNearest =
       notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;
   const double error = inFormat == kTimecodeFormat_Milliseconds

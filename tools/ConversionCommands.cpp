@@ -139,7 +139,7 @@ std::size_t CountNumbers(const std::string& inText) {
       std::distance(std::sregex_iterator(inText.begin(), inText.end(), sNumber), {}));
 }
 
-/// Notes that the delimiter may have split a text that contains it.
+/// Adds a note if the delimiter may have split a text that contains it.
 void CheckDelimiter(const Settings& inSettings, const Timeline& inFrom, const TableRow& inRow,
                     Conversion& ioConversion) {
   if (!inRow.MayHaveBeenSplit()) return;

@@ -35,7 +35,7 @@ std::optional<Unit> FindUnit(std::string_view inWord);
 
 struct Field {
   Unit unit;
-  std::int64_t radix = 0;  ///< units that make one of the field to the left; 0 for the first field
+  std::int64_t radix = 0;  ///< units in one unit of the field to the left; 0 for the first
   char separator = 0;      ///< before the field; 0 for the first
   int origin = 0;          ///< the number that it counts from
 };

@@ -13,7 +13,7 @@ namespace {
 constexpr std::int64_t kFarthestHours = 250;
 // The search for ticks must reach 528 hours: the farthest position plus the greatest offset of bar
 // 1, which is 278 hours. It must not exceed the library's 32-bit counts: 596 hours of frames at
-// 1000 per second, and 2^31 units of the field before a ".".
+// 1000 per second and, if the last field follows a ".", 2^31 units of the field before it.
 constexpr double kSearchedHours = 550.0;
 constexpr double kSearchedUnits = 2e9;
 // Longer than any ruler with usual ticks and tempos.

@@ -17,7 +17,7 @@
 namespace mezzo::tool {
 
 /// The part of a label that is at its tick. At a gap it is just beside the tick, so the labels on
-/// both sides do not meet.
+/// both sides do not meet. At the ends of the ruler, labels shift inward.
 enum Alignment {
   kAlignment_Left = 0,  ///< its left end
   kAlignment_Centre = 1,

@@ -200,7 +200,8 @@ function listen() {
   });
   on(ruler, 'pointermove', ({clientX}) => {
     if (!start || !answer) return;
-    // The interval reaches from the first column to the last, so it is a column shorter than the ruler.
+    // Positions lie in the middle of their columns, so the interval is a column narrower than the
+    // ruler without its margins.
     const share = (start.clientX - clientX) / (ruler.clientWidth - 48 - 8);
     move('samples', String(start.position + BigInt(Math.round(share * fields.span.value))));
   });

@@ -25,7 +25,7 @@ constexpr const char kLetterE[] = "$$$/mezzo/MusicalNotes/E=E";
 constexpr const char kLetterF[] = "$$$/mezzo/MusicalNotes/F=F";
 constexpr const char kLetterG[] = "$$$/mezzo/MusicalNotes/G=G";
 
-/// The localisation keys of a note's letters. A black key lies between two letters.
+/// The localisation keys of a note's letters. A sharp or flat note lies between two letters.
 struct NoteLetters {
   const char* below;  ///< a natural note's own letter
   const char* above;  ///< null for a natural note

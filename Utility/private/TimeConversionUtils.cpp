@@ -301,7 +301,8 @@ bool ConvertSamplesToBarsAndBeats(UTF16String& outString, double inSamples, doub
     ticks = GetFraction(beats) * ticksPerBeat;
     tick = TruncateTo<std::int32_t>(ticks);
     if (tick == ticksPerBeat) {
-      // The product was rounded up to a full beat.
+      // The product was rounded up to a full beat. The fraction of `beats` is just below 1, so one
+      // more tick moves on to the next beat.
       ticks = 0.0;
       tick = 0;
       beats += 1.0 / ticksPerBeat;

@@ -54,7 +54,7 @@ TEST(Assertion, NamesItsSiteAndSilencesNoOther) {
   ASSERT_EQ(taken.size(), 2u);
   EXPECT_EQ(taken[1].file, "Utility/private/TimeConversionUtils.cpp");
   EXPECT_GT(taken[1].line, taken[0].line);
-  EXPECT_TRUE(taken[0].flag && taken[1].flag);
+  EXPECT_TRUE(taken[0].dialogFlag && taken[1].dialogFlag);
 }
 
 TEST(Assertion, ComesBeforeBeatInfoIsRead) {

@@ -48,24 +48,24 @@ BitSource SplitMix64(std::uint64_t inSeed) {
 
 // ----------------------------------------------------------------------------- Drawing arguments
 
-std::int64_t DrawnArguments::GetInteger(int inBits, const TypicalValues& inTypical) {
+std::int64_t DrawnArguments::GetInteger(int inWidth, const TypicalValues& inTypical) {
   const auto draw = [&]() -> std::uint64_t {
     const std::uint64_t kind = fIsTame ? 2 : DrawBelow(8);
     if (const auto& usual = inTypical.numbers; kind > 1 && !usual.empty()) {
       return static_cast<std::uint64_t>(static_cast<std::int64_t>(usual[DrawBelow(usual.size())]));
     }
     if (kind == 0) {  // near zero and both limits
-      const std::uint64_t smallest = std::uint64_t{1} << (inBits - 1);
+      const std::uint64_t smallest = std::uint64_t{1} << (inWidth - 1);
       const std::uint64_t places[] = {0, smallest, smallest - 1};
       const std::uint64_t place = places[DrawBelow(3)];
       return place + DrawBelow(5) - 2;
     }
-    std::uint64_t magnitude = fBits() >> (65 - inBits + (fIsTame ? 20 : 0));
-    magnitude >>= DrawBelow(static_cast<unsigned>(inBits));
+    std::uint64_t magnitude = fBits() >> (65 - inWidth + (fIsTame ? 20 : 0));
+    magnitude >>= DrawBelow(static_cast<unsigned>(inWidth));
     return DrawBelow(2) == 0 ? magnitude : 0 - magnitude;
   };
   auto value = static_cast<std::int64_t>(draw());
-  if (inBits == 32) value = static_cast<std::int32_t>(value);
+  if (inWidth == 32) value = static_cast<std::int32_t>(value);
   if (trace != nullptr) trace->push_back(std::to_string(value));
   return value;
 }

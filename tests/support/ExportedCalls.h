@@ -34,7 +34,7 @@ class ArgumentSource {
  public:
   virtual ~ArgumentSource() = default;
 
-  virtual std::int64_t GetInteger(int inBits, const TypicalValues& inTypical = {}) = 0;
+  virtual std::int64_t GetInteger(int inWidth, const TypicalValues& inTypical = {}) = 0;
   virtual double GetDouble(const TypicalValues& inTypical = {}) = 0;
   virtual plinth::UTF16String GetText(const TypicalValues& inTypical) = 0;
 
@@ -55,7 +55,7 @@ class DrawnArguments : public ArgumentSource {
   std::size_t DrawBelow(std::uint64_t inBound) {
     return static_cast<std::size_t>(fBits() % inBound);
   }
-  std::int64_t GetInteger(int inBits, const TypicalValues& inTypical = {}) override;
+  std::int64_t GetInteger(int inWidth, const TypicalValues& inTypical = {}) override;
   double GetDouble(const TypicalValues& inTypical = {}) override;
   plinth::UTF16String GetText(const TypicalValues& inTypical) override;
 

@@ -6,7 +6,8 @@
 namespace mezzo::test::heap {
 
 std::uint64_t GetAllocationCount();
-/// Blocks allocated less those freed; a call that leaks nothing leaves it as it was.
+/// The number of blocks allocated minus the number freed; a call that leaks nothing leaves it as it
+/// was.
 extern thread_local std::int64_t sBlocks;
 /// The number of allocations that succeed before one throws std::bad_alloc. While it is negative,
 /// all succeed.

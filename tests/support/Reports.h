@@ -13,7 +13,7 @@ struct Report {
   std::string condition, message, file;
   int line;
   std::string function;
-  bool flag;
+  bool dialogFlag;
 };
 
 /// Records reports while it exists. Only one may exist at a time, and only one thread may report.
