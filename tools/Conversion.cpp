@@ -384,7 +384,8 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
     const std::size_t count =
         CountExactDigits(inTimeline, notation, inFormat, CountUnits(typed, notation));
     if (digits.find_first_not_of('0', count) != std::string_view::npos) {
-      if (count == 0) RefuseOutOfRange(inText);
+      if (count == 0)
+        throw UserError(Quote(inText) + " is too far from sample 0 to have a fraction");
       AddNote(conversion, kConversionNoteKind_Digits,
               " is parsed with only " + std::to_string(count) +
                   (count == 1 ? " digit" : " digits") + " after the '.'");

@@ -292,7 +292,7 @@ int Convert(const Settings& inSettings) {
     }
     if (!inSettings.isJSON) print(line);
   }
-  while (source.GetNext(line)) {
+  while (std::cout && source.GetNext(line)) {
     Result result = ConvertLine(inSettings, from, to, line);
     if (source.GetLastLine() > 0 && result.error.empty()) {
       result.conversion.notes.push_back(

@@ -103,7 +103,7 @@ expect 0 $'1600\n3200' "mezzo: argument 1: note: '0;1' has a ';', but smpte has 
 expect 0 5 "*'00:00:00:05' stands for '00:00:00:06'" parse smpte 00:00:00:05 --rate 10 --fps 12
 expect 0 -10731148206 "*'-15:30:35:561.346' is parsed with only 2 digits after the '.'" \
   parse smpte-pulldown --rate 192000 --fps 1000 -- -15:30:35:561.346
-expect 1 6443236800000 '*2: *is out of range' \
+expect 1 6443236800000 '*2: *is too far from sample 0 to have a fraction' \
   parse smpte-pulldown 596:00:00:00.0 596:00:00:00.2 --rate 3000000 --fps 1000
 expect 0 28 '' parse bars-beats 1:1.001 --rate 44100 --tempo 97
 expect 0 $'96000\n24000' "*'1:5' stands for '2:1.000'*" parse bars-beats 1:5 1:2
@@ -246,7 +246,7 @@ refuse '--width: *' ruler --from 0 --to 5 --width 2001
 refuse '--svg needs a value' ruler --from 0 --to 5 --svg --json
 refuse '*cannot write*' ruler --from 0 --to 5 --svg /dev/full
 refuse '* exclude each other' ruler --from 0 --to 5 --svg x --json
-[[ -e /dev/full ]] && { "$mezzo" formats >/dev/full 2>&1; [[ $? == 2 ]] || fail 'full device'; }
+[[ -e /dev/full ]] && { yes 1 | timeout 9 "$mezzo" format smpte >/dev/full 2>&1; [[ $? == 2 ]] || fail 'full device'; }
 
 # Rulers: the line of labels
 while IFS='|' read -r labels arguments; do
