@@ -130,8 +130,8 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// is dropped, and the text after the fifth is ignored. The fraction's denominator is 10 to the
 /// power of the number of code units from its first digit to the end of the text, or 2147483647 for
 /// ten or more. If a text has at most four numbers and a "." after them, the last is the fraction:
-/// "5:12." is 5 frames and 12/1000 of a frame, because "12." is three code units. A single number
-/// with a "." only after it has the denominator 1, so "7." is 7 frames.
+/// "5:12." is 5 frames and 12/1000 of a frame, because "12." is three code units. The exception is
+/// a single number without a "." before it: the denominator is 1, so "7." is 7 frames.
 ///
 /// The result is the first sample at or after the start of the labelled frame, computed as a
 /// quotient of integers. If the dividend exceeds 7 × 2^60, which takes extreme rates or a long
@@ -187,7 +187,7 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 /// Splits a frame count into its drop-frame label (SMPTE ST 12-1).
 ///
 /// The first two labels of a minute (four at 60 frames per second) do not exist, except in every
-/// tenth minute. Set all four outputs to 0 before the call: hours, tens of minutes and seconds are
+/// tenth minute. Set all four outputs to 0 before the call: hours, seconds and tens of minutes are
 /// written only if they are not 0, and minutes within a ten-minute block are added to `outMinutes`.
 ///
 /// \param inFrameCount frames from zero; the sign is ignored.

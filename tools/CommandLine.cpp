@@ -91,7 +91,7 @@ Examples:
   mezzo parse 29.97df --field 2 --header < markers.csv)";
 
 constexpr char kFormatFooter[] = R"(JSON:
-  The same as for parse; "text" is the formatted text, or the parsed one if the
+  The same as for parse; "text" is the formatted text, or the input if the
   format is samples.
 
 Examples:
@@ -104,7 +104,8 @@ constexpr char kConvertFooter[] = R"(JSON:
 
 Exactness:
   Sample counts are exact. Texts in all other formats are rounded or truncated,
-  so converting one back may give the frame or beat before.
+  so converting a text to another format and back may give the frame or beat
+  before.
 
 Rates:
   If only one of the formats is the name of a frame rate, both formats use its
@@ -186,9 +187,9 @@ CLI::Validator RequireBetween(Value inLowest, Value inHighest) {
 std::string CheckNominalRate(const std::string& inText) {
   const RateName* const rate = FindNearestRate(inText);
   if (rate == nullptr || !IsPulledDown(rate->format)) return "";
-  const bool hasBoth = rate->name == "29.97" || rate->name == "59.94";
+  const bool hasDropFrame = rate->name == "29.97" || rate->name == "59.94";
   return "must be nominal: for " + inText + ", use " + std::to_string(rate->framesPerSecond) +
-         " with " + GetName(rate->format) + (hasBoth ? " or smpte-drop" : "");
+         " with " + GetName(rate->format) + (hasDropFrame ? " or smpte-drop" : "");
 }
 
 CLI::Option* AddFormat(CLI::App& ioCommand, const char* inName, FormatChoice& outFormat,
@@ -416,7 +417,8 @@ void RequireValues(const CLI::App& inApp, const std::vector<std::string>& inArgu
   }
 }
 
-/// CLI11 looks for missing options before it looks at unknown ones, which are often the cause.
+/// CLI11 complains about a missing option or argument before it complains about an unknown option,
+/// although the missing one may only be misspelled.
 std::string ExplainError(const CLI::App& inApp, const CLI::ParseError& inError) {
   std::string message = inError.what();
   if (inError.get_name() == "ArgumentMismatch")

@@ -161,19 +161,19 @@ double CountUnits(const TypedText& inTyped, const Notation& inNotation) {
   return inTyped.isNegative && !inNotation.HasBars() ? -units : units;
 }
 
-/// The digits of a fraction that the tool passes on.
-constexpr std::size_t kMostDigits = 9;
+/// The greatest number of digits of a fraction that the tool passes on.
+constexpr std::size_t kMaxFractionDigits = 9;
 
 /// \return how many digits of a fraction the library parses exactly: in a fraction of a frame, only
 ///     as many as keep the computation in integers.
 std::size_t CountExactDigits(const Timeline& inTimeline, const Notation& inNotation,
                              TimecodeFormat inFormat, double inUnits) {
-  if (!inNotation.HasFrames()) return kMostDigits;
+  if (!inNotation.HasFrames()) return kMaxFractionDigits;
   constexpr double kLargestProduct = 0x7p60;
   const double factor = IsPulledDown(inFormat) ? 1001.0 : 1.0;
   double product = factor * inTimeline.sampleRate * (std::fabs(inUnits) + 2.0);
   std::size_t count = 0;
-  while (count < kMostDigits && (product *= 10.0) < kLargestProduct) ++count;
+  while (count < kMaxFractionDigits && (product *= 10.0) < kLargestProduct) ++count;
   return count;
 }
 
@@ -193,7 +193,7 @@ void AddNote(Conversion& ioParsed, ConversionNoteKind inKind, const std::string&
 
 /// \return whether a number is too large or too small for its field. Outside timecode, the first
 ///     number is exempt: in clock time, "90:00" is an hour and a half.
-bool HasCarry(const TypedText& inTyped, const Notation& inNotation) {
+bool HasNumberBeyondField(const TypedText& inTyped, const Notation& inNotation) {
   const auto isBeyond = [&inNotation](const TypedNumber& inNumber) {
     const Field& field = inNotation.fields[inNumber.field];
     const std::int64_t value = inNumber.GetValue() - field.origin;
@@ -245,8 +245,8 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
     if (getDistance(next) < 0.5) label = next;
   }
   // After an overflow, some field of the label differs from the typed one by 2^32 or more.
-  // Otherwise the values differ by at most about a thousandth: a typed drop-frame field beyond its
-  // range, such as 100000 seconds, skips no labels, but the label of its position does.
+  // Otherwise the values differ by at most about a thousandth: drop-frame labels skip dropped ones,
+  // but a typed field beyond its range, such as 100000 seconds, does not.
   if (getDistance(label) > 1e6 + 0.002 * std::fabs(units)) RefuseOutOfRange(ioParsed.text);
   const auto& numbers = inTyped.numbers;
   const std::size_t point = label.text.find('.');
@@ -257,7 +257,7 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
                        numbers.back().word.empty() && numbers.back().GetValue() > 0 &&
                        numbers.back().digits.size() < label.text.size() - point - 1;
   const bool losesSign = inNotation.HasBars() && inTyped.isNegative && !label.text.starts_with('-');
-  const bool isAmbiguous = isShort || losesSign || HasCarry(inTyped, inNotation) ||
+  const bool isAmbiguous = isShort || losesSign || HasNumberBeyondField(inTyped, inNotation) ||
                            HasBareBlank(inTyped) ||
                            (isWithinLabel && numbers.size() <= inNotation.fields.size());
   if (!isOther && !isAmbiguous) return;
@@ -327,7 +327,8 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   }
   // In milliseconds, in beats, and in bars and beats with -1 ticks, a note is added if another text
   // is nearer to the position. In all other formats, texts are truncated and may read back as an
-  // earlier position; a note is added only if the format's unit is shorter than a sample.
+  // earlier position; a note is added if the format's unit is shorter than a sample, or if
+  // pulled-down frames are miscounted.
   const bool mustBeNearest =
       notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;
   const double error = inFormat == kTimecodeFormat_Milliseconds

@@ -266,7 +266,7 @@ bool QueryInState(std::int32_t inState) {
   return kQuery();
 }
 
-/// Counts a slot's activations in thousands and its deactivations in ones. The second slot throws;
+/// Counts 1000 for each activation and 1 for each deactivation. The second slot throws;
 /// the caller must get the exception, and the third slot must not be called. Slots share ownership
 /// of the count, because another thread may still call them after they are disconnected.
 template <class Fire>

@@ -9,8 +9,8 @@ namespace plinth::debug {
 /// Shows or records a failed assertion. Returns true to break into the debugger. The parameters are
 /// those of `BreakAfterAssertDialog`.
 ///
-/// A site whose flag `ioDisabled` is true reports nothing. An assertion may fail on several threads
-/// at once, so a handler sets the flag of its site with `__atomic_store_n`.
+/// A caller whose site's flag `ioDisabled` is true does not report. An assertion may fail on
+/// several threads at once, so a handler sets the flag of its site with `__atomic_store_n`.
 using AssertDialogHandler = bool (*)(bool& ioDisabled, const char* inCondition,
                                      const unsigned char* inMessage, const char* inFile, int inLine,
                                      const char* inFunction, bool inFlag);
@@ -27,7 +27,7 @@ PLINTH_EXPORT AssertDialogHandler SetAssertDialogHandler(AssertDialogHandler inH
 
 /// Reports a failed assertion to the host's handler. The caller breaks into the debugger if asked.
 ///
-/// Callers read their site's flag with `__atomic_load_n`.
+/// Callers check their site's flag first, with `__atomic_load_n`; this function does not check it.
 ///
 /// \param[in,out] ioDisabled the flag of the assertion's site; the handler may set it to true to
 ///     silence the site.
