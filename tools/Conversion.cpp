@@ -245,8 +245,9 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
     if (getDistance(next) < 0.5) label = next;
   }
   // After an overflow, some field of the label differs from the typed one by 2^32 or more.
-  // Otherwise the values differ by at most about a thousandth: drop-frame labels skip dropped ones,
-  // but a typed field beyond its range, such as 100000 seconds, does not.
+  // Otherwise the values differ by at most about a thousandth: the value of a drop-frame label
+  // includes the dropped labels before it, which a typed field beyond its range, such as 100000
+  // seconds, leaves out.
   if (getDistance(label) > 1e6 + 0.002 * std::fabs(units)) RefuseOutOfRange(ioParsed.text);
   const auto& numbers = inTyped.numbers;
   const std::size_t point = label.text.find('.');
@@ -377,7 +378,7 @@ std::int64_t ParseText(const Timeline& inTimeline, TimecodeFormat inFormat,
 
 Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
                         const std::string& inText) {
-  if (inFormat == kTimecodeFormat_Samples) return {ParsePosition(inText), inText, {}};
+  if (inFormat == kTimecodeFormat_Samples) return {ParseSampleCount(inText), inText, {}};
   const Notation notation = GetNotation(inTimeline, inFormat);
   TypedText typed = SplitIntoFields(inText, notation, inFormat);
   Conversion conversion{0, inText, {}};
@@ -429,7 +430,7 @@ Conversion ParseLeniently(const Timeline& inTimeline, TimecodeFormat inFormat,
             Quote(inText) + " is parsed leniently, as sample " + std::to_string(position)}}};
 }
 
-std::int64_t ParsePosition(std::string_view inText) {
+std::int64_t ParseSampleCount(std::string_view inText) {
   std::string number = boost::trim_copy_if(std::string(inText), &IsBlank);
   if (number.starts_with('+') && !number.starts_with("+-")) number.erase(0, 1);
   std::int64_t value = 0;

@@ -92,6 +92,6 @@ Conversion ParseLeniently(const Timeline& inTimeline, utility::TimecodeFormat in
 
 /// Parses a sample count.
 /// \exception UserError for any other text, and for a count that does not fit in 64 bits.
-std::int64_t ParsePosition(std::string_view inText);
+std::int64_t ParseSampleCount(std::string_view inText);
 
 }  // namespace mezzo::tool

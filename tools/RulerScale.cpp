@@ -16,7 +16,7 @@ constexpr std::int64_t kFarthestHours = 250;
 // 1000 per second and, if the last field follows a ".", 2^31 units of the field before it.
 constexpr double kSearchedHours = 550.0;
 constexpr double kSearchedUnits = 2e9;
-// Longer than any ruler with usual ticks and tempos.
+// Units of the last field; longer than any ruler at usual tempos and ticks per beat.
 constexpr std::int64_t kLongestStep = 1'000'000'000'000'000;
 
 /// Multiples of the powers of a base, such as 1, 2, 5, 10, 20, 50 and so on.
@@ -160,7 +160,7 @@ Tick RulerScale::MakeTick(std::int64_t inPosition) const {
 
 std::int64_t RulerScale::ParseBound(const std::string& inText) {
   const Conversion bound = inText.starts_with('@')
-                               ? Conversion{ParsePosition(inText.substr(1)), inText, {}}
+                               ? Conversion{ParseSampleCount(inText.substr(1)), inText, {}}
                                : ParseChecked(fTimeline, fFormat, inText);
   fNotes.insert(fNotes.end(), bound.notes.begin(), bound.notes.end());
   const std::int64_t farthest = kFarthestHours * 3600 * fTimeline.sampleRate;

@@ -38,7 +38,7 @@ constexpr Label LabelOfFrameCount(std::int64_t inFrames, std::int64_t inMultipli
   const std::int64_t blocks = inFrames >= 0 ? inFrames / framesPerTenMinutes : 0;
   const std::int64_t frameWithinBlock = inFrames - blocks * framesPerTenMinutes;
   // Minute 0 of a block drops no labels, so it is `droppedPerMinute` frames longer than the others.
-  // The two conditional operators matter for the smallest integer only.
+  // This conditional operator and the one in `blocks` matter for the smallest integer only.
   const std::int64_t minute = frameWithinBlock > droppedPerMinute
                                   ? (frameWithinBlock - droppedPerMinute) / framesPerMinute
                                   : 0;

@@ -23,7 +23,7 @@ using plinth::UTF16String;
 using test::Show;
 using test::Widen;
 
-TEST(SMPTE, EveryLabelOfADayReadsBackAsItself) {
+TEST(SMPTE, EveryLabelOfADayReadsBackAsItsFirstSample) {
   const auto check = [](std::int32_t inRate, std::int32_t inFPS, bool inIsPulledDown,
                         bool inIsDropFrame) {
     UTF16String text;
