@@ -42,7 +42,9 @@ frame rate selects a format and the nominal rate:
   119.88 120
 )";
 
-constexpr char kToolFooter[] = R"(Exit status:
+constexpr char kToolFooter[] = R"(If an option is repeated, its last value counts.
+
+Exit status:
   0  Success. 'show' succeeds even if some formats have no text.
   1  'parse', 'format' or 'convert' could not convert an input. Its line is
      empty, or unchanged with --field; all other inputs were converted.
@@ -261,7 +263,9 @@ void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inNa
       ->type_name("")
       ->default_str("");
   CLI::Option* const field =
-      ioCommand.add_option("--field", outSettings.field, "Convert only this field of each line")
+      ioCommand
+          .add_option("--field", outSettings.field,
+                      "Convert only this field of each line; a repeated --field replaces it")
           ->check(RequireBetween(1, 1000))
           ->type_name("N")
           ->default_str("");
