@@ -130,8 +130,8 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// is dropped, and the text after the fifth is ignored. The fraction's denominator is 10 to the
 /// power of the number of code units from its first digit to the end of the text, or 2147483647 for
 /// ten or more. If a text has at most four numbers and a "." after them, the last is the fraction:
-/// "5:12." is 5 frames and 12/1000 of a frame, because "12." is three code units. The exception is
-/// a single number without a "." before it: the denominator is 1, so "7." is 7 frames.
+/// "5:12." is 5 frames and 12/1000 of a frame, because "12." is three code units. If that number
+/// is the only one, its denominator is 1: "7." is 7/1, which is 7 frames.
 ///
 /// The result is the first sample at or after the start of the labelled frame, computed as a
 /// quotient of integers. If the dividend exceeds 7 × 2^60, which takes extreme rates or a long
@@ -169,7 +169,8 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 ///     bar number alone; in all other formats it is a separator. Clock time, milliseconds and beats
 ///     have up to three fields. One unit of a field is 60 of the next: "1:30" is 90 seconds,
 ///     milliseconds or beats. A fourth field in front is dropped, and reported if it is not 0.
-///     Pulled-down frames are read as drop-frame labels, with the same reports.
+///     Pulled-down frames are read as drop-frame labels, with the reports
+///     of the overload with flags.
 /// \param inFormat the format of the text.
 /// \param inSampleRate samples per second.
 /// \param inTimecodeFPS nominal frames per second, for the SMPTE and frame-count formats.

@@ -52,10 +52,10 @@ Exit status:
      positions), or a file cannot be read or written.
 
 Notes:
-  A note on standard error says where a text is misleading, or how --lenient
-  parsed a text that is refused or parsed differently without it. The first note
-  of each kind is printed, and at the end the number of the others. --json shows
-  all notes.
+  A note on standard error says where a text is misleading. With --lenient, it
+  also says how a text was parsed that would otherwise be refused or parsed
+  differently. The first note of each kind is printed, and at the end the number
+  of the others. --json shows all notes.
 
 Examples:
   mezzo show 480000
@@ -414,9 +414,10 @@ void RequireValues(const CLI::App& inApp, const std::vector<std::string>& inArgu
     const CLI::Option* const option = inApp.get_option_no_throw(name);
     if (option == nullptr || option->get_items_expected_max() == 0) continue;
     const auto next = std::next(argument);
-    const bool lacksNextValue =
+    const bool isNextNoValue =
         next == inArguments.end() || *next == "--" || (next->starts_with("--") && IsOption(*next));
-    if (name == *argument ? lacksNextValue : argument->size() == name.size() + 1)
+    const bool isEmptyAfterEquals = argument->size() == name.size() + 1;
+    if (name == *argument ? isNextNoValue : isEmptyAfterEquals)
       throw UserError(name + " needs a value");
   }
 }

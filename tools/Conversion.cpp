@@ -114,7 +114,7 @@ TypedText SplitIntoFields(std::string_view inText, const Notation& inNotation,
   TypedText typed = SplitText(inText);
   auto& numbers = typed.numbers;
   const bool hasTicks = inNotation.HasTicks();
-  const std::size_t fieldCount = inNotation.fields.size() - (inNotation.HasFraction() ? 1 : 0);
+  const std::size_t fieldCount = inNotation.fields.size() - (inNotation.HasFractionField() ? 1 : 0);
   numbers.back().isFraction = numbers.back().separator == '.' && !hasTicks;
   const std::size_t count = numbers.size() - (typed.HasFraction() ? 1 : 0);
   if (count > fieldCount) {
@@ -244,15 +244,12 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
     const Label next(inTimeline, inFormat, ioParsed.position + 1);
     if (getDistance(next) < 0.5) label = next;
   }
-  // After an overflow, some field of the label differs from the typed one by 2^32 or more.
-  // Otherwise the values differ by at most about a thousandth: the value of a drop-frame label
-  // includes the dropped labels before it, which a typed field beyond its range, such as 100000
-  // seconds, leaves out.
-  if (getDistance(label) > 1e6 + 0.002 * std::fabs(units)) RefuseOutOfRange(ioParsed.text);
+  // An overflow changes the value by 2^32 or more; rounding and dropped labels change it far less.
+  if (getDistance(label) > 0x1p31) RefuseOutOfRange(ioParsed.text);
   const auto& numbers = inTyped.numbers;
   const std::size_t point = label.text.find('.');
   const bool isWithinLabel = inTyped.HasFraction() && point == std::string::npos;
-  const bool isOther = getDistance(label) >= 0.5 && !inNotation.HasFraction();
+  const bool isOther = getDistance(label) >= 0.5 && !inNotation.HasFractionField();
   // Ticks with fewer digits than the library writes look like a decimal fraction.
   const bool isShort = inNotation.HasTicks() && numbers.size() == 3 &&
                        numbers.back().word.empty() && numbers.back().GetValue() > 0 &&
@@ -328,8 +325,8 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   }
   // In milliseconds, in beats, and in bars and beats with -1 ticks, a note is added if another text
   // is nearer to the position. In all other formats, texts are truncated and may read back as an
-  // earlier position; a note is added if the format's unit is shorter than a sample, or if
-  // pulled-down frames are miscounted.
+  // earlier position; a note is added only if that happens although the format's unit is
+  // shorter than a sample, or if pulled-down frames are miscounted.
   const bool mustBeNearest =
       notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;
   const double error = inFormat == kTimecodeFormat_Milliseconds

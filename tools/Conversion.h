@@ -79,7 +79,7 @@ std::int64_t ParseText(const Timeline& inTimeline, utility::TimecodeFormat inFor
                        std::string_view inText);
 
 /// Parses a text that a person typed. Besides numbers it may contain a sign, the separators ":",
-/// ";" and ".", blanks and unit words such as "min". Without its fraction, it may not have more
+/// ";" and ".", blanks and unit words such as "min". Not counting a fraction, it may not have more
 /// numbers than the format has fields.
 /// \exception UserError for any other text, and for a position that is out of range.
 Conversion ParseChecked(const Timeline& inTimeline, utility::TimecodeFormat inFormat,

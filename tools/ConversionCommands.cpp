@@ -285,7 +285,7 @@ int Convert(const Settings& inSettings) {
   };
   if (inSettings.hasHeader && source.GetNext(line)) {
     try {
-      // A quote without an end would make every line a part of the header.
+      // If a quote in the header has no end, every line has become a part of the header.
       const TableRow header(line, inSettings.field > 0 ? 1 : 0, inSettings.delimiter);
     } catch (const UserError& error) {
       complain(error.what());

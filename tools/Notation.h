@@ -50,7 +50,7 @@ struct Notation {
   /// every other notation, the leading ones.
   bool HasBars() const { return fields.front().unit == kUnit_Bars; }
   bool HasTicks() const { return fields.back().unit == kUnit_Ticks; }
-  bool HasFraction() const { return fields.back().unit == kUnit_Fraction; }
+  bool HasFractionField() const { return fields.back().unit == kUnit_Fraction; }
   bool HasFrames() const { return fields.back().unit == kUnit_Frames; }
 };
 

@@ -22,7 +22,7 @@ struct Grid {
 struct LabelBox {
   int left;
   int width;
-  Alignment alignment;
+  Alignment alignment;  ///< of the texts in the box; may differ from the tick's at the ruler's ends
 };
 
 struct PlacedTick {

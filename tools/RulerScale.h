@@ -16,8 +16,8 @@
 
 namespace mezzo::tool {
 
-/// The part of a label that is at its tick. At a gap it is just beside the tick, so the labels on
-/// both sides do not meet. At the ends of the ruler, labels shift inward.
+/// Which point of a label is at its tick. At a gap, that point is just beside the tick, so the
+/// labels on both sides do not meet.
 enum Alignment {
   kAlignment_Left = 0,  ///< its left end
   kAlignment_Centre = 1,

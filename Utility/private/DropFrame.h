@@ -42,8 +42,8 @@ constexpr Label LabelOfFrameCount(std::int64_t inFrames, std::int64_t inMultipli
   const std::int64_t minute = frameWithinBlock > droppedPerMinute
                                   ? (frameWithinBlock - droppedPerMinute) / framesPerMinute
                                   : 0;
-  // The rest is the number of a label within its minute, not of a frame. Minutes 1 to 9 of a block
-  // start at `droppedPerMinute`, because `framesPerMinute` leaves out the extra frames of minute 0.
+  // What is left numbers the labels of the minute, not its frames. In minutes 1 to 9 of a block, it
+  // still includes the extra frames of minute 0, so the first number is `droppedPerMinute`.
   const std::int64_t labelWithinMinute = frameWithinBlock - minute * framesPerMinute;
   const std::int64_t seconds = labelWithinMinute / framesPerSecond;
   return {blocks / 6, blocks % 6, minute, seconds, labelWithinMinute - seconds * framesPerSecond};

@@ -27,7 +27,7 @@ KEYS = [  # in the field, from one text to another
     ("00;00;59;00", Keys.SHIFT + Keys.UP, "00;01;00;02"),
     ("1:1.000", Keys.ALT + Keys.DOWN, "0:4.000"),
     ("2:4.100", Keys.ALT + Keys.UP, "3:1.100"),
-    ("0:01", Keys.UP * 4, "0:01.133")]  # reads back as a position before frame 34
+    ("0:01", Keys.UP * 4, "0:01.133")]  # frame 34; its text reads back as an earlier position
 READ = """return Array.from(document.querySelectorAll(
     "#answer, #notes, #error, samp, li small, svg title, svg text, #ruler:not(:has(svg))"),
     element => element.textContent.replace(/^Read as .*: /, ""));"""
