@@ -86,6 +86,7 @@ constexpr char kParseFooter[] = R"(JSON:
 Tables:
   With --field, double quotes around a field are not part of its text. A quoted
   field may contain the delimiter and line ends, unless the delimiter is a tab.
+  Without quotes, a decimal comma separates two fields.
 
 Examples:
   mezzo parse smpte 01:02:03:04
@@ -282,7 +283,8 @@ void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inNa
       })
       ->type_name("C")
       ->needs(field);
-  ioCommand.add_flag("--header", outSettings.hasHeader, "Do not convert the first line");
+  ioCommand.add_flag("--header", outSettings.hasHeader,
+                     "Do not convert the first line, or the first argument");
   AddTimelineOptions(ioCommand, outSettings);
 }
 

@@ -93,8 +93,7 @@ TypedText SplitText(std::string_view inText) {
     if (!isColon && takeOneOf(".") != 0) separator = '.';
     TypedNumber number{separator, take(&IsDigit), {}};
     if (number.digits.empty())
-      RefusePart(rest.empty() ? inText.substr(inText.size() - 1) : rest, inText,
-                 rest.starts_with(',') ? "; a fraction follows a '.'" : "");
+      RefusePart(rest.empty() ? inText.substr(inText.size() - 1) : rest, inText);
     take(&IsBlank);
     number.word = take(&IsLetter);
     if (!number.word.empty() && !FindUnit(number.word)) RefusePart(number.word, inText);

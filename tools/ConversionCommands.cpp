@@ -144,14 +144,15 @@ void CheckDelimiter(const Settings& inSettings, const Timeline& inFrom, const Ta
                     Conversion& ioConversion) {
   if (!inRow.MayHaveBeenSplit()) return;
   const utility::TimecodeFormat from = inSettings.fromFormat.format;
+  const char delimiter = inSettings.delimiter;
   const bool isSeparator =
-      inSettings.delimiter == ':' || (inSettings.delimiter == ';' && HasDropFrameLabels(from));
+      delimiter == ':' || delimiter == '.' || (delimiter == ';' && HasDropFrameLabels(from));
   const std::size_t fieldCount = GetNotation(inFrom, from).fields.size();
   if (!isSeparator || fieldCount <= 2 || CountNumbers(inRow.GetField()) >= fieldCount) return;
   ioConversion.notes.push_back({kConversionNoteKind_Delimiter,
                                 Quote(inRow.GetField()) +
                                     " was converted alone; texts that contain the delimiter " +
-                                    Quote(std::string(1, inSettings.delimiter)) + " need quotes"});
+                                    Quote(std::string(1, delimiter)) + " need quotes"});
 }
 
 /// A converted text as it is printed, or the reason why there is none.
@@ -304,13 +305,13 @@ int Convert(const Settings& inSettings) {
       notes.Print(result.conversion.notes, source.GetPlace() + ": ");
     if (!result.error.empty()) complain(result.error);
     if (inSettings.isJSON) {
-      std::cout << separator << FormatJSON(MakeJSON(source.GetNumber(), line, result), -1);
-      separator = ",\n";
+      std::cout << separator << FormatJSON(MakeJSON(source.GetNumber(), line, result), -1) << '\n';
+      separator = ",";
     } else {
       print(result.output);
     }
   }
-  if (inSettings.isJSON) std::cout << (*separator == '[' ? "[]\n" : "\n]\n");
+  if (inSettings.isJSON) std::cout << (*separator == '[' ? "[]\n" : "]\n");
   return status;
 }
 
