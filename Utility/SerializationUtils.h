@@ -1,6 +1,6 @@
 /// \file
-/// Media handlers, which read and write the application's media formats: the identifiers of its
-/// native handlers, and the names under which it stores them.
+/// Media handlers, which read and write the application's media formats. Each native handler has an
+/// identifier, and a name that the application stores in its place.
 #pragma once
 
 #include <Module/Export.h>

@@ -252,9 +252,10 @@ void AddTimelineOptions(CLI::App& ioCommand, Settings& outSettings) {
 }
 
 void AddLenient(CLI::App& ioCommand, Settings& outSettings) {
-  ioCommand.add_flag("--lenient", outSettings.isLenient,
-                     "Parse as leniently as the library, but require a digit, accept a leading "
-                     "minus sign, and refuse text for which the library reports an error");
+  ioCommand.add_flag(
+      "--lenient", outSettings.isLenient,
+      "Parse as leniently as the library, but require a digit, let a leading "
+      "minus sign negate the position, and refuse text for which the library reports an error");
 }
 
 void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inName) {
@@ -266,7 +267,7 @@ void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inNa
   CLI::Option* const field =
       ioCommand
           .add_option("--field", outSettings.field,
-                      "Convert only this field of each line; a repeated --field replaces it")
+                      "Convert only this field of each line; the last --field counts")
           ->check(RequireBetween(1, 1000))
           ->type_name("N")
           ->default_str("");

@@ -248,7 +248,7 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
   const auto& numbers = inTyped.numbers;
   const std::size_t point = label.text.find('.');
   const bool isWithinLabel = inTyped.HasFraction() && point == std::string::npos;
-  const bool isOther = getDistance(label) >= 0.5 && !inNotation.HasFractionField();
+  const bool hasOtherValue = getDistance(label) >= 0.5 && !inNotation.HasFractionField();
   // Ticks with fewer digits than the library writes look like a decimal fraction.
   const bool isShort = inNotation.HasTicks() && numbers.size() == 3 &&
                        numbers.back().word.empty() && numbers.back().GetValue() > 0 &&
@@ -257,9 +257,9 @@ void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Time
   const bool isAmbiguous = isShort || losesSign || HasNumberBeyondField(inTyped, inNotation) ||
                            HasBareBlank(inTyped) ||
                            (isWithinLabel && numbers.size() <= inNotation.fields.size());
-  if (!isOther && !isAmbiguous) return;
+  if (!hasOtherValue && !isAmbiguous) return;
   const char* const meaning = isWithinLabel ? " lies in "
-                              : isOther && HasDropFrameLabels(inFormat)
+                              : hasOtherValue && HasDropFrameLabels(inFormat)
                                   ? " is not a label; it stands for "
                                   : " stands for ";
   AddNote(ioParsed, isWithinLabel ? kConversionNoteKind_WithinLabel : kConversionNoteKind_Label,
@@ -324,8 +324,9 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   }
   // In milliseconds, in beats, and in bars and beats with -1 ticks, a note is added if another text
   // is nearer to the position. In all other formats, texts are truncated and may read back as an
-  // earlier position; a note is added only if that happens although the format's unit is
-  // shorter than a sample, or if pulled-down frames are miscounted.
+  // earlier position; a note is added only if the format's unit is shorter than a sample
+  // and the text still reads back as another position, or if the count of pulled-down frames
+  // differs from the exact one.
   const bool mustBeNearest =
       notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;
   const double error = inFormat == kTimecodeFormat_Milliseconds
