@@ -169,8 +169,8 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 ///     bar number alone; in all other formats it is a separator. Clock time, milliseconds and beats
 ///     have up to three fields. One unit of a field is 60 of the next: "1:30" is 90 seconds,
 ///     milliseconds or beats. A fourth field in front is dropped, and reported if it is not 0.
-///     Pulled-down frames are read as drop-frame labels, with the reports
-///     of the overload with flags.
+///     Pulled-down frames are read as drop-frame labels, with the reports of the overload with
+///     flags.
 /// \param inFormat the format of the text.
 /// \param inSampleRate samples per second.
 /// \param inTimecodeFPS nominal frames per second, for the SMPTE and frame-count formats.

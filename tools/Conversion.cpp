@@ -324,17 +324,15 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
   }
   // In milliseconds, in beats, and in bars and beats with -1 ticks, a note is added if another text
   // is nearer to the position. In all other formats, texts are truncated and may read back as an
-  // earlier position; a note is added only if the format's unit is shorter than a sample
-  // and the text still reads back as another position, or if the count of pulled-down frames
-  // differs from the exact one.
-  const bool mustBeNearest =
-      notation.fields.back().unit == kUnit_Fraction && inFormat != kTimecodeFormat_Decimal;
-  const double error = inFormat == kTimecodeFormat_Milliseconds
-                           ? std::fabs(std::stod(text) * 10.0 * unit - position)
-                           : distance - 0.5;
+  // earlier position; a note is added only if the format's unit is shorter than a sample and the
+  // text still reads back as another position, or if the count of pulled-down frames differs from
+  // the exact one.
+  const bool mustBeNearest = notation.HasFractionField() && inFormat != kTimecodeFormat_Decimal;
+  const bool isMilliseconds = inFormat == kTimecodeFormat_Milliseconds;
+  const double error =
+      isMilliseconds ? std::fabs(std::stod(text) * 10.0 * unit - position) : distance - 0.5;
   std::string objection;
   if (mustBeNearest) {
-    const bool isMilliseconds = inFormat == kTimecodeFormat_Milliseconds;
     if (error > 0.500001 * unit) {
       objection = isMilliseconds ? "it is at " + std::to_string(position / (10.0 * unit)) + " ms"
                                  : "another text is nearer to it";
