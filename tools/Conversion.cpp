@@ -211,13 +211,13 @@ bool HasBareBlank(const TypedText& inTyped) {
   return std::adjacent_find(numbers.begin(), numbers.end(), isBare) != numbers.end();
 }
 
-/// A text that the library writes, and its value.
-struct Label {
+/// The text that the library formats at a position.
+struct FormattedText {
   std::string text;
   /// The value; infinite after an overflow.
   double units = std::numeric_limits<double>::infinity();
 
-  Label(const Timeline& inTimeline, TimecodeFormat inFormat, std::int64_t inPosition)
+  FormattedText(const Timeline& inTimeline, TimecodeFormat inFormat, std::int64_t inPosition)
       : text(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inPosition))) {
     const Notation notation = GetNotation(inTimeline, inFormat);
     try {
@@ -228,42 +228,70 @@ struct Label {
   }
 };
 
-/// Compares a text with the label of its position. Adds a note with the label if its value differs
-/// from the text's, or if the writer of the text may have meant another position.
-/// \exception UserError when the two are so far apart that the library must have overflowed.
-void CheckLabel(const TypedText& inTyped, const Notation& inNotation, const Timeline& inTimeline,
-                TimecodeFormat inFormat, Conversion& ioParsed) {
+/// Compares a typed text with the formatted text at its position. Adds a note with the formatted
+/// text if the values differ, or if the typed text looks like another position.
+/// \exception UserError when the values are so far apart that the library must have overflowed.
+void CompareWithFormatted(const TypedText& inTyped, const Notation& inNotation,
+                          const Timeline& inTimeline, TimecodeFormat inFormat,
+                          Conversion& ioParsed) {
   const double units = CountUnits(inTyped, inNotation);
-  const auto getDistance = [units](const Label& inLabel) {
-    return std::fabs(inLabel.units - units);
+  const auto getDistance = [units](const FormattedText& inFormatted) {
+    return std::fabs(inFormatted.units - units);
   };
-  Label label(inTimeline, inFormat, ioParsed.position);
-  if (getDistance(label) >= 0.5) {
-    // Rounding to the nearest sample may give the last sample before the typed label.
-    const Label next(inTimeline, inFormat, ioParsed.position + 1);
-    if (getDistance(next) < 0.5) label = next;
+  FormattedText formatted(inTimeline, inFormat, ioParsed.position);
+  if (getDistance(formatted) >= 0.5) {
+    // Rounding to the nearest sample may give the last sample before the typed text's.
+    const FormattedText next(inTimeline, inFormat, ioParsed.position + 1);
+    if (getDistance(next) < 0.5) formatted = next;
   }
   // An overflow changes the value by 2^32 or more; rounding and dropped labels change it far less.
-  if (getDistance(label) > 0x1p31) RefuseOutOfRange(ioParsed.text);
+  if (getDistance(formatted) > 0x1p31) RefuseOutOfRange(ioParsed.text);
   const auto& numbers = inTyped.numbers;
-  const std::size_t point = label.text.find('.');
-  const bool isWithinLabel = inTyped.HasFraction() && point == std::string::npos;
-  const bool hasOtherValue = getDistance(label) >= 0.5 && !inNotation.HasFractionField();
+  const std::size_t point = formatted.text.find('.');
+  const bool isWithin = inTyped.HasFraction() && point == std::string::npos;
+  const bool hasOtherValue = getDistance(formatted) >= 0.5 && !inNotation.HasFractionField();
   // Ticks with fewer digits than the library writes look like a decimal fraction.
   const bool isShort = inNotation.HasTicks() && numbers.size() == 3 &&
                        numbers.back().word.empty() && numbers.back().GetValue() > 0 &&
-                       numbers.back().digits.size() < label.text.size() - point - 1;
-  const bool losesSign = inNotation.HasBars() && inTyped.isNegative && !label.text.starts_with('-');
+                       numbers.back().digits.size() < formatted.text.size() - point - 1;
+  const bool losesSign =
+      inNotation.HasBars() && inTyped.isNegative && !formatted.text.starts_with('-');
   const bool isAmbiguous = isShort || losesSign || HasNumberBeyondField(inTyped, inNotation) ||
                            HasBareBlank(inTyped) ||
-                           (isWithinLabel && numbers.size() <= inNotation.fields.size());
+                           (isWithin && numbers.size() <= inNotation.fields.size());
   if (!hasOtherValue && !isAmbiguous) return;
-  const char* const meaning = isWithinLabel ? " lies in "
+  const char* const meaning = isWithin ? " lies in "
                               : hasOtherValue && HasDropFrameLabels(inFormat)
                                   ? " is not a label; it stands for "
                                   : " stands for ";
-  AddNote(ioParsed, isWithinLabel ? kConversionNoteKind_WithinLabel : kConversionNoteKind_Label,
-          meaning + Quote(label.text));
+  AddNote(ioParsed, isWithin ? kConversionNoteKind_Within : kConversionNoteKind_StandsFor,
+          meaning + Quote(formatted.text));
+}
+
+/// Explains why a formatted text is not what its position suggests.
+/// \return a few words; empty if it is.
+std::string ExplainInexact(const Timeline& inTimeline, TimecodeFormat inFormat,
+                           const Notation& inNotation, const std::string& inText,
+                           std::int64_t inPosition, std::int64_t inParsed) {
+  const double unit = inNotation.samplesInUnit;
+  const auto position = static_cast<double>(inPosition);
+  constexpr double kHalf = 0.500001;  // with room for rounding
+  if (inFormat == kTimecodeFormat_Milliseconds) {
+    const bool isNearest = std::fabs(std::stod(inText) * 10.0 * unit - position) <= kHalf * unit;
+    return isNearest ? "" : "it is at " + std::to_string(position / (10.0 * unit)) + " ms";
+  }
+  const double distance = std::fabs(static_cast<double>(inParsed) - position);
+  if (inNotation.HasFractionField() && inFormat != kTimecodeFormat_Decimal)
+    return distance - 0.5 <= kHalf * unit ? "" : "another text is nearer to it";
+  // All other texts are truncated. They usually parse as an earlier sample, but not if the unit is
+  // shorter than a sample.
+  if (unit < 1.0 && distance > 0.0) return "parses as sample " + std::to_string(inParsed);
+  if (inFormat != kTimecodeFormat_PulldownFrames) return "";
+  // The library counts pulled-down frames in double precision, but their labels in integers.
+  const FormattedText exact(inTimeline, kTimecodeFormat_SMPTEPulldown, inPosition);
+  return exact.units == std::stod(inText)
+             ? ""
+             : "it lies in frame " + std::to_string(std::llround(exact.units));
 }
 
 }  // namespace
@@ -322,29 +350,8 @@ void FormatChecked(const Timeline& inTimeline, TimecodeFormat inFormat, Conversi
     throw UserError("position " + std::to_string(ioConversion.position) + " is out of range for " +
                     GetName(inFormat));
   }
-  // In milliseconds, in beats, and in bars and beats with -1 ticks, a note is added if another text
-  // is nearer to the position. In all other formats, texts are truncated and may read back as an
-  // earlier position; a note is added only if the format's unit is shorter than a sample and the
-  // text still reads back as another position, or if the count of pulled-down frames differs from
-  // the exact one.
-  const bool mustBeNearest = notation.HasFractionField() && inFormat != kTimecodeFormat_Decimal;
-  const bool isMilliseconds = inFormat == kTimecodeFormat_Milliseconds;
-  const double error =
-      isMilliseconds ? std::fabs(std::stod(text) * 10.0 * unit - position) : distance - 0.5;
-  std::string objection;
-  if (mustBeNearest) {
-    if (error > 0.500001 * unit) {
-      objection = isMilliseconds ? "it is at " + std::to_string(position / (10.0 * unit)) + " ms"
-                                 : "another text is nearer to it";
-    }
-  } else if (unit < 1.0 && distance > 0.0) {
-    objection = "parses as sample " + std::to_string(parsed);
-  } else if (inFormat == kTimecodeFormat_PulldownFrames) {
-    // The library counts pulled-down frames in double precision, but their labels in integers.
-    const Label label(inTimeline, kTimecodeFormat_SMPTEPulldown, ioConversion.position);
-    if (label.units != std::stod(text))
-      objection = "it lies in frame " + std::to_string(std::llround(label.units));
-  }
+  const std::string objection =
+      ExplainInexact(inTimeline, inFormat, notation, text, ioConversion.position, parsed);
   if (objection.empty()) return;
   ioConversion.notes.push_back({kConversionNoteKind_Inexact,
                                 "in " + GetName(inFormat) + ", " + Quote(text) +
@@ -406,7 +413,7 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
             " has a ';', but " + GetName(inFormat) + " has no drop-frame labels");
   }
   if (inFormat != kTimecodeFormat_Milliseconds)
-    CheckLabel(typed, notation, inTimeline, inFormat, conversion);
+    CompareWithFormatted(typed, notation, inTimeline, inFormat, conversion);
   return conversion;
 }
 
