@@ -259,9 +259,14 @@ void AddLenient(CLI::App& ioCommand, Settings& outSettings) {
 }
 
 void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inName) {
+  // An option that allows extra arguments would split "[1,2]" into two texts. CLI11 also takes
+  // texts until it has the least expected number.
+  constexpr int kMany = CLI::detail::expected_max_vector_size;
   ioCommand
       .add_option(inName, outSettings.texts, "Inputs; '-' or none for the lines of standard input")
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->expected(kMany, kMany)
+      ->allow_extra_args(false)
       ->type_name("")
       ->default_str("");
   CLI::Option* const field =

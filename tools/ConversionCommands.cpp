@@ -7,6 +7,7 @@
 #include "TableRow.h"
 
 #include <cerrno>
+#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <iterator>
@@ -48,9 +49,11 @@ class TextSource {
   /// \return the last line of a row that spans lines, or else 0.
   std::size_t GetLastLine() const { return fLine > fFirstLine ? fLine : 0; }
 
+  bool IsArgument() const { return fFirstLine == 0; }
+
   std::string GetPlace() const {
-    return fFirstLine > 0 ? "line " + std::to_string(fFirstLine)
-                          : "argument " + std::to_string(fArgument);
+    return IsArgument() ? "argument " + std::to_string(fArgument)
+                        : "line " + std::to_string(fFirstLine);
   }
 
   /// \return the text with the byte order mark and the carriage return of its line.
@@ -303,7 +306,12 @@ int Convert(const Settings& inSettings) {
     }
     if (!result.conversion.notes.empty())
       notes.Print(result.conversion.notes, source.GetPlace() + ": ");
-    if (!result.error.empty()) complain(result.error);
+    if (!result.error.empty()) {
+      if (std::error_code error;
+          source.IsArgument() && std::filesystem::is_regular_file(line, error))
+        result.error = Quote(line) + " is a file; put '<' before it to convert its lines";
+      complain(result.error);
+    }
     if (inSettings.isJSON) {
       std::cout << separator << FormatJSON(MakeJSON(source.GetNumber(), line, result), -1) << '\n';
       separator = ",";

@@ -149,6 +149,7 @@ expect 2 '' 'mezzo: standard input is UTF-16, not UTF-8' parse smpte < <(printf 
 expect 1 '' "mezzo: argument 1: no digit in '$(printf 'x%.0s' {1..80})...'" \
   parse smpte "$(printf 'x%.0s' {1..99})"
 expect 0 $'1600\n48000\n3200' '' parse smpte 1 - 2 <<<1:00
+expect 1 $'[a,b]\n\n\n48000' "*2: unexpected '\[1,5\]' in *3: '$0' is a file; put '<' before it *" parse smpte --header '[a,b]' '[1,5]' "$0" 1:00
 piped=$(printf '%s\n' '00;00;10;00' '00;01;00;02' | "$mezzo" parse smpte-drop | "$mezzo" format bars-beats)
 [[ $piped == $'6:1.019\n31:1.115' ]] || fail "pipe: $piped"
 
