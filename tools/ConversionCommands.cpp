@@ -168,16 +168,25 @@ struct Result {
 /// Converts a line, or a field of it. A text that cannot be converted keeps its place in the
 /// output: an empty line, or the unchanged row of a table.
 Result ConvertLine(const Settings& inSettings, const Timeline& inFrom, const Timeline& inTo,
-                   const std::string& inLine) {
+                   const TextSource& inSource, const std::string& inLine) {
   try {
     const TableRow row(inLine, inSettings.field, inSettings.delimiter);
     Conversion conversion = ConvertText(inSettings, inFrom, inTo, row.GetField());
     CheckDelimiter(inSettings, inFrom, row, conversion);
+    if (const std::size_t lastLine = inSource.GetLastLine(); lastLine > 0) {
+      conversion.notes.push_back(
+          {kConversionNoteKind_Lines, "the row ends in line " + std::to_string(lastLine) +
+                                          ", because a quoted field spans lines"});
+    }
     const bool toSamples = inSettings.toFormat.format == utility::kTimecodeFormat_Samples;
     const std::string text = toSamples ? std::to_string(conversion.position) : conversion.text;
     return {conversion, row.ReplaceField(text)};
   } catch (const UserError& error) {
-    return {.output = inSettings.field > 0 ? inLine : "", .error = error.what()};
+    std::error_code status;
+    const bool isFile = inSource.IsArgument() && std::filesystem::is_regular_file(inLine, status);
+    return {.output = inSettings.field > 0 ? inLine : "",
+            .error = isFile ? Quote(inLine) + " is a file; put '<' before it to convert its lines"
+                            : error.what()};
   }
 }
 
@@ -297,21 +306,9 @@ int Convert(const Settings& inSettings) {
     if (!inSettings.isJSON) print(line);
   }
   while (std::cout && source.GetNext(line)) {
-    Result result = ConvertLine(inSettings, from, to, line);
-    if (source.GetLastLine() > 0 && result.error.empty()) {
-      result.conversion.notes.push_back(
-          {kConversionNoteKind_Lines, "the row ends in line " +
-                                          std::to_string(source.GetLastLine()) +
-                                          ", because a quoted field spans lines"});
-    }
-    if (!result.conversion.notes.empty())
-      notes.Print(result.conversion.notes, source.GetPlace() + ": ");
-    if (!result.error.empty()) {
-      if (std::error_code error;
-          source.IsArgument() && std::filesystem::is_regular_file(line, error))
-        result.error = Quote(line) + " is a file; put '<' before it to convert its lines";
-      complain(result.error);
-    }
+    const Result result = ConvertLine(inSettings, from, to, source, line);
+    notes.Print(result.conversion.notes, source.GetPlace() + ": ");
+    if (!result.error.empty()) complain(result.error);
     if (inSettings.isJSON) {
       std::cout << separator << FormatJSON(MakeJSON(source.GetNumber(), line, result), -1) << '\n';
       separator = ",";

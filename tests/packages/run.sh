@@ -30,8 +30,8 @@ diff <("$build/bin/mezzo" show 480000) <("$root/usr/bin/mezzo" show 480000)
 ldd "$root/usr/bin/mezzo" >"$scratch/libraries"
 grep -q "libMezzo.so.1 => $root/usr/" "$scratch/libraries"
 # The README's project finds the library in this root, although the library was built for another
-# prefix. The lines added below include every header and have an implicit conversion that the
-# library's own warning options would reject.
+# prefix. The lines added below include every header. They also have an implicit conversion, which
+# compiles because users of the library do not get its own warning options.
 mkdir -p "$scratch/reader/host" && cd "$scratch/reader"
 awk '/^```/ { file = $2; next } file { print >file }' "$source/README.md"
 (cd "$root/usr/include/mezzo" && printf '#include <%s>\n' */*.h) >>label.cpp

@@ -8,8 +8,8 @@ function __mezzo_command_is
     set -l words (commandline -opc)
     contains -- "$words[2]" $argv
 end
-# Whether the number of arguments after the command is one of those given. Options and their values
-# are not counted.
+# Whether the number of arguments after the command is one of the numbers in $argv. Options and
+# their values are not counted.
 function __mezzo_argument_count_is
     set -l count 0
     set -l previous ''

@@ -44,7 +44,8 @@ class CachedDatabaseValue {
   }
 
  private:
-  /// No generation yet. The first call reads the database unless its generation has this value.
+  /// Stands for no generation. The first call reads the database, unless the database's own
+  /// generation happens to be this number.
   static constexpr std::uint32_t kNeverRead = 0xFFFFFFFF;
 
   ByteString fKey;
