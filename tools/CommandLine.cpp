@@ -259,8 +259,8 @@ void AddLenient(CLI::App& ioCommand, Settings& outSettings) {
 }
 
 void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inName) {
-  // An option that allows extra arguments would split "[1,2]" into two texts. CLI11 also takes
-  // texts until it has the least expected number.
+  // CLI11 splits "[1,2]" into two texts if extra arguments are allowed. Without them, it takes
+  // texts only up to the least expected number, which is therefore the greatest possible one.
   constexpr int kMany = CLI::detail::expected_max_vector_size;
   ioCommand
       .add_option(inName, outSettings.texts, "Inputs; '-' or none for the lines of standard input")
@@ -272,7 +272,7 @@ void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inNa
   CLI::Option* const field =
       ioCommand
           .add_option("--field", outSettings.field,
-                      "Convert only this field of each line; the last --field counts")
+                      "Convert only this field of each line; only one --field is used")
           ->check(RequireBetween(1, 1000))
           ->type_name("N")
           ->default_str("");

@@ -240,7 +240,7 @@ void CompareWithFormatted(const TypedText& inTyped, const Notation& inNotation,
   };
   FormattedText formatted(inTimeline, inFormat, ioParsed.position);
   if (getDistance(formatted) >= 0.5) {
-    // Rounding to the nearest sample may give the last sample before the typed text's.
+    // In beats and clock time, the nearest sample may lie before the typed beat or second.
     const FormattedText next(inTimeline, inFormat, ioParsed.position + 1);
     if (getDistance(next) < 0.5) formatted = next;
   }
@@ -268,8 +268,9 @@ void CompareWithFormatted(const TypedText& inTyped, const Notation& inNotation,
           meaning + Quote(formatted.text));
 }
 
-/// Explains why a formatted text is not what its position suggests.
-/// \return a few words; empty if it is.
+/// Explains why a formatted text is misleading.
+/// \param inParsed the position that the text parses to.
+/// \return a few words; empty if it is not.
 std::string ExplainInexact(const Timeline& inTimeline, TimecodeFormat inFormat,
                            const Notation& inNotation, const std::string& inText,
                            std::int64_t inPosition, std::int64_t inParsed) {
@@ -283,8 +284,8 @@ std::string ExplainInexact(const Timeline& inTimeline, TimecodeFormat inFormat,
   const double distance = std::fabs(static_cast<double>(inParsed) - position);
   if (inNotation.HasFractionField() && inFormat != kTimecodeFormat_Decimal)
     return distance - 0.5 <= kHalf * unit ? "" : "another text is nearer to it";
-  // All other texts are truncated. They usually parse as an earlier sample, but not if the unit is
-  // shorter than a sample.
+  // All other texts are truncated. They may parse as an earlier sample of the same unit, but a unit
+  // shorter than a sample has no other.
   if (unit < 1.0 && distance > 0.0) return "parses as sample " + std::to_string(inParsed);
   if (inFormat != kTimecodeFormat_PulldownFrames) return "";
   // The library counts pulled-down frames in double precision, but their labels in integers.

@@ -18,7 +18,7 @@ struct Grid {
   int labelDistance;  ///< the least distance between labels
 };
 
-/// The room for a tick's label, and for its position below.
+/// The room for a tick's label, and for the sample position that is written below it.
 struct LabelBox {
   int left;
   int width;

@@ -609,7 +609,7 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
       return true;
     case kTimecodeFormat_Samples: {
       constexpr unsigned short kParserOptions = 6;  // the host's option bits for sample counts
-      long long samples = outSamples;  // a host's parser may keep it if there is no number
+      long long samples = outSamples;               // as if the parser wrote to outSamples itself
       plinth::string::StringToNumber(samples, inString, kParserOptions);
       outSamples = samples;
       return true;

@@ -131,7 +131,7 @@ class DecimalNumber {
   static constexpr int kMaxDigits = 770;
   static constexpr std::int64_t kExponentLimit = 99999;
 
-  /// \return false for a digit that no longer fits; in the whole part, it raises the exponent.
+  /// \return false for a digit that no longer fits. The caller then corrects the exponent.
   bool Accept(char inDigit) {
     if (fEnd == fDigits && inDigit == '0') return true;  // a leading zero
     if (fEnd - fDigits == kMaxDigits) {
