@@ -106,9 +106,9 @@ constexpr char kConvertFooter[] = R"(JSON:
   parsed text if that format is samples.
 
 Exactness:
-  Sample counts are exact. Texts in all other formats are rounded or truncated,
-  so converting a text to another format and back may give the frame or beat
-  before.
+  Positions are rounded to whole samples, and all texts but sample counts are
+  rounded or truncated. A time on the start of a frame may therefore give the
+  frame before, and so may a conversion to another format and back.
 
 Rates:
   If only one of the formats is the name of a frame rate, both formats use its

@@ -75,7 +75,8 @@ std::string SuggestWord(const std::string& inUnknown, const std::vector<std::str
     const bool isPart =
         unknown.size() > 1 && ("-" + lower).find("-" + unknown) != std::string::npos;
     const std::size_t distance = isPart ? 0 : GetEditDistance(unknown, lower);
-    if (distance >= std::min(least, lower.size())) continue;
+    const std::size_t letters = lower.size() - lower.find_first_not_of('-');
+    if (distance >= least || 2 * distance > letters) continue;
     least = distance;
     similar = known;
   }

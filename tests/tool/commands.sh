@@ -217,6 +217,7 @@ refuse "unknown format '12'; see 'mezzo formats'" parse 12 5
 refuse "unknown command 'shwo'; did you mean 'show'?" help shwo
 refuse "no command before '--rate'*" --rate 48000 show 5
 refuse "unknown option '--fron'; did you mean '--from'?" ruler --fron 0 --to 5
+refuse "unknown option '--bpm'; see 'mezzo show --help'" show 5 --bpm 90
 refuse "unknown option '-.5'; put '--' *" parse smpte -.5
 refuse "unexpected argument '-1:00'; see *" ruler -1:00
 refuse "unknown option '-r'; did you mean '--rate'?" parse smpte -r 44100 1
