@@ -259,8 +259,8 @@ void AddLenient(CLI::App& ioCommand, Settings& outSettings) {
 }
 
 void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inName) {
-  // CLI11 splits "[1,2]" into two texts if extra arguments are allowed. Without them, it takes
-  // texts only up to the least expected number, which is therefore the greatest possible one.
+  // If extra arguments are allowed, CLI11 splits "[1,2]" into two texts. Otherwise it accepts texts
+  // only until it has the required number of them, so that number is set to the maximum.
   constexpr int kMany = CLI::detail::expected_max_vector_size;
   ioCommand
       .add_option(inName, outSettings.texts, "Inputs; '-' or none for the lines of standard input")
@@ -270,9 +270,7 @@ void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inNa
       ->type_name("")
       ->default_str("");
   CLI::Option* const field =
-      ioCommand
-          .add_option("--field", outSettings.field,
-                      "Convert only this field of each line; only one --field is used")
+      ioCommand.add_option("--field", outSettings.field, "Convert only this field of each line")
           ->check(RequireBetween(1, 1000))
           ->type_name("N")
           ->default_str("");

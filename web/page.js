@@ -52,7 +52,7 @@ function readMoved() {
   const [position, format] = [fields.moved_to.value, fields.moved_format.value];
   const shown = show('samples', position, format);
   if (shown.error) return shown;
-  const name = formatNamed(format);
+  const name = formatNameOf(format);
   const text = shown.formats.find(format => format.name === name)?.text?.trim() ?? '';
   fields.text.value = text;
   const {text: sample} = run('parse', format, ...options(format), '--', text);
@@ -73,11 +73,11 @@ function update() {
   update.timer = setTimeout(() => history.replaceState(null, '', address), 200);
 }
 
-const formatNamed = name => rateNames.get(name)?.format ?? name;
+const formatNameOf = name => rateNames.get(name)?.format ?? name;
 const findShown = name => answer?.formats.find(format => format.name === name);
 
 function showAnswer() {
-  const format = formatNamed(answer?.taken);
+  const format = formatNameOf(answer?.taken);
   const names = [...rateNames.keys()].filter(
       name => rateNames.get(name).format === format && rateNames.get(name).fps === answer.fps);
   find('#answer').textContent =
@@ -125,7 +125,7 @@ function move(format, text) {
 }
 
 function step(unit, by) {
-  const format = formatNamed(answer?.taken);
+  const format = formatNameOf(answer?.taken);
   const frames = /pulldown|drop/.test(format) ? 'pulldown-frames' : 'frames';
   const counted = unit === 'beat' ? 'bars-beats' : frames;
   const text = findShown(counted)?.text;
@@ -171,7 +171,7 @@ function listen() {
   on(find('form'), 'submit', event => event.preventDefault());
   on(find('form'), 'input', ({target}) => {
     if (target.name === 'fps') {  // a rate name, if selected, would override it
-      for (const field of [fields.format, fields.moved_format]) field.value = formatNamed(field.value);
+      for (const field of [fields.format, fields.moved_format]) field.value = formatNameOf(field.value);
     }
     if (/text|format/.test(target.name)) fields.moved_to.value = '';
     update();

@@ -579,8 +579,8 @@ constexpr char kSignature[] =
     "mezzo::utility::TimecodeFormat, std::int32_t, std::int32_t, mezzo::utility::BeatInfo *, bool)";
 
 /// Reads up to three fields. One unit of a field is 60 of the next: "1:30" is 90 seconds,
-/// milliseconds or beats. Returns the sum in units of the last field. The parser puts that field
-/// into its frames, and the fields before it into seconds and minutes.
+/// milliseconds or beats. Returns the sum in units of the last field. In `ParsedTimeCode`, the last
+/// field is `frames`, and the fields before it are `seconds` and `minutes`.
 double ReadSexagesimal(const UTF16String& inString) {
   const ParsedTimeCode parsed = ParseTimeCodeString(inString);
   MEZZO_ASSERT_WITH_TEXT(parsed.hours == 0, "hours==0",
@@ -609,7 +609,7 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
       return true;
     case kTimecodeFormat_Samples: {
       constexpr unsigned short kParserOptions = 6;  // the host's option bits for sample counts
-      long long samples = outSamples;               // as if the parser wrote to outSamples itself
+      long long samples = outSamples;               // unchanged if a host's parser writes nothing
       plinth::string::StringToNumber(samples, inString, kParserOptions);
       outSamples = samples;
       return true;
