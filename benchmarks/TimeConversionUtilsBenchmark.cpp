@@ -75,12 +75,12 @@ struct Split {
   const char* sign;
   int hours, minutes, seconds, frames;
 
-  Split(std::int64_t inSamples, std::int64_t inLabel)
+  Split(std::int64_t inSamples, std::int64_t inLabelNumber)
       : sign(inSamples < 0 ? "-" : ""),
-        hours(static_cast<int>(inLabel / (3600 * kFps))),
-        minutes(static_cast<int>(inLabel / (60 * kFps) % 60)),
-        seconds(static_cast<int>(inLabel / kFps % 60)),
-        frames(static_cast<int>(inLabel % kFps)) {}
+        hours(static_cast<int>(inLabelNumber / (3600 * kFps))),
+        minutes(static_cast<int>(inLabelNumber / (60 * kFps) % 60)),
+        seconds(static_cast<int>(inLabelNumber / kFps % 60)),
+        frames(static_cast<int>(inLabelNumber % kFps)) {}
 };
 
 Split SplitSMPTE(std::int64_t inSamples) {

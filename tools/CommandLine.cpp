@@ -420,11 +420,10 @@ void RequireValues(const CLI::App& inApp, const std::vector<std::string>& inArgu
     const CLI::Option* const option = inApp.get_option_no_throw(name);
     if (option == nullptr || option->get_items_expected_max() == 0) continue;
     const auto next = std::next(argument);
-    const bool isNextNoValue =
+    const bool lacksNext =
         next == inArguments.end() || *next == "--" || (next->starts_with("--") && IsOption(*next));
-    const bool isEmptyAfterEquals = argument->size() == name.size() + 1;
-    if (name == *argument ? isNextNoValue : isEmptyAfterEquals)
-      throw UserError(name + " needs a value");
+    const bool endsWithEquals = argument->size() == name.size() + 1;
+    if (name == *argument ? lacksNext : endsWithEquals) throw UserError(name + " needs a value");
   }
 }
 
