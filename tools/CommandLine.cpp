@@ -252,10 +252,8 @@ void AddTimelineOptions(CLI::App& ioCommand, Settings& outSettings) {
 }
 
 void AddLenient(CLI::App& ioCommand, Settings& outSettings) {
-  ioCommand.add_flag(
-      "--lenient", outSettings.isLenient,
-      "Parse as leniently as the library, but require a digit, let a leading "
-      "minus sign negate the position, and refuse text for which the library reports an error");
+  ioCommand.add_flag("--lenient", outSettings.isLenient,
+                     "Accept any text with a digit; parse it as leniently as the library");
 }
 
 void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inName) {

@@ -248,7 +248,7 @@ void CompareWithFormatted(const TypedText& inTyped, const Notation& inNotation,
   if (getDistance(formatted) > 0x1p31) RefuseOutOfRange(ioParsed.text);
   const auto& numbers = inTyped.numbers;
   const std::size_t point = formatted.text.find('.');
-  const bool isWithin = inTyped.HasFraction() && point == std::string::npos;
+  const bool liesInFrame = inTyped.HasFraction() && point == std::string::npos;
   const bool hasOtherValue = getDistance(formatted) >= 0.5 && !inNotation.HasFractionField();
   // Ticks with fewer digits than the library writes look like a decimal fraction.
   const bool isShort = inNotation.HasTicks() && numbers.size() == 3 &&
@@ -258,19 +258,19 @@ void CompareWithFormatted(const TypedText& inTyped, const Notation& inNotation,
       inNotation.HasBars() && inTyped.isNegative && !formatted.text.starts_with('-');
   const bool isAmbiguous = isShort || losesSign || HasNumberBeyondField(inTyped, inNotation) ||
                            HasBareBlank(inTyped) ||
-                           (isWithin && numbers.size() <= inNotation.fields.size());
+                           (liesInFrame && numbers.size() <= inNotation.fields.size());
   if (!hasOtherValue && !isAmbiguous) return;
-  const char* const meaning = isWithin ? " lies in "
+  const char* const meaning = liesInFrame ? " lies in "
                               : hasOtherValue && HasDropFrameLabels(inFormat)
                                   ? " is not a label; it stands for "
                                   : " stands for ";
-  AddNote(ioParsed, isWithin ? kConversionNoteKind_Within : kConversionNoteKind_StandsFor,
+  AddNote(ioParsed, liesInFrame ? kConversionNoteKind_LiesIn : kConversionNoteKind_StandsFor,
           meaning + Quote(formatted.text));
 }
 
 /// Explains why a formatted text is misleading.
 /// \param inParsed the position that the text parses to.
-/// \return a few words; empty if it is not.
+/// \return a few words; empty if the text is not misleading.
 std::string ExplainInexact(const Timeline& inTimeline, TimecodeFormat inFormat,
                            const Notation& inNotation, const std::string& inText,
                            std::int64_t inPosition, std::int64_t inParsed) {
@@ -284,8 +284,8 @@ std::string ExplainInexact(const Timeline& inTimeline, TimecodeFormat inFormat,
   const double distance = std::fabs(static_cast<double>(inParsed) - position);
   if (inNotation.HasFractionField() && inFormat != kTimecodeFormat_Decimal)
     return distance - 0.5 <= kHalf * unit ? "" : "another text is nearer to it";
-  // All other texts are truncated, so an earlier sample of the same unit is expected. A unit
-  // shorter than a sample contains only one.
+  // All other texts are truncated, so they normally parse as an earlier sample of the same unit. A
+  // unit shorter than a sample has no other sample, so any difference is misleading there.
   if (unit < 1.0 && distance > 0.0) return "parses as sample " + std::to_string(inParsed);
   if (inFormat != kTimecodeFormat_PulldownFrames) return "";
   // The library counts pulled-down frames in double precision, but their labels in integers.

@@ -22,7 +22,7 @@ enum ConversionNoteKind {
   kConversionNoteKind_Digits,
   kConversionNoteKind_Semicolon,
   kConversionNoteKind_StandsFor,
-  kConversionNoteKind_Within,
+  kConversionNoteKind_LiesIn,
   kConversionNoteKind_Exponent,
   kConversionNoteKind_Inexact,
   kConversionNoteKind_Delimiter,

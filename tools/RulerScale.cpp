@@ -12,8 +12,9 @@ namespace {
 
 constexpr std::int64_t kFarthestHours = 250;
 // The search for ticks must reach 528 hours: the farthest position plus the greatest offset of bar
-// 1, which is 278 hours. It must not exceed the library's 32-bit counts: 596 hours of frames at
-// 1000 per second and, if the last field follows a ".", 2^31 units of the field before it.
+// 1, which is 278 hours. It must not exceed the library's 32-bit counts. For frames, that is 596
+// hours at 1000 frames per second. In formats whose last field follows a ".", it is 2^31 units of
+// the field before, such as beats or seconds.
 constexpr double kSearchedHours = 550.0;
 constexpr double kSearchedUnits = 2e9;
 // Units of the last field; longer than any ruler at usual tempos and ticks per beat.
@@ -114,8 +115,8 @@ std::vector<Tick> RulerScale::GetGapTicks(std::int64_t inStep) const {
   const std::int64_t minute = 60 * std::int64_t{fTimeline.framesPerSecond};
   if (!HasDropFrameLabels(fFormat) || inStep >= minute) return ticks;
   for (const std::int64_t units : GetMultiples(minute)) {
-    // All labels that a minute drops parse as the same position. They lie on the side of the minute
-    // that is away from sample 0.
+    // All labels that a minute drops parse as the same position. Before sample 0, they lie before
+    // the start of the minute.
     const std::int64_t direction = units < 0 ? -1 : 1;
     if (units == 0 || GetPosition(units) != GetPosition(units + direction)) continue;
     const auto [before, after] = std::minmax({GetPosition(units - direction), GetPosition(units)});
