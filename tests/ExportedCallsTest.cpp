@@ -46,6 +46,8 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
     for (std::int64_t nth = 0; fails; ++nth) {
       const std::int64_t blocks = heap::sBlocks;
       bool throws = false;
+      // c_str() makes this a copy into the reserved block. A move would replace that block by
+      // another and change the number of blocks.
       result = Join(GetParam().runWith(DrawnArguments(seed), [&](const auto& inCall) {
                  heap::sUntilFailure = nth;
                  try {
@@ -55,7 +57,7 @@ TEST_P(OutOfMemory, LeavesTheCallersTextAsItWas) {
                  }
                  fails = heap::sUntilFailure < 0;
                  heap::sUntilFailure = -1;
-               })).c_str();  // copied, because moving would change the number of blocks
+               })).c_str();
       // Two things are not leaks: the tables that first calls build, and a disconnected slot, which
       // the signal frees at the next connection.
       const bool leaks = heap::sBlocks != blocks && seed >= 100 && GetParam().isPure;

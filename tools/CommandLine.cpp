@@ -52,9 +52,9 @@ Exit status:
      positions), or a file cannot be read or written.
 
 Notes:
-  A note on standard error says where a text is misleading. With --lenient, it
-  also says how a text was parsed that would otherwise be refused or parsed
-  differently. The first note of each kind is printed, and at the end the number
+  A note on standard error says where a text is misleading. With --lenient, a
+  note also gives the position of a text that would otherwise be refused or
+  parsed differently. The first note of each kind is printed, and at the end the number
   of the others. --json shows all notes.
 
 Examples:

@@ -284,8 +284,8 @@ std::string ExplainInexact(const Timeline& inTimeline, TimecodeFormat inFormat,
   const double distance = std::fabs(static_cast<double>(inParsed) - position);
   if (inNotation.HasFractionField() && inFormat != kTimecodeFormat_Decimal)
     return distance - 0.5 <= kHalf * unit ? "" : "another text is nearer to it";
-  // All other texts are truncated, so they normally parse as an earlier sample of the same unit. A
-  // unit shorter than a sample has no other sample, so any difference is misleading there.
+  // All other texts are truncated to whole units. If a unit is shorter than a sample, the text
+  // should still parse as its own position.
   if (unit < 1.0 && distance > 0.0) return "parses as sample " + std::to_string(inParsed);
   if (inFormat != kTimecodeFormat_PulldownFrames) return "";
   // The library counts pulled-down frames in double precision, but their labels in integers.

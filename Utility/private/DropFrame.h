@@ -42,8 +42,9 @@ constexpr Label LabelOfFrameCount(std::int64_t inFrames, std::int64_t inMultipli
   const std::int64_t minute = frameWithinBlock > droppedPerMinute
                                   ? (frameWithinBlock - droppedPerMinute) / framesPerMinute
                                   : 0;
-  // The rest is the number of the label within the minute, not of the frame. In minutes 1 to 9 of a
-  // block it begins at `droppedPerMinute`, because the extra frames of minute 0 are not subtracted.
+  // Within a minute, labels are counted, not frames. Minute 0 has `droppedPerMinute` frames more
+  // than are subtracted for it, so minutes 1 to 9 begin at label `droppedPerMinute`, their first
+  // one.
   const std::int64_t labelWithinMinute = frameWithinBlock - minute * framesPerMinute;
   const std::int64_t seconds = labelWithinMinute / framesPerSecond;
   return {blocks / 6, blocks % 6, minute, seconds, labelWithinMinute - seconds * framesPerSecond};

@@ -523,10 +523,11 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
     return true;
   }
 
-  // `rate.frames` frames last `rate.seconds` seconds, which are samplesPerPeriod samples. The
-  // result is samplesPerPeriod × fractions / divisor, rounded up.
+  // A period of `rate.seconds` seconds has `rate.frames` frames and samplesPerPeriod samples. The
+  // label's value is labelInFractions parts of a frame, and each frame has fractionsPerFrame parts.
+  // The result is samplesPerPeriod × labelInFractions / divisor, rounded up.
   const Int64 samplesPerPeriod = Int64(rate.seconds) * inSampleRate;
-  const Int64 fractions = fractionsPerFrame * wholeFrames + parsed.fractionNumerator;
+  const Int64 labelInFractions = fractionsPerFrame * wholeFrames + parsed.fractionNumerator;
   const auto asDouble = [](Int64 inValue) { return static_cast<double>(inValue.GetValue()); };
   const double approximateDividend = std::fma(
       asDouble(samplesPerPeriod),
@@ -535,7 +536,7 @@ bool ConvertTimecodeToSamples(std::int64_t& outSamples, const UTF16String& inStr
   constexpr double kLargestDividend = 8070450532247928832.0;  // 7 × 2^60
   outSamples = approximateDividend > kLargestDividend
                    ? TruncateTo<std::int64_t>(approximateDividend / asDouble(divisor))
-                   : ((samplesPerPeriod * fractions + (divisor - 1)) / divisor).GetValue();
+                   : ((samplesPerPeriod * labelInFractions + (divisor - 1)) / divisor).GetValue();
   return true;
 }
 
