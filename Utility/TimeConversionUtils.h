@@ -129,9 +129,10 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// parsing. At most five numbers are read, a fraction included. If all five are fields, the first
 /// is dropped, and the text after the fifth is ignored. The fraction's denominator is 10 to the
 /// power of the number of code units from its first digit to the end of the text, or 2147483647 for
-/// ten or more. If a text has at most four numbers and a "." after them, the last is the fraction:
-/// "5:12." is 5 frames and 12/1000 of a frame, because "12." is three code units. If that number
-/// is the only one, its denominator is 1: "7." is 7/1, which is 7 frames.
+/// ten or more. A "." may also come after the last number, with no digit behind it. If there are at
+/// most four numbers, that last number is itself the fraction: "5:12." is 5 frames and 12/1000 of a
+/// frame, because "12." is three code units. If that number is the only one, its denominator is 1:
+/// "7." is 7/1, which is 7 frames.
 ///
 /// The result is the first sample at or after the start of the labelled frame, computed as a
 /// quotient of integers. If the dividend exceeds 7 × 2^60, which takes extreme rates or a long
@@ -163,8 +164,8 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 /// The format comes before the sample rate here, but after it in the function that writes.
 ///
 /// \param[out] outSamples receives the position in samples. An empty text gives -1, whatever the
-///     other arguments. `kTimecodeFormat_Reserved` and a value outside 0 to 14 give 0; the formats
-///     -1 and 15 are reported.
+///     other arguments. `kTimecodeFormat_Reserved` and a value outside 0 to 14 give 0; of these,
+///     only -1 and 15 are reported.
 /// \param inString the text. A leading minus sign negates a sample count, or in bars and beats the
 ///     bar number alone; in all other formats it is a separator. Clock time, milliseconds and beats
 ///     have up to three fields. One unit of a field is 60 of the next: "1:30" is 90 seconds,

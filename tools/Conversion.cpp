@@ -143,7 +143,7 @@ TypedText SplitIntoFields(std::string_view inText, const Notation& inNotation,
 
 /// \return the value of a text without its fraction, in units of the last field that is not a
 /// fraction.
-double CountUnits(const TypedText& inTyped, const Notation& inNotation) {
+double CountWholeUnits(const TypedText& inTyped, const Notation& inNotation) {
   double units = 0.0;
   for (std::size_t index = 0; index < inNotation.fields.size(); ++index) {
     const Field& field = inNotation.fields[index];
@@ -214,14 +214,14 @@ bool HasBareBlank(const TypedText& inTyped) {
 /// The text that the library formats at a position.
 struct FormattedText {
   std::string text;
-  /// The value; infinite after an overflow.
-  double units = std::numeric_limits<double>::infinity();
+  /// The value as CountWholeUnits counts it; infinite after an overflow.
+  double wholeUnits = std::numeric_limits<double>::infinity();
 
   FormattedText(const Timeline& inTimeline, TimecodeFormat inFormat, std::int64_t inPosition)
       : text(boost::trim_left_copy(FormatPosition(inTimeline, inFormat, inPosition))) {
     const Notation notation = GetNotation(inTimeline, inFormat);
     try {
-      units = CountUnits(SplitIntoFields(text, notation, inFormat), notation);
+      wholeUnits = CountWholeUnits(SplitIntoFields(text, notation, inFormat), notation);
     } catch (const UserError&) {
       // After an overflow, a field may have a sign.
     }
@@ -234,9 +234,9 @@ struct FormattedText {
 void CompareWithFormatted(const TypedText& inTyped, const Notation& inNotation,
                           const Timeline& inTimeline, TimecodeFormat inFormat,
                           Conversion& ioParsed) {
-  const double units = CountUnits(inTyped, inNotation);
+  const double units = CountWholeUnits(inTyped, inNotation);
   const auto getDistance = [units](const FormattedText& inFormatted) {
-    return std::fabs(inFormatted.units - units);
+    return std::fabs(inFormatted.wholeUnits - units);
   };
   FormattedText formatted(inTimeline, inFormat, ioParsed.position);
   if (getDistance(formatted) >= 0.5) {
@@ -274,25 +274,28 @@ void CompareWithFormatted(const TypedText& inTyped, const Notation& inNotation,
 std::string ExplainInexact(const Timeline& inTimeline, TimecodeFormat inFormat,
                            const Notation& inNotation, const std::string& inText,
                            std::int64_t inPosition, std::int64_t inParsed) {
-  const double unit = inNotation.samplesInUnit;
   const auto position = static_cast<double>(inPosition);
-  constexpr double kHalf = 0.500001;  // with room for rounding
+  const double halfUnit = 0.500001 * inNotation.samplesInUnit;  // with room for rounding
   if (inFormat == kTimecodeFormat_Milliseconds) {
-    const bool isNearest = std::fabs(std::stod(inText) * 10.0 * unit - position) <= kHalf * unit;
-    return isNearest ? "" : "it is at " + std::to_string(position / (10.0 * unit)) + " ms";
+    const double samplesInMillisecond = inTimeline.sampleRate / 1000.0;
+    const double error = std::fabs(std::stod(inText) * samplesInMillisecond - position);
+    return error <= halfUnit
+               ? ""
+               : "it is at " + std::to_string(position / samplesInMillisecond) + " ms";
   }
   const double distance = std::fabs(static_cast<double>(inParsed) - position);
   if (inNotation.HasFractionField() && inFormat != kTimecodeFormat_Decimal)
-    return distance - 0.5 <= kHalf * unit ? "" : "another text is nearer to it";
+    return distance - 0.5 <= halfUnit ? "" : "another text is nearer to it";
   // All other texts are truncated to whole units. If a unit is shorter than a sample, the text
   // should still parse as its own position.
-  if (unit < 1.0 && distance > 0.0) return "parses as sample " + std::to_string(inParsed);
+  if (inNotation.samplesInUnit < 1.0 && distance > 0.0)
+    return "parses as sample " + std::to_string(inParsed);
   if (inFormat != kTimecodeFormat_PulldownFrames) return "";
   // The library counts pulled-down frames in double precision, but their labels in integers.
   const FormattedText exact(inTimeline, kTimecodeFormat_SMPTEPulldown, inPosition);
-  return exact.units == std::stod(inText)
+  return exact.wholeUnits == std::stod(inText)
              ? ""
-             : "it lies in frame " + std::to_string(std::llround(exact.units));
+             : "it lies in frame " + std::to_string(std::llround(exact.wholeUnits));
 }
 
 }  // namespace
@@ -387,7 +390,7 @@ Conversion ParseChecked(const Timeline& inTimeline, TimecodeFormat inFormat,
   Conversion conversion{0, inText, {}};
   if (std::string_view& digits = typed.numbers.back().digits; typed.HasFraction()) {
     const std::size_t count =
-        CountExactDigits(inTimeline, notation, inFormat, CountUnits(typed, notation));
+        CountExactDigits(inTimeline, notation, inFormat, CountWholeUnits(typed, notation));
     if (digits.find_first_not_of('0', count) != std::string_view::npos) {
       if (count == 0)
         throw UserError(Quote(inText) + " is too far from sample 0 to have a fraction");

@@ -42,9 +42,8 @@ constexpr Label LabelOfFrameCount(std::int64_t inFrames, std::int64_t inMultipli
   const std::int64_t minute = frameWithinBlock > droppedPerMinute
                                   ? (frameWithinBlock - droppedPerMinute) / framesPerMinute
                                   : 0;
-  // Within a minute, labels are counted, not frames. Minute 0 has `droppedPerMinute` frames more
-  // than are subtracted for it, so minutes 1 to 9 begin at label `droppedPerMinute`, their first
-  // one.
+  // Minute 0 has `droppedPerMinute` frames more than `framesPerMinute`. In minutes 1 to 9 the
+  // difference therefore starts at `droppedPerMinute`, which is the first label of these minutes.
   const std::int64_t labelWithinMinute = frameWithinBlock - minute * framesPerMinute;
   const std::int64_t seconds = labelWithinMinute / framesPerSecond;
   return {blocks / 6, blocks % 6, minute, seconds, labelWithinMinute - seconds * framesPerSecond};

@@ -24,8 +24,8 @@ class TextCursor {
 
   bool IsAtEnd() const { return fUnit == fEnd; }
 
-  /// Counts the code units to the end. The checked cast reports a count that overflows int; testing
-  /// first saves the call.
+  /// Counts the code units to the end. A count that overflows int goes through NumericCast, which
+  /// reports it. All others save that call.
   int CountUnitsLeft() const {
     const std::ptrdiff_t count = fEnd - fUnit;
     if (count <= std::numeric_limits<int>::max()) [[likely]]

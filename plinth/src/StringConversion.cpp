@@ -153,7 +153,8 @@ class DecimalNumber {
 std::int64_t ReadExponent(Cursor inCursor) {
   long long exponent = 0;
   if (inCursor.Skip(u'e') || inCursor.Skip(u'E')) ReadSignedInteger(exponent, inCursor);
-  // Larger than the number of digits in any text; sums of the two do not overflow.
+  // The limit exceeds the number of digits in any text. The sum of an exponent and a number of
+  // digits does not overflow.
   constexpr long long kLimit = 1LL << 62;
   return std::clamp(exponent, -kLimit, kLimit);
 }

@@ -50,7 +50,7 @@ void CheckLayout(const RulerScale& inScale, const Grid& inGrid, TimecodeFormat i
 }
 
 TEST(Ruler, KeepsLabelsApartAndReadsThemBack) {
-  Timeline waltz{44100, 60, {100, 90.0, 3, 8, 250.0}};  // a tick is 147 samples
+  Timeline waltz{44100, 60, {100, 90.0, 3, 8, 250.0}};  // a tick of a beat is 147 samples
   Timeline decimal{48000, 24, {-1, 120.0, 4, 4, 0.0}, true};
   Timeline extreme{48000, 1000, {1, 100000.0, 999, 128, 1e9}};  // more beats than fit in 32 bits
   for (const Timeline& timeline : {Timeline{}, waltz, decimal, extreme}) {
