@@ -1,6 +1,6 @@
 /// \file
 /// Media handlers, which read and write the application's media formats. Each native handler has an
-/// identifier, and a name that the application stores in its place.
+/// identifier and a name; the application stores the name instead of the identifier.
 #pragma once
 
 #include <Module/Export.h>

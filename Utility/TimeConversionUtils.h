@@ -129,10 +129,10 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// parsing. At most five numbers are read, a fraction included. If all five are fields, the first
 /// is dropped, and the text after the fifth is ignored. The fraction's denominator is 10 to the
 /// power of the number of code units from its first digit to the end of the text, or 2147483647 for
-/// ten or more. A "." may also come after the last number, with no digit behind it. If there are at
-/// most four numbers, that last number is itself the fraction: "5:12." is 5 frames and 12/1000 of a
-/// frame, because "12." is three code units. If that number is the only one, its denominator is 1:
-/// "7." is 7/1, which is 7 frames.
+/// ten or more. If a "." without a digit behind it follows the last number, that number is itself
+/// the fraction, unless it is the fifth: "5:12." is 5 frames and 12/1000 of a frame, because "12."
+/// is three code units. If it is the only number, its denominator is 1: "7." is 7/1, which is 7
+/// frames.
 ///
 /// The result is the first sample at or after the start of the labelled frame, computed as a
 /// quotient of integers. If the dividend exceeds 7 × 2^60, which takes extreme rates or a long
@@ -164,14 +164,14 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 /// The format comes before the sample rate here, but after it in the function that writes.
 ///
 /// \param[out] outSamples receives the position in samples. An empty text gives -1, whatever the
-///     other arguments. `kTimecodeFormat_Reserved` and a value outside 0 to 14 give 0; of these,
-///     only -1 and 15 are reported.
+///     other arguments. `kTimecodeFormat_Reserved` and a value outside 0 to 14 give 0; of these
+///     formats, only -1 and 15 are reported.
 /// \param inString the text. A leading minus sign negates a sample count, or in bars and beats the
 ///     bar number alone; in all other formats it is a separator. Clock time, milliseconds and beats
 ///     have up to three fields. One unit of a field is 60 of the next: "1:30" is 90 seconds,
 ///     milliseconds or beats. A fourth field in front is dropped, and reported if it is not 0.
-///     Pulled-down frames are read as drop-frame labels, with the reports of the overload with
-///     flags.
+///     Pulled-down frames are read like drop-frame timecode, with its reports: a single number is
+///     the frame count, and several fields are a label.
 /// \param inFormat the format of the text.
 /// \param inSampleRate samples per second.
 /// \param inTimecodeFPS nominal frames per second, for the SMPTE and frame-count formats.
@@ -189,8 +189,8 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 /// Splits a frame count into its drop-frame label (SMPTE ST 12-1).
 ///
 /// The first two labels of a minute (four at 60 frames per second) do not exist, except in every
-/// tenth minute. Set all four outputs to 0 before the call: hours, seconds and tens of minutes are
-/// written only if they are not 0, and minutes within a ten-minute block are added to `outMinutes`.
+/// tenth minute. Set all four outputs to 0 before the call: hours, tens of minutes and seconds of 0
+/// are not written, and minutes within a ten-minute block are added to `outMinutes`.
 ///
 /// \param inFrameCount frames from zero; the sign is ignored.
 /// \param inTimecodeFPS 30 or 60. Any other rate is reported and rounded down to a multiple of 30;

@@ -257,8 +257,8 @@ void AddLenient(CLI::App& ioCommand, Settings& outSettings) {
 }
 
 void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inName) {
-  // If extra arguments are allowed, CLI11 splits "[1,2]" into two texts. Otherwise it accepts texts
-  // only until it has the required number of them, so that number is set to the maximum.
+  // With extra arguments, CLI11 would split "[1,2]" into two texts. Without, it accepts texts up to
+  // the expected number; fewer are accepted, too.
   constexpr int kMany = CLI::detail::expected_max_vector_size;
   ioCommand
       .add_option(inName, outSettings.texts, "Inputs; '-' or none for the lines of standard input")

@@ -370,8 +370,7 @@ std::int64_t ParseText(const Timeline& inTimeline, TimecodeFormat inFormat,
   std::int64_t position = 0;
   BeatInfo beats = inTimeline.beats;
   if (inFormat == kTimecodeFormat_PulldownFrames) {
-    // The overload that takes a format would parse drop-frame labels, which exist only at 30 and
-    // 60.
+    // The overload that takes a format would report frame rates that have no drop-frame labels.
     ConvertTimecodeToSamples(position, text, inTimeline.sampleRate, inTimeline.framesPerSecond,
                              true, false);
   } else {

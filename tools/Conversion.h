@@ -72,8 +72,8 @@ void FormatChecked(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                    Conversion& ioConversion);
 
 /// Parses a text as leniently as the library does, with two exceptions: a leading minus sign that
-/// the library takes for a separator negates the position, and a text in pulled-down frames is a
-/// plain count, not a drop-frame label.
+/// the library takes for a separator negates the position, and in pulled-down frames no labels are
+/// dropped.
 /// \exception UserError for a text without a digit, or one that is not UTF-8.
 std::int64_t ParseText(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                        std::string_view inText);

@@ -250,14 +250,14 @@ std::ostream& PrintNumberAndName(const DisplayFormat& inFormat) {
 Timeline Settings::GetTimeline(const FormatChoice& inChoice) const {
   Timeline chosen = timeline;
   const auto named = inChoice.framesPerSecond;
-  const auto eitherRate =
+  const auto rateOfEitherName =
       fromFormat.framesPerSecond ? fromFormat.framesPerSecond : toFormat.framesPerSecond;
   if (framesPerSecond && named && *framesPerSecond != *named) {
     throw UserError("the format's name selects " + std::to_string(*named) +
                     " frames per second, but --fps selects " + std::to_string(*framesPerSecond));
   }
-  if (eitherRate) chosen.framesPerSecond = *eitherRate;
-  chosen.framesPerSecond = named.value_or(framesPerSecond.value_or(chosen.framesPerSecond));
+  const std::int32_t unnamed = rateOfEitherName.value_or(timeline.framesPerSecond);
+  chosen.framesPerSecond = named.value_or(framesPerSecond.value_or(unnamed));
   RequireAvailable(chosen, inChoice.format);
   return chosen;
 }

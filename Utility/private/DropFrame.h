@@ -26,8 +26,8 @@ struct Label {
 };
 
 /// Converts a frame count to its label.
-/// \param inFrames the count, not negative. The one exception is the smallest integer, whose
-///     magnitude is itself; its label has only seconds and frames.
+/// \param inFrames the count, not negative; or the smallest integer, which is its own magnitude.
+///     Its label has negative seconds and frames, and no hours and minutes.
 /// \param inMultiplier the frame rate divided by 30, positive.
 constexpr Label LabelOfFrameCount(std::int64_t inFrames, std::int64_t inMultiplier) {
   const std::int64_t framesPerSecond = 30 * inMultiplier;
@@ -42,8 +42,8 @@ constexpr Label LabelOfFrameCount(std::int64_t inFrames, std::int64_t inMultipli
   const std::int64_t minute = frameWithinBlock > droppedPerMinute
                                   ? (frameWithinBlock - droppedPerMinute) / framesPerMinute
                                   : 0;
-  // Minute 0 has `droppedPerMinute` frames more than `framesPerMinute`. In minutes 1 to 9 the
-  // difference therefore starts at `droppedPerMinute`, which is the first label of these minutes.
+  // Minute 0 has `droppedPerMinute` frames more than `framesPerMinute`. In minutes 1 to 9,
+  // `labelWithinMinute` therefore starts at `droppedPerMinute`, the first label of these minutes.
   const std::int64_t labelWithinMinute = frameWithinBlock - minute * framesPerMinute;
   const std::int64_t seconds = labelWithinMinute / framesPerSecond;
   return {blocks / 6, blocks % 6, minute, seconds, labelWithinMinute - seconds * framesPerSecond};

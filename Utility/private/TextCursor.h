@@ -24,8 +24,8 @@ class TextCursor {
 
   bool IsAtEnd() const { return fUnit == fEnd; }
 
-  /// Counts the code units to the end. A count that overflows int goes through NumericCast, which
-  /// reports it. All others save that call.
+  /// Counts the code units to the end. NumericCast takes longer, and is needed only to report a
+  /// count that overflows int.
   int CountUnitsLeft() const {
     const std::ptrdiff_t count = fEnd - fUnit;
     if (count <= std::numeric_limits<int>::max()) [[likely]]

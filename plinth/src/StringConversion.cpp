@@ -153,8 +153,8 @@ class DecimalNumber {
 std::int64_t ReadExponent(Cursor inCursor) {
   long long exponent = 0;
   if (inCursor.Skip(u'e') || inCursor.Skip(u'E')) ReadSignedInteger(exponent, inCursor);
-  // The limit exceeds the number of digits in any text. The sum of an exponent and a number of
-  // digits does not overflow.
+  // The limit is so large that no number of digits can make up for an exponent beyond it, and so
+  // small that its sum with a number of digits does not overflow.
   constexpr long long kLimit = 1LL << 62;
   return std::clamp(exponent, -kLimit, kLimit);
 }

@@ -9,8 +9,8 @@ namespace plinth::debug {
 /// Shows or records a failed assertion. Returns true to break into the debugger. The parameters are
 /// those of `BreakAfterAssertDialog`.
 ///
-/// A caller whose site's flag `ioDisabled` is true does not report. An assertion may fail on
-/// several threads at once, so a handler sets the flag of its site with `__atomic_store_n`.
+/// An assertion does not report while its flag is true. It may fail on several threads at once, so
+/// a handler sets the flag, `ioDisabled`, with `__atomic_store_n`.
 using AssertDialogHandler = bool (*)(bool& ioDisabled, const char* inCondition,
                                      const unsigned char* inMessage, const char* inFile, int inLine,
                                      const char* inFunction, bool inFlag);
