@@ -164,8 +164,8 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 /// The format comes before the sample rate here, but after it in the function that writes.
 ///
 /// \param[out] outSamples receives the position in samples. An empty text gives -1, whatever the
-///     other arguments. `kTimecodeFormat_Reserved` and a value outside 0 to 14 give 0; of these
-///     formats, only -1 and 15 are reported.
+///     other arguments. `kTimecodeFormat_Reserved` and a value outside 0 to 14 give 0; only
+///     the format numbers -1 and 15 are reported.
 /// \param inString the text. A leading minus sign negates a sample count, or in bars and beats the
 ///     bar number alone; in all other formats it is a separator. Clock time, milliseconds and beats
 ///     have up to three fields. One unit of a field is 60 of the next: "1:30" is 90 seconds,
@@ -189,8 +189,8 @@ MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
 /// Splits a frame count into its drop-frame label (SMPTE ST 12-1).
 ///
 /// The first two labels of a minute (four at 60 frames per second) do not exist, except in every
-/// tenth minute. Set all four outputs to 0 before the call: hours, tens of minutes and seconds of 0
-/// are not written, and minutes within a ten-minute block are added to `outMinutes`.
+/// tenth minute. Set all four outputs to 0 before the call: a 0 for hours, tens of minutes or
+/// seconds is not written, and the minute within a ten-minute block is added to `outMinutes`.
 ///
 /// \param inFrameCount frames from zero; the sign is ignored.
 /// \param inTimecodeFPS 30 or 60. Any other rate is reported and rounded down to a multiple of 30;

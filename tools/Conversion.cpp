@@ -370,9 +370,10 @@ std::int64_t ParseText(const Timeline& inTimeline, TimecodeFormat inFormat,
   std::int64_t position = 0;
   BeatInfo beats = inTimeline.beats;
   if (inFormat == kTimecodeFormat_PulldownFrames) {
-    // The overload that takes a format would report frame rates that have no drop-frame labels.
+    // The overload that takes a format would report frame rates without drop-frame labels.
+    const bool hasLabels = ExplainUnavailable(inTimeline, kTimecodeFormat_SMPTEDropFrame).empty();
     ConvertTimecodeToSamples(position, text, inTimeline.sampleRate, inTimeline.framesPerSecond,
-                             true, false);
+                             true, hasLabels);
   } else {
     ConvertTimecodeToSamples(position, text, inFormat, inTimeline.sampleRate,
                              inTimeline.framesPerSecond, &beats, inTimeline.isDuration);

@@ -72,8 +72,8 @@ void FormatChecked(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                    Conversion& ioConversion);
 
 /// Parses a text as leniently as the library does, with two exceptions: a leading minus sign that
-/// the library takes for a separator negates the position, and in pulled-down frames no labels are
-/// dropped.
+/// the library takes for a separator negates the position, and pulled-down frames are read at all
+/// frame rates, not only at those with drop-frame labels.
 /// \exception UserError for a text without a digit, or one that is not UTF-8.
 std::int64_t ParseText(const Timeline& inTimeline, utility::TimecodeFormat inFormat,
                        std::string_view inText);

@@ -256,8 +256,8 @@ Timeline Settings::GetTimeline(const FormatChoice& inChoice) const {
     throw UserError("the format's name selects " + std::to_string(*named) +
                     " frames per second, but --fps selects " + std::to_string(*framesPerSecond));
   }
-  const std::int32_t unnamed = rateOfEitherName.value_or(timeline.framesPerSecond);
-  chosen.framesPerSecond = named.value_or(framesPerSecond.value_or(unnamed));
+  const std::int32_t fallback = rateOfEitherName.value_or(timeline.framesPerSecond);
+  chosen.framesPerSecond = named.value_or(framesPerSecond.value_or(fallback));
   RequireAvailable(chosen, inChoice.format);
   return chosen;
 }

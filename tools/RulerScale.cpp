@@ -11,10 +11,10 @@ namespace mezzo::tool {
 namespace {
 
 constexpr std::int64_t kFarthestHours = 250;
-// The search for ticks must reach 528 hours: the farthest position plus the greatest offset of bar
-// 1, which is 278 hours. It must not exceed the library's 32-bit counts. This limit is 596 hours
-// for frames at 1000 frames per second. For formats whose last field follows a ".", the limit is
-// 2^31 units of the field before, such as beats or seconds.
+// The search for ticks must reach 528 hours: 250 to the farthest position and 278 for the greatest
+// offset of bar 1. It must not exceed the library's 32-bit counts. This limit is 596 hours for
+// frames at 1000 frames per second. For formats whose last field follows a ".", the limit is 2^31
+// units of the field before, such as beats or seconds.
 constexpr double kSearchedHours = 550.0;
 constexpr double kSearchedUnits = 2e9;
 // Units of the last field; longer than any ruler at usual tempos and ticks per beat.
