@@ -130,9 +130,9 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// is dropped, and the text after the fifth is ignored. The fraction's denominator is 10 to the
 /// power of the number of code units from its first digit to the end of the text, or 2147483647 for
 /// ten or more. If a "." without a digit behind it follows the last number, that number is itself
-/// the fraction, unless it is the fifth: "5:12." is 5 frames and 12/1000 of a frame, because "12."
-/// is three code units. If it is the only number, its denominator is 1: "7." is 7/1, which is 7
-/// frames.
+/// the fraction: "5:12." is 5 frames and 12/1000 of a frame, because "12." is three code units. If
+/// it is the only number, its denominator is 1: "7." is 7/1, which is 7 frames. A "." behind the
+/// fifth number is ignored.
 ///
 /// The result is the first sample at or after the start of the labelled frame, computed as a
 /// quotient of integers. If the dividend exceeds 7 × 2^60, which takes extreme rates or a long
@@ -150,9 +150,9 @@ MEZZO_EXPORT bool ConvertSamplesToTimecode(plinth::UTF16String& outString, std::
 /// \param inDropFrame the labels are drop-frame labels, which exist at 30 and 60 frames per second.
 ///     A dropped label stands for the first frame of its minute. Unlike in writing, this flag does
 ///     not imply the pulled-down rate. To read 29.97 or 59.94 drop-frame timecode, set both flags.
-///     At other rates the same arithmetic applies, but the result has no meaning. A rate is
-///     reported if its frames in a drop-frame hour are not a multiple of six: 24 is reported, 25 is
-///     not.
+///     At rates other than 30 and 60 the same arithmetic applies, but the result has no meaning. A
+///     rate is reported if its frames in a drop-frame hour are not a multiple of six: 24 is
+///     reported, 25 is not.
 /// \return true, always.
 MEZZO_EXPORT bool ConvertTimecodeToSamples(std::int64_t& outSamples,
                                            const plinth::UTF16String& inString,

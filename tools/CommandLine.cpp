@@ -257,8 +257,8 @@ void AddLenient(CLI::App& ioCommand, Settings& outSettings) {
 }
 
 void AddTextOptions(CLI::App& ioCommand, Settings& outSettings, const char* inName) {
-  // With allow_extra_args, CLI11 would split "[1,2]" into two texts. Without it, the expected
-  // number is only the greatest number of texts.
+  // With allow_extra_args, CLI11 would split "[1,2]" into two texts. Without it, CLI11
+  // takes the number in expected() for an upper limit and also accepts fewer texts.
   constexpr int kMany = CLI::detail::expected_max_vector_size;
   ioCommand
       .add_option(inName, outSettings.texts, "Inputs; '-' or none for the lines of standard input")

@@ -115,8 +115,8 @@ std::vector<Tick> RulerScale::GetGapTicks(std::int64_t inStep) const {
   const std::int64_t minute = 60 * std::int64_t{fTimeline.framesPerSecond};
   if (!HasDropFrameLabels(fFormat) || inStep >= minute) return ticks;
   for (const std::int64_t units : GetMultiples(minute)) {
-    // All labels that a minute drops parse as the same position. The first of them is that of the
-    // full minute; the others follow it in the direction away from sample 0.
+    // All labels that a minute drops parse as the same position. The first dropped label is the
+    // one at the multiple of a minute; the next is one unit farther from 0.
     const std::int64_t direction = units < 0 ? -1 : 1;
     if (units == 0 || GetPosition(units) != GetPosition(units + direction)) continue;
     const auto [before, after] = std::minmax({GetPosition(units - direction), GetPosition(units)});

@@ -200,8 +200,8 @@ function listen() {
   });
   on(ruler, 'pointermove', ({clientX}) => {
     if (!start || !answer) return;
-    // Positions lie in the middle of their columns, so the interval is a column narrower than the
-    // ruler without its margins.
+    // The first and the last position lie in the middle of their columns. The distance between them
+    // is the ruler's width without the margins, 48 pixels, and without a column, 8 pixels.
     const share = (start.clientX - clientX) / (ruler.clientWidth - 48 - 8);
     move('samples', String(start.position + BigInt(Math.round(share * fields.span.value))));
   });

@@ -410,7 +410,8 @@ bool ConvertSamplesToTimecode(UTF16String& outString, std::int64_t inSamples,
     case kTimecodeFormat_Frames:
       return writeTimecode(kTimecodeFlag_FramesOnly);
     case kTimecodeFormat_PulldownFrames:
-      // Not the pulldown flag: these frames are counted in double precision.
+      // Together, these flags select the count in double precision; the pulldown flag would select
+      // the count in integers.
       return writeTimecode(kTimecodeFlag_DropFrame | kTimecodeFlag_FramesOnly);
     case kTimecodeFormat_CompactSubframes:
       return writeTimecode(kTimecodeFlag_TrimLeadingZeros | kTimecodeFlag_ShowSubframes);
